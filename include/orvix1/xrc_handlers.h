@@ -1,0 +1,62 @@
+#ifndef ORVIX1_XRC_HANDLERS_H
+#define ORVIX1_XRC_HANDLERS_H
+
+// Resource handlers that initialize_wxwidgets registers with wxXmlResource.
+
+#include <wx/xrc/xh_dlg.h>
+#include <wx/xrc/xh_panel.h>
+#include <wx/xrc/xmlres.h>
+
+#include "orvix1/export.h"
+
+namespace orvix1 {
+// Registers the internationalised panel and dialog handlers. They must come
+// before wxXmlResource::InitAllHandlers so that they take "wxPanel" and
+// "wxDialog" ahead of the stock handlers.
+ORVIX1_API void add_i18n_xml_handlers(wxXmlResource* resource);
+}  // namespace orvix1
+
+// <object class="wxImage" name="..."> with a <bitmap> (or <file>) property:
+// loads a wxImage; LoadObject(nullptr, name, "wxImage") returns a new one.
+class ORVIX1_API wxImageXmlHandler : public wxXmlResourceHandler {
+ public:
+  wxImageXmlHandler();
+  wxObject* DoCreateResource() override;
+  bool CanHandle(wxXmlNode* node) override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxImageXmlHandler);
+};
+
+// <object class="wxAnimation" name="..."> with an <animation> property: loads
+// a wxAnimation; LoadObject(nullptr, name, "wxAnimation") returns a new one.
+class ORVIX1_API wxAnimationXmlHandler : public wxXmlResourceHandler {
+ public:
+  wxAnimationXmlHandler();
+  wxObject* DoCreateResource() override;
+  bool CanHandle(wxXmlNode* node) override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxAnimationXmlHandler);
+};
+
+// wxPanel with an optional <domain> property: the texts of the panel and of
+// everything inside it are translated in that message catalogue.
+class ORVIX1_API wxI18nPanelXmlHandler : public wxPanelXmlHandler {
+ public:
+  wxObject* DoCreateResource() override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxI18nPanelXmlHandler);
+};
+
+// wxDialog with an optional <domain> property, as wxI18nPanelXmlHandler.
+class ORVIX1_API wxI18nDialogXmlHandler : public wxDialogXmlHandler {
+ public:
+  wxObject* DoCreateResource() override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxI18nDialogXmlHandler);
+};
+
+#endif

@@ -1,0 +1,249 @@
+#ifndef TALVAR2_FUNCTOR_SIGNAL_H
+#define TALVAR2_FUNCTOR_SIGNAL_H
+
+// Thread-safe multicast signals that call member functions of subscribers.
+//
+// A signal may be connected to, disconnected from, emitted and even destroyed
+// from inside one of its own slots, and subscribers may die while a signal
+// that points at them is emitting. An emission walks the live connection list
+// and never copies it: cutting a connection during an emission only empties
+// its node, and the outermost emission removes empty nodes when it ends.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+#include "talvar2/export.h"
+#include "talvar2/threading/mutex.h"
+
+namespace talvar2 {
+namespace _internal {
+
+// Fills the argument positions a signal does not use.
+struct dummy_t {};
+
+class signal_base_t;
+
+// A member-function pointer with its type erased: two machine words.
+struct typeless_connection_t {
+  std::uintptr_t words[2] = {0, 0};
+
+  bool operator==(const typeless_connection_t& other) const {
+    return words[0] == other.words[0] && words[1] == other.words[1];
+  }
+};
+
+// Base of every object a signal can call. It remembers the signals that point
+// at it and cuts those connections when it dies.
+class TALVAR2_API subscriber_base_t {
+ public:
+  subscriber_base_t() = default;
+  // A copy starts without connections: they belong to the original.
+  subscriber_base_t(const subscriber_base_t&) {}
+  subscriber_base_t& operator=(const subscriber_base_t&) { return *this; }
+  virtual ~subscriber_base_t();
+
+ private:
+  friend class signal_base_t;
+  void add_signal(signal_base_t* signal);
+  void remove_signal(signal_base_t* signal);
+
+  std::vector<signal_base_t*> m_signals;  // one entry per connection; entries may repeat
+  threading::mutex_t m_subscriber_mutex;
+};
+
+// Generic function pointer type under which a connection keeps its invoker.
+using caster_t = void (*)();
+
+// One connection. An emptied connection has all fields zero; emptiness is
+// tested on the subscriber.
+struct connection_t {
+  void* target = nullptr;
+  subscriber_base_t* subscriber = nullptr;
+  typeless_connection_t member;
+  caster_t caster = nullptr;
+
+  bool empty() const { return subscriber == nullptr; }
+  // Target and member identify a connection; subscriber and caster follow from them.
+  bool operator==(const connection_t& other) const {
+    return target == other.target && member == other.member;
+  }
+};
+
+// The untyped part of every signal: connection list, emission state, locks.
+class TALVAR2_API signal_base_t : public subscriber_base_t {
+ public:
+  // The state of one emission, kept on the emitting thread's stack so that it
+  // survives the destruction of the signal by one of its slots.
+  struct onstack_signal_state_t {
+    explicit onstack_signal_state_t(threading::mutex_t* signal_mutex) : mutex(signal_mutex) {}
+    threading::mutex_t* mutex;
+    bool alive = true;
+    bool nested = false;
+    bool* alive_in_force = nullptr;  // the outermost emission's flag
+  };
+
+  signal_base_t();
+  // The copy starts empty and takes the source's connections in order.
+  signal_base_t(const signal_base_t& other);
+  signal_base_t& operator=(const signal_base_t&) = delete;
+  ~signal_base_t() override;
+
+  void _insert(const connection_t& connection);
+  void _erase(const connection_t& connection);
+  // Cuts every connection.
+  void _erase_all();
+  // Cuts every connection whose subscriber is `subscriber`.
+  void on_subscriber_destroy(subscriber_base_t* subscriber);
+
+  // Number of live connections, read under the signal's mutex.
+  std::size_t connection_count() const;
+  bool has_connections() const { return connection_count() != 0; }
+
+ protected:
+  struct node_t {
+    connection_t connection;
+    node_t* next = nullptr;
+  };
+
+  // Takes the mutex and registers the emission. False (mutex released) when
+  // the signal is already dead.
+  bool begin_emission(onstack_signal_state_t& state) const;
+  // After a slot has thrown: true when the signal is still alive and
+  // post_call must follow; false when it died and the mutex has been let go.
+  bool check_valid_state_after_call(onstack_signal_state_t& state) const;
+  // Ends an emission: the outermost one removes emptied connections.
+  void post_call(onstack_signal_state_t& state) const;
+  // Ends an emission whose signal was destroyed by a slot. Touches only `state`.
+  static void end_after_destruction(onstack_signal_state_t& state);
+
+  node_t* first_node() const { return m_head; }
+  threading::mutex_t* signal_mutex() const { return m_mutex; }
+
+ private:
+  void append(const connection_t& connection);
+  void unlink(node_t* node, node_t* previous) const;
+  void remove_emptied() const;
+  void free_nodes() const;
+
+  mutable node_t* m_head = nullptr;
+  mutable node_t* m_tail = nullptr;
+  mutable std::size_t m_count = 0;
+  mutable bool* m_emission_state = nullptr;  // the outermost emission's alive flag
+  threading::mutex_t* m_mutex;               // on the heap: may outlive the signal
+};
+
+// The typed part: connect, disconnect and emit for one argument list.
+template <class... A>
+class signal_templ : public signal_base_t {
+ public:
+  signal_templ() = default;
+  signal_templ(const signal_templ&) = default;
+
+  template <class Class>
+  void connect(Class* target, void (Class::*member)(A...)) {
+    if (target != nullptr) _insert(make_connection(target, member));
+  }
+  template <class Class>
+  void connect(Class* target, void (Class::*member)(A...) const) {
+    if (target != nullptr) _insert(make_connection(target, member));
+  }
+  template <class Class>
+  void disconnect(Class* target, void (Class::*member)(A...)) {
+    _erase(make_connection(target, member));
+  }
+  template <class Class>
+  void disconnect(Class* target, void (Class::*member)(A...) const) {
+    _erase(make_connection(target, member));
+  }
+
+  void operator()(A... args) const;
+
+  // Restores the types of a connection and calls the member on the target.
+  template <class Class, class Member>
+  static void caster(void* target, typeless_connection_t member, A... args) {
+    Member typed;
+    std::memcpy(static_cast<void*>(&typed), member.words, sizeof typed);
+    (static_cast<Class*>(target)->*typed)(args...);
+  }
+
+ private:
+  using invoker_t = void (*)(void*, typeless_connection_t, A...);
+
+  template <class Class, class Member>
+  static connection_t make_connection(Class* target, Member member) {
+    static_assert(std::is_base_of<subscriber_base_t, Class>::value,
+                  "signal targets derive from talvar2::_internal::subscriber_base_t");
+    static_assert(sizeof(Member) == sizeof(typeless_connection_t),
+                  "a member-function pointer is two machine words");
+    connection_t connection;
+    connection.target = static_cast<void*>(target);
+    connection.subscriber = static_cast<subscriber_base_t*>(target);
+    std::memcpy(connection.member.words, static_cast<const void*>(&member), sizeof member);
+    connection.caster = reinterpret_cast<caster_t>(&signal_templ::caster<Class, Member>);
+    return connection;
+  }
+};
+
+template <class... A>
+void signal_templ<A...>::operator()(A... args) const {
+  onstack_signal_state_t state(signal_mutex());
+  if (!begin_emission(state)) return;
+  try {
+    // The next node is read after each call, so connections appended by a
+    // slot are called in this emission and emptied ones are skipped.
+    for (const node_t* node = first_node(); node != nullptr;) {
+      const connection_t& connection = node->connection;
+      if (!connection.empty())
+        reinterpret_cast<invoker_t>(connection.caster)(connection.target, connection.member, args...);
+      if (!*state.alive_in_force) {  // a slot destroyed the signal: touch nothing of it
+        end_after_destruction(state);
+        return;
+      }
+      node = node->next;
+    }
+  } catch (...) {
+    if (check_valid_state_after_call(state)) post_call(state);
+    throw;
+  }
+  post_call(state);
+}
+
+template <class... T>
+struct type_list {};
+
+// Builds signal_templ<A...> from the leading arguments before the first dummy_t.
+template <class Done, class... Rest>
+struct signal_from_arguments;
+template <class... Done>
+struct signal_from_arguments<type_list<Done...>> {
+  using type = signal_templ<Done...>;
+};
+template <class... Done, class... Rest>
+struct signal_from_arguments<type_list<Done...>, dummy_t, Rest...> {
+  using type = signal_templ<Done...>;
+};
+template <class... Done, class Next, class... Rest>
+struct signal_from_arguments<type_list<Done...>, Next, Rest...> {
+  using type = typename signal_from_arguments<type_list<Done..., Next>, Rest...>::type;
+};
+
+// The signal type of the library: zero to six arguments.
+template <class A1 = dummy_t, class A2 = dummy_t, class A3 = dummy_t, class A4 = dummy_t,
+          class A5 = dummy_t, class A6 = dummy_t>
+class signal_t : public signal_from_arguments<type_list<>, A1, A2, A3, A4, A5, A6>::type {
+ public:
+  signal_t() = default;
+  signal_t(const signal_t&) = default;
+  signal_t& operator=(const signal_t&) = delete;
+};
+
+}  // namespace _internal
+
+using _internal::signal_t;
+
+}  // namespace talvar2
+
+#endif

@@ -1,0 +1,14 @@
+#ifndef TALVAR2_TALVAR2_H
+#define TALVAR2_TALVAR2_H
+
+// Every public header of the companion library.
+#include "talvar2/debug/assertion.h"
+#include "talvar2/environment.h"
+#include "talvar2/export.h"
+#include "talvar2/functor/signal.h"
+#include "talvar2/pointers/intrusive_pointer.h"
+#include "talvar2/pointers/smart_pointer.h"
+#include "talvar2/threading/mutex.h"
+#include "talvar2/value_locker.h"
+
+#endif

@@ -1,0 +1,94 @@
+#include <clocale>
+#include <cstdlib>
+#include <mutex>
+
+#include <gtest/gtest.h>
+#include <wx/evtloop.h>
+#include <wx/init.h>
+#include <wx/log.h>
+#include <wx/wx.h>
+
+#include "support/wx_test_environment.h"
+
+namespace orvix1_test {
+namespace {
+
+int g_argc = 0;
+char** g_argv = nullptr;
+std::mutex g_asserts_mutex;
+std::vector<recorded_assert_t> g_asserts;
+wxGUIEventLoop* g_loop = nullptr;
+wxEventLoopActivator* g_activator = nullptr;
+
+void record_assert(const wxString& file, int line, const wxString& function,
+                   const wxString& condition, const wxString& message) {
+  std::lock_guard<std::mutex> lock(g_asserts_mutex);
+  g_asserts.push_back({file.utf8_string(), line, function.utf8_string(), condition.utf8_string(),
+                       message.utf8_string()});
+}
+
+void start_wx() {
+  wxSetAssertHandler(record_assert);
+  if (!wxEntryStart(g_argc, g_argv)) {
+    std::fprintf(stderr, "cannot start wxWidgets: is there a display?\n");
+    std::exit(2);
+  }
+  delete wxLog::SetActiveTarget(new wxLogStderr);
+  g_loop = new wxGUIEventLoop;
+  g_activator = new wxEventLoopActivator(g_loop);
+  wxTheApp->CallOnInit();
+}
+
+void stop_loop() {
+  delete g_activator;
+  g_activator = nullptr;
+  delete g_loop;
+  g_loop = nullptr;
+}
+
+class wx_environment_t : public ::testing::Environment {
+ public:
+  void SetUp() override { start_wx(); }
+  void TearDown() override {
+    if (wxTheApp == nullptr) return;
+    pump_events();
+    stop_loop();
+    wxEntryCleanup();
+  }
+};
+
+}  // namespace
+
+std::vector<recorded_assert_t> take_asserts() {
+  std::lock_guard<std::mutex> lock(g_asserts_mutex);
+  std::vector<recorded_assert_t> taken;
+  taken.swap(g_asserts);
+  return taken;
+}
+
+void pump_events() {
+  if (wxTheApp == nullptr) return;
+  for (int round = 0; round < 100; ++round) {
+    while (wxTheApp->Pending()) wxTheApp->Dispatch();
+    wxTheApp->ProcessPendingEvents();
+    if (!wxTheApp->ProcessIdle() && !wxTheApp->Pending() && !wxTheApp->HasPendingEvents()) return;
+  }
+}
+
+void ensure_wx_running() {
+  if (wxTheApp != nullptr) return;
+  stop_loop();
+  start_wx();
+}
+
+}  // namespace orvix1_test
+
+int main(int argc, char** argv) {
+  // wxEntryStart leaves LC_CTYPE at "C", which turns UTF-8 text into nothing.
+  std::setlocale(LC_ALL, "C.UTF-8");
+  ::testing::InitGoogleTest(&argc, argv);
+  orvix1_test::g_argc = argc;
+  orvix1_test::g_argv = argv;
+  ::testing::AddGlobalTestEnvironment(new orvix1_test::wx_environment_t);
+  return RUN_ALL_TESTS();
+}
