@@ -3,6 +3,9 @@
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+  # ccache can only cache translation units that use a precompiled header
+  # when the preprocessed output names the header.
+  add_compile_options(-fpch-preprocess)
 endif()
 
 # Our own code builds warning-free; third-party headers come in as system headers.

@@ -42,6 +42,9 @@ wxWindow* create_dummy_wrapper(void* native_handle) {
                     "create_dummy_wrapper: wxWidgets refused the native window");
     return nullptr;
   }
+  // The wrapper stands for the host's window: same size, so that dialogs
+  // centre on it and children lay out against it.
+  wrapper->SetSize(gdk_window_get_width(gdk_window), gdk_window_get_height(gdk_window));
   return wrapper;
 }
 

@@ -5,6 +5,7 @@
 #include <wx/animate.h>
 #include <wx/filesys.h>
 #include <wx/image.h>
+#include <wx/xml/xml.h>
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxImageXmlHandler, wxXmlResourceHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxAnimationXmlHandler, wxXmlResourceHandler);
@@ -36,7 +37,7 @@ class domain_scope_t {
 // Reads an image through the resource's file system, so that paths relative
 // to the resource file and "#zip:" paths inside archives both resolve.
 wxImage load_image(wxFileSystem& file_system, const wxString& path) {
-  std::unique_ptr<wxFSFile> file(file_system.OpenFile(path));
+  std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ | wxFS_SEEKABLE));
   if (!file) return wxImage();
   wxImage image;
   image.LoadFile(*file->GetStream(), wxBITMAP_TYPE_ANY);
@@ -86,7 +87,8 @@ wxObject* wxAnimationXmlHandler::DoCreateResource() {
     return nullptr;
   }
   wxAnimation* animation = GetAnimation("animation");
-  if (animation == nullptr || !animation->IsOk()) {
+  if (animation == nullptr) return nullptr;  // already reported by GetAnimation
+  if (!animation->IsOk()) {
     delete animation;
     ReportParamError("animation", "cannot load the animation");
     return nullptr;

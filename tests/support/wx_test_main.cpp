@@ -8,6 +8,7 @@
 #include <wx/log.h>
 #include <wx/wx.h>
 
+#include "orvix1/wx_dll_application.h"
 #include "support/wx_test_environment.h"
 
 namespace orvix1_test {
@@ -37,6 +38,7 @@ void start_wx() {
   g_loop = new wxGUIEventLoop;
   g_activator = new wxEventLoopActivator(g_loop);
   wxTheApp->CallOnInit();
+  orvix1::initialize_wxwidgets(nullptr);
 }
 
 void stop_loop() {
@@ -53,7 +55,12 @@ class wx_environment_t : public ::testing::Environment {
     if (wxTheApp == nullptr) return;
     pump_events();
     stop_loop();
-    wxEntryCleanup();
+    orvix1::cleanup_wxwidgets();
+    if (wxTheApp != nullptr) {
+      std::fprintf(stderr, "the last cleanup_wxwidgets() left wxWidgets running\n");
+      wxEntryCleanup();
+      std::exit(3);
+    }
   }
 };
 
@@ -79,6 +86,21 @@ void ensure_wx_running() {
   if (wxTheApp != nullptr) return;
   stop_loop();
   start_wx();
+}
+
+std::unique_ptr<wxTimer> run_soon(const std::function<void()>& body) {
+  auto timer = std::make_unique<wxTimer>();
+  timer->Bind(wxEVT_TIMER, [body](wxTimerEvent&) { body(); });
+  timer->StartOnce(1);
+  return timer;
+}
+
+void run_in_main_loop(const std::function<void()>& body) {
+  const auto timer = run_soon([body] {
+    body();
+    wxTheApp->ExitMainLoop();
+  });
+  wxTheApp->MainLoop();
 }
 
 }  // namespace orvix1_test

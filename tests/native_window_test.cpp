@@ -1,0 +1,57 @@
+#include "orvix1/native_window.h"
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/nativewin.h>
+
+#include "support/host_window.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using orvix1_test::host_window_t;
+using orvix1_test::pump_events;
+
+TEST(NativeWindow, WrapsAHostWidgetWithoutOwningIt) {
+  host_window_t host(240, 120);
+  wxWindow* wrapper = orvix1::create_dummy_wrapper(host.widget());
+  ASSERT_NE(wrapper, nullptr);
+  EXPECT_EQ(wrapper->GetSize(), wxSize(240, 120));
+  EXPECT_NE(wxDynamicCast(wrapper, wxNativeContainerWindow), nullptr);
+
+  // Our windows can use it as their parent.
+  auto* frame = new wxFrame(wrapper, wxID_ANY, "child of the host");
+  frame->Show();
+  pump_events();
+  EXPECT_EQ(frame->GetParent(), wrapper);
+
+  orvix1::release_dummy_wrapper(wrapper);
+  pump_events();
+  EXPECT_TRUE(host.still_alive());
+}
+
+TEST(NativeWindow, WrapsAGdkWindowAndAnUnrealisedWidget) {
+  host_window_t host(100, 80);
+  wxWindow* from_gdk = orvix1::create_dummy_wrapper(host.gdk_window());
+  ASSERT_NE(from_gdk, nullptr);
+  EXPECT_EQ(from_gdk->GetSize(), wxSize(100, 80));
+  delete from_gdk;  // deleting is the same as releasing
+  EXPECT_TRUE(host.still_alive());
+
+  GtkWidget* hidden = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+  wxWindow* from_hidden = orvix1::create_dummy_wrapper(hidden);
+  ASSERT_NE(from_hidden, nullptr);
+  EXPECT_TRUE(gtk_widget_get_realized(hidden));
+  orvix1::release_dummy_wrapper(from_hidden);
+  gtk_widget_destroy(hidden);
+}
+
+TEST(NativeWindow, RefusesHandlesThatAreNotWindows) {
+  EXPECT_EQ(orvix1::create_dummy_wrapper(nullptr), nullptr);
+  GObject* not_a_window = G_OBJECT(g_object_new(G_TYPE_OBJECT, nullptr));
+  EXPECT_EQ(orvix1::create_dummy_wrapper(not_a_window), nullptr);
+  g_object_unref(not_a_window);
+  orvix1::release_dummy_wrapper(nullptr);
+}
+
+}  // namespace

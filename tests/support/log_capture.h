@@ -1,0 +1,47 @@
+#ifndef ORVIX1_TESTS_LOG_CAPTURE_H
+#define ORVIX1_TESTS_LOG_CAPTURE_H
+
+// Captures what the library's loggers write while it is alive.
+
+#include "log.h"  // the library's one way into log4cplus
+
+#pragma push_macro("UNICODE")
+#pragma push_macro("_UNICODE")
+#undef UNICODE
+#undef _UNICODE
+#include <log4cplus/appender.h>
+#include <log4cplus/spi/loggingevent.h>
+#pragma pop_macro("_UNICODE")
+#pragma pop_macro("UNICODE")
+
+#include <string>
+#include <vector>
+
+namespace orvix1_test {
+
+struct captured_log_t {
+  std::string logger;
+  int level = 0;
+  std::string message;
+  std::string file;
+  int line = 0;
+};
+
+class log_capture_t {
+ public:
+  explicit log_capture_t(const char* logger_name = "orvix");
+  ~log_capture_t();
+  log_capture_t(const log_capture_t&) = delete;
+  log_capture_t& operator=(const log_capture_t&) = delete;
+
+  const std::vector<captured_log_t>& entries() const;
+
+ private:
+  class appender_t;
+  log4cplus::Logger m_logger;
+  log4cplus::SharedAppenderPtr m_appender;
+};
+
+}  // namespace orvix1_test
+
+#endif
