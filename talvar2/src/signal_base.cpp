@@ -124,7 +124,7 @@ bool signal_base_t::begin_emission(onstack_signal_state_t& state) const {
   return true;
 }
 
-bool signal_base_t::check_valid_state_after_call(onstack_signal_state_t& state) const {
+bool signal_base_t::check_valid_state_after_call(onstack_signal_state_t& state) {
   if (*state.alive_in_force) return true;
   end_after_destruction(state);
   return false;

@@ -113,7 +113,8 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   bool begin_emission(onstack_signal_state_t& state) const;
   // After a slot has thrown: true when the signal is still alive and
   // post_call must follow; false when it died and the mutex has been let go.
-  bool check_valid_state_after_call(onstack_signal_state_t& state) const;
+  // Touches only `state`: the slot may have destroyed the signal.
+  static bool check_valid_state_after_call(onstack_signal_state_t& state);
   // Ends an emission: the outermost one removes emptied connections.
   void post_call(onstack_signal_state_t& state) const;
   // Ends an emission whose signal was destroyed by a slot. Touches only `state`.

@@ -1,0 +1,304 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "talvar2/assertion_recorder.h"
+#include "talvar2/pointers/intrusive_pointer.h"
+#include "talvar2/pointers/smart_pointer.h"
+#include "talvar2/value_locker.h"
+
+namespace talvar2_test {
+
+// Outside the unnamed namespace: assertion texts name it.
+class pointer_test_object_t : public talvar2::intrusive_pointer_impl_t {
+ public:
+  explicit pointer_test_object_t(std::atomic<int>* deletions = nullptr) : m_deletions(deletions) {}
+  ~pointer_test_object_t() override {
+    if (m_deletions != nullptr) m_deletions->fetch_add(1);
+  }
+  int value = 42;
+
+ private:
+  std::atomic<int>* m_deletions;
+};
+
+namespace {
+
+using talvar2::intrusive_pointer_t;
+using talvar2::smart_pointer_t;
+using object_ptr = intrusive_pointer_t<pointer_test_object_t>;
+
+class derived_object_t : public pointer_test_object_t {
+ public:
+  using pointer_test_object_t::pointer_test_object_t;
+};
+
+TEST(IntrusivePointer, CountsHoldersAndDeletesWithTheLast) {
+  std::atomic<int> deletions{0};
+  auto* object = new pointer_test_object_t(&deletions);
+  {
+    object_ptr first(object);
+    EXPECT_EQ(object->ref_count(), 1u);
+    object_ptr second(first);
+    object_ptr third;
+    third = second;
+    EXPECT_EQ(object->ref_count(), 3u);
+    object_ptr moved(std::move(second));
+    EXPECT_EQ(second.get(), nullptr);
+    EXPECT_EQ(object->ref_count(), 3u);
+    EXPECT_TRUE(first == moved);
+    EXPECT_TRUE(first == object);
+    EXPECT_FALSE(first != third);
+
+    first.reset();
+    third = object_ptr();
+    EXPECT_EQ(object->ref_count(), 1u);
+    EXPECT_EQ(deletions.load(), 0);
+  }
+  EXPECT_EQ(deletions.load(), 1);
+}
+
+TEST(IntrusivePointer, ConvertsFromDerivedAndComparesByAddress) {
+  std::atomic<int> deletions{0};
+  {
+    intrusive_pointer_t<derived_object_t> derived(new derived_object_t(&deletions));
+    object_ptr base(derived);
+    EXPECT_EQ(derived->ref_count(), 2u);
+    EXPECT_TRUE(base == derived);
+    object_ptr other(new pointer_test_object_t(&deletions));
+    EXPECT_TRUE(base != other);
+    EXPECT_NE(base < other, other < base);
+  }
+  EXPECT_EQ(deletions.load(), 2);
+}
+
+TEST(IntrusivePointer, AssignmentReleasesTheOldObject) {
+  std::atomic<int> old_deletions{0};
+  std::atomic<int> new_deletions{0};
+  object_ptr target(new pointer_test_object_t(&old_deletions));
+  object_ptr source(new pointer_test_object_t(&new_deletions));
+  target = source;
+  EXPECT_EQ(old_deletions.load(), 1);
+  EXPECT_EQ(source->ref_count(), 2u);
+
+  target = new pointer_test_object_t(&old_deletions);
+  EXPECT_EQ(source->ref_count(), 1u);
+  target = nullptr;
+  EXPECT_EQ(old_deletions.load(), 2);
+  EXPECT_EQ(new_deletions.load(), 0);
+}
+
+TEST(IntrusivePointer, SelfAssignmentLeavesItEmpty) {
+  std::atomic<int> deletions{0};
+  auto* object = new pointer_test_object_t(&deletions);
+  object_ptr keeper(object);
+  object_ptr pointer(object);
+  object_ptr& same = pointer;
+  pointer = same;
+  EXPECT_EQ(pointer.get(), nullptr);
+  EXPECT_EQ(object->ref_count(), 1u);  // the dropped reference is gone, not leaked
+
+  // The only holder assigned to itself: the object dies and nothing dangles.
+  keeper = static_cast<object_ptr&>(keeper);
+  EXPECT_EQ(keeper.get(), nullptr);
+  EXPECT_EQ(deletions.load(), 1);
+}
+
+TEST(IntrusivePointer, RawAssignmentOfTheHeldObjectKeepsItAlive) {
+  std::atomic<int> deletions{0};
+  object_ptr pointer(new pointer_test_object_t(&deletions));
+  pointer = pointer.get();
+  EXPECT_EQ(deletions.load(), 0);
+  ASSERT_NE(pointer.get(), nullptr);
+  EXPECT_EQ(pointer->ref_count(), 1u);
+  EXPECT_EQ(pointer->value, 42);
+}
+
+TEST(IntrusivePointer, ArrowOnNullAssertsAndYieldsNull) {
+  assertion_recorder recorder;
+  object_ptr pointer;
+  const object_ptr& const_pointer = pointer;
+  EXPECT_EQ(pointer.operator->(), nullptr);
+  EXPECT_EQ(const_pointer.operator->(), nullptr);
+
+  const std::vector<recorded_assertion> raised = recorder.records();
+  ASSERT_EQ(raised.size(), 2u);
+  for (const recorded_assertion& assertion : raised) {
+    EXPECT_EQ(assertion.expression, "m_ptr != 0");
+    EXPECT_EQ(assertion.file, "pointers/intrusive_pointer.h");
+    EXPECT_EQ(assertion.line, 135);
+    EXPECT_NE(assertion.function.find("talvar2::intrusive_pointer_t<T>::operator->()"),
+              std::string::npos)
+        << assertion.function;
+    EXPECT_NE(assertion.function.find("[with T = talvar2_test::pointer_test_object_t]"),
+              std::string::npos)
+        << assertion.function;
+  }
+  // The two overloads report themselves apart.
+  EXPECT_EQ(raised[0].function.find("operator->() const"), std::string::npos) << raised[0].function;
+  EXPECT_NE(raised[1].function.find("operator->() const"), std::string::npos) << raised[1].function;
+}
+
+TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
+  assertion_recorder recorder;
+  {
+    pointer_test_object_t object;  // on the stack: its end of scope is the direct destruction
+    object.add_ref();
+  }
+  const recorded_assertion raised = recorder.single();
+  EXPECT_EQ(raised.expression, "m_ref_count == 0");
+  EXPECT_EQ(raised.file, "pointers/intrusive_pointer.h");
+  EXPECT_EQ(raised.line, 175);
+}
+
+TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
+  std::atomic<int> deletions{0};
+  // A release on an object nobody holds must not delete it (here it would
+  // free a stack object).
+  pointer_test_object_t object(&deletions);
+  object.release_ref();
+  object.release_ref();
+  EXPECT_EQ(object.ref_count(), 0u);
+  EXPECT_EQ(deletions.load(), 0);
+
+  auto* counted = new pointer_test_object_t(&deletions);
+  counted->add_ref();
+  counted->add_ref();
+  counted->release_ref();
+  EXPECT_EQ(deletions.load(), 0);
+  counted->release_ref();
+  EXPECT_EQ(deletions.load(), 1);
+}
+
+TEST(IntrusivePointer, ManyThreadsCopyAndDropOneObject) {
+  constexpr int k_threads = 8;
+  constexpr int k_copies = 5000;
+  std::atomic<int> deletions{0};
+  object_ptr shared(new pointer_test_object_t(&deletions));
+  const object_ptr& source = shared;
+
+  std::vector<std::thread> threads;
+  for (int i = 0; i < k_threads; ++i) {
+    // Each thread holds its own reference and is the last holder when the
+    // main thread lets go early.
+    threads.emplace_back([own = object_ptr(source)]() mutable {
+      std::vector<object_ptr> held;
+      for (int n = 0; n < k_copies; ++n) {
+        held.push_back(own);
+        if (held.size() == 8) {
+          object_ptr moved = held.back();
+          held.clear();
+          own = moved;
+        }
+      }
+      own.reset();
+    });
+  }
+  shared.reset();  // the threads now hold every reference
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(deletions.load(), 1);
+}
+
+class window_like_t {
+ public:
+  explicit window_like_t(int* deletions) : m_deletions(deletions) {}
+  virtual ~window_like_t() { ++*m_deletions; }
+  int value = 7;
+
+ private:
+  int* m_deletions;
+};
+
+class frame_like_t : public window_like_t {
+ public:
+  frame_like_t(int* deletions, int* frame_deletions)
+      : window_like_t(deletions), m_frame_deletions(frame_deletions) {}
+  ~frame_like_t() override { ++*m_frame_deletions; }
+
+ private:
+  int* m_frame_deletions;
+};
+
+TEST(SmartPointer, SharesOneCountAndDeletesThroughTheVirtualDestructor) {
+  int deletions = 0;
+  int frame_deletions = 0;
+  {
+    smart_pointer_t<window_like_t> first(new frame_like_t(&deletions, &frame_deletions));
+    EXPECT_EQ(first.use_count(), 1u);
+    smart_pointer_t<window_like_t> second(first);
+    smart_pointer_t<window_like_t> third;
+    third = second;
+    EXPECT_EQ(first.use_count(), 3u);
+    third = static_cast<smart_pointer_t<window_like_t>&>(third);
+    EXPECT_EQ(first.use_count(), 3u);
+    EXPECT_EQ(third->value, 7);
+    third = smart_pointer_t<window_like_t>();
+    EXPECT_EQ(first.use_count(), 2u);
+  }
+  EXPECT_EQ(deletions, 1);
+  EXPECT_EQ(frame_deletions, 1);
+}
+
+TEST(SmartPointer, ReleaseRefDropsThisHoldersShareOnce) {
+  int deletions = 0;
+  auto* object = new window_like_t(&deletions);
+  smart_pointer_t<window_like_t> first(object);
+  {
+    smart_pointer_t<window_like_t> second(first);
+    second.release_ref();
+    EXPECT_EQ(first.use_count(), 1u);
+    EXPECT_EQ(second.use_count(), 0u);
+    EXPECT_FALSE(second);
+    EXPECT_EQ(second.get(), object);  // the object pointer stays as it was
+    second.release_ref();             // nothing left to give back
+    EXPECT_EQ(first.use_count(), 1u);
+  }
+  EXPECT_EQ(first.use_count(), 1u);  // second's death gave back nothing more
+  EXPECT_EQ(deletions, 0);
+
+  first.release_ref();
+  EXPECT_EQ(deletions, 1);
+  EXPECT_EQ(first.get(), object);
+  EXPECT_FALSE(first);
+}
+
+TEST(SmartPointer, EmptyPointerHoldsNothingAndArrowAsserts) {
+  assertion_recorder recorder;
+  smart_pointer_t<window_like_t> empty;
+  smart_pointer_t<window_like_t> from_null(nullptr);
+  EXPECT_EQ(from_null.use_count(), 0u);
+  empty.release_ref();
+  EXPECT_EQ(empty.operator->(), nullptr);
+
+  const recorded_assertion raised = recorder.single();
+  EXPECT_EQ(raised.expression, "m_ptr != 0");
+  EXPECT_EQ(raised.file, "pointers/smart_pointer.h");
+}
+
+TEST(ValueLocker, LockedValueIgnoresRefreshes) {
+  talvar2::value_locker_t<std::string> locker("default");
+  EXPECT_FALSE(locker.locked);
+  EXPECT_TRUE(locker.refresh("theme"));
+  EXPECT_EQ(locker.value, "theme");
+
+  locker.lock("chosen");
+  EXPECT_TRUE(locker.locked);
+  EXPECT_FALSE(locker.refresh("theme again"));
+  EXPECT_EQ(locker.value, "chosen");
+
+  locker.unlock();
+  EXPECT_TRUE(locker.refresh("theme again"));
+  EXPECT_EQ(locker.value, "theme again");
+
+  talvar2::value_locker_t<int> number;
+  EXPECT_EQ(number.value, 0);
+  EXPECT_FALSE(number.locked);
+}
+
+}  // namespace
+}  // namespace talvar2_test

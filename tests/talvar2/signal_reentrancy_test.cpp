@@ -1,0 +1,332 @@
+// Slots that change the signal which is calling them. The suite also runs
+// under AddressSanitizer: each case that destroys something mid-emission is
+// built so that a touch of freed memory, a double free or a leaked mutex
+// shows up there even when the logged calls look right.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "talvar2/functor/signal.h"
+#include "talvar2/signal_listener.h"
+
+namespace talvar2_test {
+namespace {
+
+using int_signal_t = inspectable_signal_t<int>;
+
+// Three listeners a, b, c connected in this order through on_value.
+struct three_listeners {
+  call_log_t log;
+  listener_t a{"a", log};
+  listener_t b{"b", log};
+  listener_t c{"c", log};
+
+  void connect_all(talvar2::signal_t<int>& signal) {
+    signal.connect(&a, &listener_t::on_value);
+    signal.connect(&b, &listener_t::on_value);
+    signal.connect(&c, &listener_t::on_value);
+  }
+
+  // A fresh emission of `value`: what it called, in order.
+  call_log_t emit(const talvar2::signal_t<int>& signal, int value) {
+    log.clear();
+    signal(value);
+    return log;
+  }
+};
+
+TEST(SignalReentrancy, SlotDisconnectingItselfIsNotCalledAgain) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.b.set_action([&](int) { signal.disconnect(&l.b, &listener_t::on_value); });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:1"}));
+  EXPECT_EQ(signal.connection_count(), 2u);
+  EXPECT_EQ(signal.node_count(), 2u);  // the emptied entry went with the emission
+
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "c:2"}));
+}
+
+TEST(SignalReentrancy, SlotDisconnectingLaterSlotSkipsIt) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.a.set_action([&](int value) {
+    if (value != 1) return;
+    signal.disconnect(&l.b, &listener_t::on_value);
+    EXPECT_EQ(signal.connection_count(), 2u);  // already cut while the emission runs
+  });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "c:1"}));
+  EXPECT_EQ(signal.node_count(), 2u);
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "c:2"}));
+}
+
+TEST(SignalReentrancy, SlotDisconnectingEveryoneEndsTheEmission) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.b.set_action([&](int) {
+    signal.disconnect(&l.a, &listener_t::on_value);
+    signal.disconnect(&l.b, &listener_t::on_value);
+    signal.disconnect(&l.c, &listener_t::on_value);
+  });
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
+  EXPECT_EQ(signal.node_count(), 0u);
+  // The list is usable from scratch afterwards.
+  signal.connect(&l.c, &listener_t::on_value);
+  signal(2);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:2"}));
+}
+
+TEST(SignalReentrancy, SlotConnectedDuringEmissionIsCalledInTheSameEmission) {
+  three_listeners l;
+  int_signal_t signal;
+  signal.connect(&l.a, &listener_t::on_value);
+  signal.connect(&l.b, &listener_t::on_value);
+  bool connected = false;
+  l.a.set_action([&](int) {
+    if (connected) return;
+    connected = true;
+    signal.connect(&l.c, &listener_t::on_value);
+  });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:1"}));
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "b:2", "c:2"}));
+  EXPECT_EQ(signal.node_count(), 3u);
+}
+
+TEST(SignalReentrancy, SlotReconnectingItselfIsCalledAgainAtTheTail) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  bool moved = false;
+  l.a.set_action([&](int) {
+    if (moved) return;
+    moved = true;
+    signal.disconnect(&l.a, &listener_t::on_value);
+    signal.connect(&l.a, &listener_t::on_value);  // the emptied entry is no duplicate
+  });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:1", "a:1"}));
+  EXPECT_EQ(signal.node_count(), 3u);
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"b:2", "c:2", "a:2"}));
+}
+
+TEST(SignalReentrancy, NestedEmissionRunsInsideTheOuterOne) {
+  three_listeners l;
+  int_signal_t signal;
+  signal.connect(&l.a, &listener_t::on_value);
+  signal.connect(&l.b, &listener_t::on_value);
+  l.a.set_action([&](int value) {
+    if (value == 1) signal(2);
+  });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2", "b:1"}));
+}
+
+TEST(SignalReentrancy, NestedEmissionLeavesCleanUpToTheOutermost) {
+  // a cuts itself, then emits again. If the nested emission removed a's
+  // emptied entry, the outer emission would step on from a freed node.
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.a.set_action([&](int value) {
+    if (value != 1) return;
+    signal.disconnect(&l.a, &listener_t::on_value);
+    signal(2);
+    EXPECT_EQ(signal.node_count(), 3u);  // still there: the outer walk stands on it
+  });
+
+  signal(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:2", "c:2", "b:1", "c:1"}));
+  EXPECT_EQ(signal.node_count(), 2u);
+  EXPECT_EQ(signal.connection_count(), 2u);
+}
+
+TEST(SignalReentrancy, SlotDestroyingTheSignalEndsTheEmission) {
+  three_listeners l;
+  auto* signal = new int_signal_t;
+  l.connect_all(*signal);
+  l.b.set_action([&](int) { delete signal; });
+
+  (*signal)(1);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
+  // The listeners die after the signal: none may still name it.
+}
+
+TEST(SignalReentrancy, SlotDestroyingTheSignalInANestedEmission) {
+  three_listeners l;
+  auto* signal = new int_signal_t;
+  l.connect_all(*signal);
+  l.a.set_action([&](int value) {
+    if (value == 1) (*signal)(2);
+  });
+  l.b.set_action([&](int value) {
+    if (value == 2) delete signal;
+  });
+
+  (*signal)(1);
+  // Neither emission goes on after b: the outer one returns right after a.
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2"}));
+}
+
+TEST(SignalReentrancy, ForwardedSignalDestroyedByItsOwnSlot) {
+  // A signal forwarded from another is destroyed by a slot it calls: the
+  // outer signal must skip the dead forwarder and finish its own list.
+  call_log_t log;
+  listener_t a("a", log);
+  listener_t z("z", log);
+  using base_t = talvar2::_internal::signal_templ<int>;
+  int_signal_t outer;
+  auto* forwarder = new int_signal_t;
+  outer.connect<base_t>(forwarder, &base_t::operator());
+  outer.connect(&z, &listener_t::on_value);
+  forwarder->connect(&a, &listener_t::on_value);
+  a.set_action([&](int) { delete forwarder; });
+
+  outer(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "z:1"}));
+  EXPECT_EQ(outer.connection_count(), 1u);
+  EXPECT_EQ(outer.node_count(), 1u);
+}
+
+TEST(SignalReentrancy, SubscriberDestroyedDuringEmissionIsNotCalled) {
+  call_log_t log;
+  listener_t a("a", log);
+  auto doomed = std::make_unique<listener_t>("d", log);
+  listener_t c("c", log);
+  int_signal_t signal;
+  signal.connect(&a, &listener_t::on_value);
+  signal.connect(doomed.get(), &listener_t::on_value);
+  signal.connect(doomed.get(), &listener_t::on_other_value);
+  signal.connect(&c, &listener_t::on_value);
+  a.set_action([&](int) {
+    doomed.reset();
+    EXPECT_EQ(signal.connection_count(), 2u);
+  });
+
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "c:1"}));
+  EXPECT_EQ(signal.node_count(), 2u);
+}
+
+TEST(SignalReentrancy, SubscriberDestroyingItselfInItsSlot) {
+  call_log_t log;
+  listener_t a("a", log);
+  auto* doomed = new listener_t("d", log);
+  listener_t c("c", log);
+  int_signal_t signal;
+  signal.connect(&a, &listener_t::on_value);
+  signal.connect(doomed, &listener_t::on_value);
+  signal.connect(&c, &listener_t::on_value);
+  doomed->set_action([doomed](int) { delete doomed; });
+
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "d:1", "c:1"}));
+  EXPECT_EQ(signal.node_count(), 2u);
+  log.clear();
+  signal(2);
+  EXPECT_EQ(log, (call_log_t{"a:2", "c:2"}));
+}
+
+TEST(SignalReentrancy, CopyMadeDuringEmissionTakesOnlyLiveConnections) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  std::unique_ptr<int_signal_t> copy;
+  l.a.set_action([&](int value) {
+    if (value != 1) return;
+    signal.disconnect(&l.b, &listener_t::on_value);
+    copy = std::make_unique<int_signal_t>(signal);
+  });
+
+  signal(1);
+  ASSERT_NE(copy, nullptr);
+  EXPECT_EQ(copy->node_count(), 2u);
+  EXPECT_EQ(l.emit(*copy, 2), (call_log_t{"a:2", "c:2"}));
+}
+
+struct slot_failure : std::runtime_error {
+  slot_failure() : std::runtime_error("slot failed") {}
+};
+
+TEST(SignalReentrancy, ThrowingSlotStopsTheEmissionAndLeavesTheSignalUsable) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.b.set_action([](int value) {
+    if (value == 1) throw slot_failure();
+  });
+
+  EXPECT_THROW(signal(1), slot_failure);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
+
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "b:2", "c:2"}));
+  // No emission is left marked as running: a disconnect unlinks at once.
+  signal.disconnect(&l.c, &listener_t::on_value);
+  EXPECT_EQ(signal.node_count(), 2u);
+}
+
+TEST(SignalReentrancy, SlotDisconnectingItselfThenThrowingLeavesNoEmptyEntry) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.b.set_action([&](int) {
+    signal.disconnect(&l.b, &listener_t::on_value);
+    throw slot_failure();
+  });
+
+  EXPECT_THROW(signal(1), slot_failure);
+  EXPECT_EQ(signal.connection_count(), 2u);
+  EXPECT_EQ(signal.node_count(), 2u);
+  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "c:2"}));
+}
+
+TEST(SignalReentrancy, ThrowFromANestedEmissionUnwindsBoth) {
+  three_listeners l;
+  int_signal_t signal;
+  l.connect_all(signal);
+  l.a.set_action([&](int value) {
+    if (value == 1) signal(2);
+  });
+  l.b.set_action([&](int value) {
+    if (value != 2) return;
+    signal.disconnect(&l.b, &listener_t::on_value);
+    throw slot_failure();
+  });
+
+  EXPECT_THROW(signal(1), slot_failure);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2"}));
+  EXPECT_EQ(signal.node_count(), 2u);  // the outermost call cleaned up on its way out
+  EXPECT_EQ(l.emit(signal, 3), (call_log_t{"a:3", "c:3"}));
+}
+
+TEST(SignalReentrancy, SlotDestroyingTheSignalThenThrowing) {
+  three_listeners l;
+  auto* signal = new int_signal_t;
+  l.connect_all(*signal);
+  l.a.set_action([&](int value) {
+    if (value == 1) (*signal)(2);
+  });
+  l.b.set_action([&](int) {
+    delete signal;
+    throw slot_failure();
+  });
+
+  EXPECT_THROW((*signal)(1), slot_failure);
+  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2"}));
+}
+
+}  // namespace
+}  // namespace talvar2_test

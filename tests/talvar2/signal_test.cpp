@@ -1,0 +1,324 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "talvar2/assertion_recorder.h"
+#include "talvar2/functor/signal.h"
+#include "talvar2/pointers/intrusive_pointer.h"
+#include "talvar2/signal_listener.h"
+
+namespace talvar2_test {
+namespace {
+
+using talvar2::signal_t;
+using talvar2::_internal::signal_templ;
+using talvar2::_internal::subscriber_base_t;
+
+// Keeps the arguments of every call it receives.
+template <class... A>
+class capture_t : public subscriber_base_t {
+ public:
+  void on_emit(A... args) { calls.emplace_back(args...); }
+  std::vector<std::tuple<std::decay_t<A>...>> calls;
+};
+
+// Emits `args` through a signal of the same arity to two subscribers.
+template <class... A>
+void expect_arguments_reach_every_slot(A... args) {
+  signal_t<A...> signal;
+  capture_t<A...> first;
+  capture_t<A...> second;
+  signal.connect(&first, &capture_t<A...>::on_emit);
+  signal.connect(&second, &capture_t<A...>::on_emit);
+  signal(args...);
+  signal(args...);
+  const std::vector<std::tuple<A...>> expected(2, std::make_tuple(args...));
+  EXPECT_EQ(first.calls, expected) << sizeof...(A) << " arguments";
+  EXPECT_EQ(second.calls, expected) << sizeof...(A) << " arguments";
+}
+
+TEST(Signal, ConnectEmitDisconnectWithoutArguments) {
+  call_log_t log;
+  listener_t a("a", log);
+  signal_t<> signal;
+  EXPECT_FALSE(signal.has_connections());
+  signal();  // nothing connected: nothing happens
+
+  signal.connect(&a, &listener_t::on_signal);
+  EXPECT_EQ(signal.connection_count(), 1u);
+  signal();
+  signal();
+  EXPECT_EQ(log, (call_log_t{"a", "a"}));
+
+  signal.disconnect(&a, &listener_t::on_signal);
+  EXPECT_EQ(signal.connection_count(), 0u);
+  signal();
+  EXPECT_EQ(log.size(), 2u);
+}
+
+TEST(Signal, PassesEveryArityFromNoneToSix) {
+  expect_arguments_reach_every_slot();
+  expect_arguments_reach_every_slot(7);
+  expect_arguments_reach_every_slot(7, std::string("two"));
+  expect_arguments_reach_every_slot(7, std::string("two"), 3.5);
+  expect_arguments_reach_every_slot(7, std::string("two"), 3.5, 'c');
+  expect_arguments_reach_every_slot(7, std::string("two"), 3.5, 'c', -5L);
+  expect_arguments_reach_every_slot(7, std::string("two"), 3.5, 'c', -5L, true);
+}
+
+class text_filter_t : public subscriber_base_t {
+ public:
+  explicit text_filter_t(std::string suffix) : m_suffix(std::move(suffix)) {}
+  void on_text(const std::string& in, std::string& out) {
+    seen_input = &in;
+    out += in + m_suffix;
+  }
+  const std::string* seen_input = nullptr;
+
+ private:
+  std::string m_suffix;
+};
+
+TEST(Signal, ReferenceArgumentsReachSlotsWithoutCopies) {
+  signal_t<const std::string&, std::string&> signal;
+  text_filter_t first("+1");
+  text_filter_t second("+2");
+  signal.connect(&first, &text_filter_t::on_text);
+  signal.connect(&second, &text_filter_t::on_text);
+
+  const std::string in = "in";
+  std::string out;
+  signal(in, out);
+  EXPECT_EQ(out, "in+1in+2");  // both slots wrote into the caller's string, in order
+  EXPECT_EQ(first.seen_input, &in);
+  EXPECT_EQ(second.seen_input, &in);
+}
+
+class counted_payload_t : public talvar2::intrusive_pointer_impl_t {};
+
+class payload_sink_t : public subscriber_base_t {
+ public:
+  void on_payload(talvar2::intrusive_pointer_t<counted_payload_t> payload) {
+    references_seen = payload->ref_count();
+  }
+  std::uint64_t references_seen = 0;
+};
+
+TEST(Signal, CountedArgumentsAreReleasedAfterEmission) {
+  signal_t<talvar2::intrusive_pointer_t<counted_payload_t>> signal;
+  payload_sink_t sink;
+  signal.connect(&sink, &payload_sink_t::on_payload);
+  talvar2::intrusive_pointer_t<counted_payload_t> payload(new counted_payload_t);
+  signal(payload);
+  EXPECT_GT(sink.references_seen, 1u);  // the slot held its own copy
+  EXPECT_EQ(payload->ref_count(), 1u);  // and every copy made on the way is gone
+}
+
+TEST(Signal, SlotsRunInConnectionOrder) {
+  call_log_t log;
+  listener_t a("a", log);
+  listener_t b("b", log);
+  signal_t<int> signal;
+  signal.connect(&b, &listener_t::on_value);
+  signal.connect(&a, &listener_t::on_other_value);
+  signal.connect(&a, &listener_t::on_value);
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"b:1", "a/other:1", "a:1"}));
+
+  // Cutting the middle keeps the order of the rest; a new connection goes last.
+  log.clear();
+  signal.disconnect(&a, &listener_t::on_other_value);
+  signal.connect(&a, &listener_t::on_other_value);
+  signal(2);
+  EXPECT_EQ(log, (call_log_t{"b:2", "a:2", "a/other:2"}));
+}
+
+TEST(Signal, DuplicateConnectionAssertsAndKeepsOne) {
+  call_log_t log;
+  listener_t a("a", log);
+  listener_t b("b", log);
+  signal_t<int> signal;
+  signal.connect(&a, &listener_t::on_value);
+  signal.connect(&b, &listener_t::on_value);
+  {
+    assertion_recorder recorder;
+    signal.connect(&a, &listener_t::on_value);
+    const recorded_assertion raised = recorder.single();
+    EXPECT_EQ(raised.expression,
+              "\"signal_t::_insert: this connection is already exists.\" == NULL");
+    EXPECT_EQ(raised.file, "functor/signal.h");
+    EXPECT_EQ(raised.line, 277);
+    EXPECT_NE(raised.function.find("_insert"), std::string::npos) << raised.function;
+  }
+  EXPECT_EQ(signal.connection_count(), 2u);
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "b:1"}));
+
+  // One disconnect removes the single connection: nothing is left behind.
+  signal.disconnect(&a, &listener_t::on_value);
+  log.clear();
+  signal(2);
+  EXPECT_EQ(log, (call_log_t{"b:2"}));
+}
+
+TEST(Signal, DisconnectingUnknownConnectionAssertsAndChangesNothing) {
+  call_log_t log;
+  listener_t a("a", log);
+  listener_t b("b", log);
+  listener_t stranger("stranger", log);
+  signal_t<int> signal;
+  signal.connect(&a, &listener_t::on_value);
+  signal.connect(&b, &listener_t::on_value);
+  signal.connect(&b, &listener_t::on_other_value);
+  signal.disconnect(&b, &listener_t::on_other_value);
+
+  assertion_recorder recorder;
+  signal.disconnect(&stranger, &listener_t::on_value);  // target never connected
+  signal.disconnect(&a, &listener_t::on_other_value);   // member never connected on a
+  signal.disconnect(&b, &listener_t::on_other_value);   // already disconnected
+  const std::vector<recorded_assertion> raised = recorder.records();
+  ASSERT_EQ(raised.size(), 3u);
+  for (const recorded_assertion& assertion : raised) {
+    EXPECT_EQ(assertion.expression,
+              "\"signal_t::disconnect: attempt to disconnect unknown connection\" && "
+              "subscriber_found");
+    EXPECT_EQ(assertion.file, "functor/signal.h");
+    EXPECT_EQ(assertion.line, 292);
+  }
+
+  EXPECT_EQ(signal.connection_count(), 2u);
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "b:1"}));
+}
+
+TEST(Signal, ConstMemberSlots) {
+  call_log_t log;
+  listener_t a("a", log);
+  signal_t<int> signal;
+  // A const and a non-const member of one object are two connections.
+  signal.connect(&a, &listener_t::on_value_const);
+  signal.connect(&a, &listener_t::on_value);
+  signal(1);
+  EXPECT_EQ(log, (call_log_t{"a/const:1", "a:1"}));
+
+  signal.disconnect(&a, &listener_t::on_value_const);
+  log.clear();
+  signal(2);
+  EXPECT_EQ(log, (call_log_t{"a:2"}));
+}
+
+TEST(Signal, CopyTakesConnectionsInOrderAndIsIndependent) {
+  call_log_t log;
+  listener_t a("a", log);
+  auto b = std::make_unique<listener_t>("b", log);
+  listener_t c("c", log);
+  auto original = std::make_unique<signal_t<int>>();
+  original->connect(&a, &listener_t::on_value);
+  original->connect(b.get(), &listener_t::on_value);
+  original->connect(&a, &listener_t::on_other_value);
+
+  signal_t<int> copy(*original);
+  EXPECT_EQ(copy.connection_count(), 3u);
+  copy(1);
+  EXPECT_EQ(log, (call_log_t{"a:1", "b:1", "a/other:1"}));
+
+  // Changes to one do not reach the other.
+  original->disconnect(b.get(), &listener_t::on_value);
+  copy.connect(&c, &listener_t::on_value);
+  log.clear();
+  (*original)(2);
+  EXPECT_EQ(log, (call_log_t{"a:2", "a/other:2"}));
+  log.clear();
+  copy(3);
+  EXPECT_EQ(log, (call_log_t{"a:3", "b:3", "a/other:3", "c:3"}));
+
+  // The copy registered itself with its subscribers: b's death cuts the
+  // copy's connection, and the original's death leaves the copy whole.
+  b.reset();
+  original.reset();
+  EXPECT_EQ(copy.connection_count(), 3u);
+  log.clear();
+  copy(4);
+  EXPECT_EQ(log, (call_log_t{"a:4", "a/other:4", "c:4"}));
+}
+
+TEST(Signal, ForwardsToAnotherSignal) {
+  call_log_t log;
+  listener_t a("a", log);
+  auto inner = std::make_unique<signal_t<int>>();
+  inner->connect(&a, &listener_t::on_value);
+
+  signal_t<int> outer;
+  // The call operator is declared on the typed base of the signal.
+  using inner_base_t = signal_templ<int>;
+  outer.connect<inner_base_t>(inner.get(), &inner_base_t::operator());
+  EXPECT_EQ(outer.connection_count(), 1u);
+  outer(5);
+  EXPECT_EQ(log, (call_log_t{"a:5"}));
+
+  // A forwarded signal is a subscriber like any other: its death cuts the link.
+  inner.reset();
+  EXPECT_EQ(outer.connection_count(), 0u);
+  outer(6);
+  EXPECT_EQ(log.size(), 1u);
+}
+
+TEST(Signal, ForwardingCarriesReferenceArguments) {
+  using text_signal_t = signal_t<const std::string&, std::string&>;
+  using text_base_t = signal_templ<const std::string&, std::string&>;
+  text_filter_t filter("!");
+  text_signal_t inner;
+  inner.connect(&filter, &text_filter_t::on_text);
+  text_signal_t outer;
+  outer.connect<text_base_t>(&inner, &text_base_t::operator());
+
+  std::string out;
+  outer(std::string("hi"), out);
+  EXPECT_EQ(out, "hi!");
+
+  outer.disconnect<text_base_t>(&inner, &text_base_t::operator());
+  EXPECT_EQ(outer.connection_count(), 0u);
+  EXPECT_EQ(inner.connection_count(), 1u);
+}
+
+TEST(Signal, DestroyedSubscriberIsDisconnectedEverywhere) {
+  call_log_t log;
+  listener_t survivor("s", log);
+  auto doomed = std::make_unique<listener_t>("d", log);
+  signal_t<int> first;
+  signal_t<int> second;
+  first.connect(doomed.get(), &listener_t::on_value);
+  first.connect(&survivor, &listener_t::on_value);
+  first.connect(doomed.get(), &listener_t::on_other_value);
+  second.connect(doomed.get(), &listener_t::on_value);
+  second.connect(&survivor, &listener_t::on_value);
+
+  doomed.reset();
+  EXPECT_EQ(first.connection_count(), 1u);
+  EXPECT_EQ(second.connection_count(), 1u);
+  first(1);
+  second(2);
+  EXPECT_EQ(log, (call_log_t{"s:1", "s:2"}));
+}
+
+TEST(Signal, DestroyedSignalLetsGoOfItsSubscribers) {
+  call_log_t log;
+  listener_t a("a", log);
+  auto signal = std::make_unique<signal_t<int>>();
+  signal->connect(&a, &listener_t::on_value);
+  signal.reset();
+  // a no longer names the dead signal: its own death must not reach it
+  // (a stale back-reference would be a use after free here).
+  signal_t<int> other;
+  other.connect(&a, &listener_t::on_value);
+  other(1);
+  EXPECT_EQ(log, (call_log_t{"a:1"}));
+}
+
+}  // namespace
+}  // namespace talvar2_test

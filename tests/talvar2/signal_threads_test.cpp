@@ -1,0 +1,226 @@
+// Several threads connect, disconnect, emit, copy and destroy against shared
+// signals and subscribers; afterwards every count must add up.
+//
+// A subscriber that a running emission may still call has to be cut before
+// it starts dying (its own part is gone by the time its base cuts the
+// connections), so subscribers here die connected only to signals that
+// nobody emits meanwhile.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "talvar2/functor/signal.h"
+
+namespace talvar2_test {
+namespace {
+
+using talvar2::signal_t;
+using talvar2::_internal::subscriber_base_t;
+
+constexpr int k_threads = 4;
+constexpr int k_rounds = 2000;
+constexpr int k_keep_every = 100;  // rounds between subscribers that stay to the end
+
+class counter_t : public subscriber_base_t {
+ public:
+  void on_value(int value) {
+    m_calls.fetch_add(1);
+    m_sum.fetch_add(value);
+  }
+  long calls() const { return m_calls.load(); }
+  long sum() const { return m_sum.load(); }
+
+ private:
+  std::atomic<long> m_calls{0};
+  std::atomic<long> m_sum{0};
+};
+
+// Counts like counter_t and notices two emissions running at once.
+class serial_probe_t : public counter_t {
+ public:
+  void on_value(int value) {
+    if (m_in_flight.fetch_add(1) != 0) m_overlaps.fetch_add(1);
+    counter_t::on_value(value);
+    m_in_flight.fetch_sub(1);
+  }
+  long overlaps() const { return m_overlaps.load(); }
+
+ private:
+  std::atomic<int> m_in_flight{0};
+  std::atomic<long> m_overlaps{0};
+};
+
+// Runs `body(thread_index)` on k_threads threads that start together.
+template <class Body>
+void run_together(Body body) {
+  std::atomic<int> ready{0};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < k_threads; ++i) {
+    threads.emplace_back([&ready, &body, i] {
+      ready.fetch_add(1);
+      while (ready.load() < k_threads) std::this_thread::yield();
+      body(i);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+struct shared_state {
+  signal_t<int> hub;     // emitted by every thread
+  signal_t<int> roster;  // only connected to and cut while the threads run
+  serial_probe_t probe;  // on hub for the whole run
+  counter_t fan_in;      // on every thread's short-lived signals
+};
+
+struct worker_totals {
+  long hub_emissions = 0;
+  long hub_sum = 0;
+  long local_emissions = 0;
+  std::vector<std::unique_ptr<counter_t>> kept;
+};
+
+void emit(shared_state& shared, worker_totals& totals, int value) {
+  shared.hub(value);
+  ++totals.hub_emissions;
+  totals.hub_sum += value;
+}
+
+// One subscriber on hub and roster: its calls stop once it is cut from hub,
+// and it dies either still on roster or cut from it.
+void churn_subscriber(shared_state& shared, worker_totals& totals, int value, bool die_connected) {
+  auto subscriber = std::make_unique<counter_t>();
+  shared.hub.connect(subscriber.get(), &counter_t::on_value);
+  shared.roster.connect(subscriber.get(), &counter_t::on_value);
+  emit(shared, totals, value);
+  EXPECT_GE(subscriber->calls(), 1);
+
+  shared.hub.disconnect(subscriber.get(), &counter_t::on_value);
+  const long frozen = subscriber->calls();
+  emit(shared, totals, value);
+  EXPECT_EQ(subscriber->calls(), frozen);
+
+  if (!die_connected) shared.roster.disconnect(subscriber.get(), &counter_t::on_value);
+}
+
+// A short-lived signal and its copy, both calling the shared fan_in.
+void churn_local_signal(shared_state& shared, worker_totals& totals, int value) {
+  counter_t local_subscriber;
+  signal_t<int> local;
+  local.connect(&shared.fan_in, &counter_t::on_value);
+  local.connect(&local_subscriber, &counter_t::on_value);
+  local(value);
+  signal_t<int> copy(local);
+  copy(value);
+  totals.local_emissions += 2;
+  EXPECT_EQ(local_subscriber.calls(), 2);
+}
+
+void work(shared_state& shared, worker_totals& totals, int thread_index) {
+  for (int round = 0; round < k_rounds; ++round) {
+    const int value = thread_index * 10 + round % 10;
+    churn_subscriber(shared, totals, value, round % 2 == 0);
+    churn_local_signal(shared, totals, value);
+    if (round % k_keep_every == 0) {
+      totals.kept.push_back(std::make_unique<counter_t>());
+      shared.hub.connect(totals.kept.back().get(), &counter_t::on_value);
+      shared.roster.connect(totals.kept.back().get(), &counter_t::on_value);
+    }
+  }
+}
+
+TEST(SignalThreads, EmittingConnectingAndDyingTogetherKeepsEveryCount) {
+  shared_state shared;
+  shared.hub.connect(&shared.probe, &serial_probe_t::on_value);
+  std::vector<worker_totals> totals(k_threads);
+  run_together([&](int thread_index) { work(shared, totals[thread_index], thread_index); });
+
+  long hub_emissions = 0;
+  long hub_sum = 0;
+  long local_emissions = 0;
+  std::vector<counter_t*> kept;
+  for (const worker_totals& t : totals) {
+    hub_emissions += t.hub_emissions;
+    hub_sum += t.hub_sum;
+    local_emissions += t.local_emissions;
+    for (const auto& subscriber : t.kept) kept.push_back(subscriber.get());
+  }
+  EXPECT_EQ(shared.probe.overlaps(), 0);
+  EXPECT_EQ(shared.probe.calls(), hub_emissions);
+  EXPECT_EQ(shared.probe.sum(), hub_sum);
+  EXPECT_EQ(shared.fan_in.calls(), local_emissions);
+
+  // Exactly the survivors are still connected, each once.
+  const std::size_t kept_count = kept.size();
+  ASSERT_EQ(kept_count, std::size_t(k_threads * k_rounds / k_keep_every));
+  EXPECT_EQ(shared.hub.connection_count(), kept_count + 1);
+  EXPECT_EQ(shared.roster.connection_count(), kept_count);
+  std::vector<long> before;
+  for (const counter_t* subscriber : kept) before.push_back(subscriber->calls());
+  shared.roster(1);
+  for (std::size_t i = 0; i < kept_count; ++i) EXPECT_EQ(kept[i]->calls(), before[i] + 1);
+
+  for (worker_totals& t : totals) t.kept.clear();
+  EXPECT_EQ(shared.hub.connection_count(), 1u);
+  EXPECT_EQ(shared.roster.connection_count(), 0u);
+}
+
+TEST(SignalThreads, OneSubscriberWiredToManySignalsAtOnce) {
+  // Every thread registers its signals with the same subscriber at once: a
+  // lost back-reference would leave a connection behind when it dies.
+  constexpr int k_signals_per_thread = 300;
+  auto subscriber = std::make_unique<counter_t>();
+  std::vector<std::vector<std::unique_ptr<signal_t<int>>>> signals(k_threads);
+  run_together([&](int thread_index) {
+    auto& own = signals[thread_index];
+    for (int i = 0; i < k_signals_per_thread; ++i) {
+      own.push_back(std::make_unique<signal_t<int>>());
+      own.back()->connect(subscriber.get(), &counter_t::on_value);
+      if (i % 3 == 0) {  // some come and go again
+        own.back()->disconnect(subscriber.get(), &counter_t::on_value);
+        own.back()->connect(subscriber.get(), &counter_t::on_value);
+      }
+    }
+  });
+
+  for (const auto& own : signals)
+    for (const auto& signal : own) (*signal)(1);
+  EXPECT_EQ(subscriber->calls(), k_threads * k_signals_per_thread);
+
+  subscriber.reset();
+  std::size_t left_behind = 0;
+  for (const auto& own : signals)
+    for (const auto& signal : own) left_behind += signal->connection_count();
+  EXPECT_EQ(left_behind, 0u);
+}
+
+TEST(SignalThreads, SubscribersDieWhileOthersConnect) {
+  // Each thread keeps a short queue of subscribers on one shared signal,
+  // adding at the tail and destroying the oldest while it is still connected.
+  constexpr int k_cycles = 3000;
+  constexpr std::size_t k_queue = 4;
+  signal_t<int> board;
+  std::vector<std::vector<std::unique_ptr<counter_t>>> queues(k_threads);
+  run_together([&](int thread_index) {
+    auto& queue = queues[thread_index];
+    for (int i = 0; i < k_cycles; ++i) {
+      queue.push_back(std::make_unique<counter_t>());
+      board.connect(queue.back().get(), &counter_t::on_value);
+      if (queue.size() > k_queue) queue.erase(queue.begin());
+    }
+  });
+
+  EXPECT_EQ(board.connection_count(), k_queue * k_threads);
+  board(1);
+  for (const auto& queue : queues)
+    for (const auto& subscriber : queue) EXPECT_EQ(subscriber->calls(), 1);
+  queues.clear();
+  EXPECT_EQ(board.connection_count(), 0u);
+}
+
+}  // namespace
+}  // namespace talvar2_test
