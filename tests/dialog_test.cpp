@@ -87,7 +87,7 @@ TEST(ErrorDialog, CollectsMessagesUntilClosed) {
   orvix1::show_error_dlg("second problem");
   EXPECT_EQ(orvix1::get_error_dlg(), dialog);
 
-  auto* text = wxDynamicCast(dialog->FindWindowByName(wxTextCtrlNameStr), wxTextCtrl);
+  auto* text = dynamic_cast<wxTextCtrl*>(dialog->FindWindowByName(wxTextCtrlNameStr));
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->GetValue(), "first problem\nsecond problem");
 
@@ -107,8 +107,8 @@ TEST(ErrorDialog, ClosingByTheUserStartsAFreshOne) {
 
   orvix1::show_error_dlg("new");
   ASSERT_NE(orvix1::get_error_dlg(), nullptr);
-  auto* text = wxDynamicCast(orvix1::get_error_dlg()->FindWindowByName(wxTextCtrlNameStr),
-                             wxTextCtrl);
+  auto* text =
+      dynamic_cast<wxTextCtrl*>(orvix1::get_error_dlg()->FindWindowByName(wxTextCtrlNameStr));
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->GetValue(), "new");
   orvix1::destroy_error_dlg();

@@ -22,7 +22,7 @@ struct file_system_probe_t : wxFileSystem {
   static int archive_handlers() {
     int count = 0;
     for (wxObject* handler : m_Handlers)
-      if (wxDynamicCast(handler, wxArchiveFSHandler) != nullptr) ++count;
+      if (dynamic_cast<wxArchiveFSHandler*>(handler) != nullptr) ++count;
     return count;
   }
 };

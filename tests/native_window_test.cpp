@@ -17,7 +17,7 @@ TEST(NativeWindow, WrapsAHostWidgetWithoutOwningIt) {
   wxWindow* wrapper = orvix1::create_dummy_wrapper(host.widget());
   ASSERT_NE(wrapper, nullptr);
   EXPECT_EQ(wrapper->GetSize(), wxSize(240, 120));
-  EXPECT_NE(wxDynamicCast(wrapper, wxNativeContainerWindow), nullptr);
+  EXPECT_NE(dynamic_cast<wxNativeContainerWindow*>(wrapper), nullptr);
 
   // Our windows can use it as their parent.
   auto* frame = new wxFrame(wrapper, wxID_ANY, "child of the host");
@@ -28,6 +28,19 @@ TEST(NativeWindow, WrapsAHostWidgetWithoutOwningIt) {
   orvix1::release_dummy_wrapper(wrapper);
   pump_events();
   EXPECT_TRUE(host.still_alive());
+}
+
+TEST(NativeWindow, FollowsTheHostsSize) {
+  host_window_t host(240, 120);
+  wxWindow* wrapper = orvix1::create_dummy_wrapper(host.widget());
+  ASSERT_NE(wrapper, nullptr);
+  gtk_window_resize(GTK_WINDOW(host.widget()), 300, 90);
+  // GTK applies the size on a frame-clock tick: wait for it, with a bound.
+  const gint64 give_up = g_get_monotonic_time() + 5 * G_USEC_PER_SEC;
+  while (wrapper->GetSize() != wxSize(300, 90) && g_get_monotonic_time() < give_up)
+    g_main_context_iteration(nullptr, TRUE);
+  EXPECT_EQ(wrapper->GetSize(), wxSize(300, 90));
+  orvix1::release_dummy_wrapper(wrapper);
 }
 
 TEST(NativeWindow, WrapsAGdkWindowAndAnUnrealisedWidget) {

@@ -16,7 +16,7 @@ using orvix1_test::take_asserts;
 
 TEST(Application, IsTheLibrarysApplicationObject) {
   ASSERT_NE(wxTheApp, nullptr);
-  auto* app = wxDynamicCast(wxTheApp, wxApp);
+  auto* app = dynamic_cast<wxApp*>(wxTheApp);
   EXPECT_NE(dynamic_cast<orvix1::wxDLLGlobalApp*>(app), nullptr);
   EXPECT_EQ(&orvix1::wxGetApp(), wxTheApp);
   EXPECT_EQ(orvix1::wxGetApp().GetLayoutDirection(), wxLayout_LeftToRight);

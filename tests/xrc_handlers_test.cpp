@@ -81,7 +81,7 @@ TEST_F(XrcHandlers, LoadsNamedImagesRelativeToTheResource) {
   wxXmlResource& resource = load(m_dir.file("res.xrc"));
 
   std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, "logo", "wxImage"));
-  auto* image = wxDynamicCast(object.get(), wxImage);
+  auto* image = dynamic_cast<wxImage*>(object.get());
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->GetSize(), wxSize(6, 4));
   EXPECT_EQ(image->GetGreen(3, 2), 200);
@@ -104,7 +104,7 @@ TEST_F(XrcHandlers, LoadsResourcesFromInsideAnArchive) {
   }
   wxXmlResource& resource = load(m_dir.file("pack.zip") + "#zip:res.xrc");
   std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, "logo", "wxImage"));
-  auto* image = wxDynamicCast(object.get(), wxImage);
+  auto* image = dynamic_cast<wxImage*>(object.get());
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->GetSize(), wxSize(6, 4));
 }
@@ -128,7 +128,7 @@ TEST_F(XrcHandlers, LoadsAnimations) {
   wxXmlResource& resource = load(m_dir.file("res.xrc"));
 
   std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, "spin", "wxAnimation"));
-  auto* animation = wxDynamicCast(object.get(), wxAnimation);
+  auto* animation = dynamic_cast<wxAnimation*>(object.get());
   ASSERT_NE(animation, nullptr);
   EXPECT_TRUE(animation->IsOk());
   EXPECT_EQ(animation->GetSize(), wxSize(6, 4));
@@ -144,7 +144,7 @@ class domain_probe_handler_t : public wxXmlResourceHandler {
   bool CanHandle(wxXmlNode* node) override { return IsOfClass(node, "domainProbe"); }
   wxObject* DoCreateResource() override {
     seen = m_resource->GetDomain();
-    return new wxPanel(wxDynamicCast(m_parent, wxWindow));
+    return new wxPanel(dynamic_cast<wxWindow*>(m_parent));
   }
 };
 wxString domain_probe_handler_t::seen;

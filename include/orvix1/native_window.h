@@ -12,7 +12,8 @@ namespace orvix1 {
 
 // Wraps a host's native window in a wx window. `native_handle` is a
 // GtkWidget* (realised here if it is not yet) or a GdkWindow*. Returns null
-// for a null or unknown handle. The wrapper never destroys the native window.
+// for a null or unknown handle. The wrapper never destroys the native window;
+// it has the host window's size and, for a widget handle, follows it.
 ORVIX1_API wxWindow* create_dummy_wrapper(void* native_handle);
 
 // Destroys a wrapper made by create_dummy_wrapper; the native window stays.

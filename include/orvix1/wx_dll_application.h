@@ -35,7 +35,7 @@ class application_wrapper_t : public App {
 
  private:
   static bool is_modal_dialog(wxWindow* window) {
-    const wxDialog* dialog = wxDynamicCast(window, wxDialog);
+    const auto* dialog = dynamic_cast<const wxDialog*>(window);
     return dialog != nullptr && dialog->IsModal();
   }
 };

@@ -4,6 +4,7 @@ namespace orvix1_test {
 
 class log_capture_t::appender_t : public log4cplus::Appender {
  public:
+  ~appender_t() override { destructorImpl(); }
   std::vector<captured_log_t> entries;
   void close() override {}
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 #include <wx/evtloop.h>
+#include <wx/filesys.h>
+#include <wx/fs_arc.h>
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/wx.h>
@@ -86,6 +88,11 @@ void ensure_wx_running() {
   if (wxTheApp != nullptr) return;
   stop_loop();
   start_wx();
+  // wxEntryCleanup dropped the image and file-system handlers, and the
+  // library registers its handlers once per process by design: put back
+  // what the later tests of this process rely on.
+  wxInitAllImageHandlers();
+  wxFileSystem::AddHandler(new wxArchiveFSHandler);
 }
 
 std::unique_ptr<wxTimer> run_soon(const std::function<void()>& body) {

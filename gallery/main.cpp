@@ -1,0 +1,164 @@
+// The gallery: a host program of its own kind. It owns a plain GTK main
+// window, starts wxWidgets through the library, and shows the library's
+// parts inside that window, one page per topic.
+
+#include <chrono>
+#include <clocale>
+#include <cstdio>
+#include <string>
+
+#include <gtk/gtk.h>
+#include <wx/evtloop.h>
+#include <wx/init.h>
+#include <wx/log.h>
+
+#include "event_pump.h"
+#include "gallery_view.h"
+#include "host_window.h"
+#include "options.h"
+#include "orvix1/orvix1.h"
+#include "pages/pages.h"
+#include "screenshot.h"
+
+namespace gallery {
+namespace {
+
+constexpr int k_exit_usage = 2;
+constexpr int k_exit_no_display = 2;
+constexpr int k_exit_failed = 1;
+constexpr auto k_paint_timeout = std::chrono::seconds(10);
+
+int g_assertion_count = 0;
+int g_critical_count = 0;
+
+void print_assertion(const wxString& file, int line, const wxString& function,
+                     const wxString& condition, const wxString& message) {
+  ++g_assertion_count;
+  std::fprintf(stderr, "gallery: assertion \"%s\" failed in %s (%s:%d): %s\n",
+               condition.utf8_str().data(), function.utf8_str().data(), file.utf8_str().data(),
+               line, message.utf8_str().data());
+}
+
+// GLib's criticals are failed preconditions in GTK and GDK: as bad as a failed
+// wx assertion.
+void count_criticals(const gchar* domain, GLogLevelFlags level, const gchar* message,
+                     gpointer data) {
+  if ((level & G_LOG_LEVEL_CRITICAL) != 0) ++g_critical_count;
+  g_log_default_handler(domain, level, message, data);
+}
+
+// A screenshot run fails on any failed assertion of wx, GTK or GDK.
+int check_diagnostics(int status) {
+  if (g_assertion_count > 0)
+    std::fprintf(stderr, "gallery: %d wx assertion(s) failed\n", g_assertion_count);
+  if (g_critical_count > 0)
+    std::fprintf(stderr, "gallery: %d GLib critical(s)\n", g_critical_count);
+  const bool clean = g_assertion_count == 0 && g_critical_count == 0;
+  return status == 0 && !clean ? k_exit_failed : status;
+}
+
+int take_screenshot(const host_window_t& host, const gallery_view_t& view,
+                    const std::string& path) {
+  if (!pump_until([&view] { return view.has_painted(); }, k_paint_timeout)) {
+    std::fprintf(stderr, "gallery: the page did not paint within %lld s\n",
+                 static_cast<long long>(k_paint_timeout.count()));
+    return k_exit_failed;
+  }
+  gdk_display_sync(gdk_window_get_display(host.gdk_window()));
+  pump_once();
+  const std::string failure = save_window_png(host.gdk_window(), path);
+  if (!failure.empty()) {
+    std::fprintf(stderr, "gallery: no screenshot: %s\n", failure.c_str());
+    return k_exit_failed;
+  }
+  return 0;
+}
+
+// Shows `page` in the host's window through the library's wrapper, until the
+// user closes the window or, with a screenshot path, the page is captured.
+int show_in_wrapper(host_window_t& host, const page_t& page, const std::string& screenshot_path) {
+  talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
+  if (!main_window) {
+    std::fprintf(stderr, "gallery: the library did not wrap the host window\n");
+    return k_exit_failed;
+  }
+  gallery_view_t view(main_window, page);
+  view.fit(host.width(), host.height());
+  host.set_resize_handler([&view](int width, int height) { view.fit(width, height); });
+  int status = 0;
+  if (screenshot_path.empty())
+    host.run_until_closed();
+  else
+    status = take_screenshot(host, view, screenshot_path);
+  host.set_resize_handler(nullptr);
+  return status;
+}
+
+// Starts wxWidgets and the library for the host, shows the page and ends
+// both again, the wrapper first.
+int show_page(int& argc, char** argv, host_window_t& host, const page_t& page,
+              const std::string& screenshot_path) {
+  wxSetAssertHandler(print_assertion);
+  if (!wxEntryStart(argc, argv)) {
+    std::fprintf(stderr, "gallery: wxWidgets did not start\n");
+    return k_exit_no_display;
+  }
+  // wx leaves the C library's character set at "C", which loses UTF-8 text.
+  std::setlocale(LC_ALL, "C.UTF-8");
+  delete wxLog::SetActiveTarget(new wxLogStderr);
+
+  bool initialised = false;
+  int status = k_exit_failed;
+  {
+    // The host runs no wx loop of its own: this one makes wx's queues work.
+    wxGUIEventLoop loop;
+    wxEventLoopActivator activator(&loop);
+    initialised = wxTheApp->CallOnInit() && orvix1::initialize_wxwidgets(host.widget());
+    if (initialised)
+      status = show_in_wrapper(host, page, screenshot_path);
+    else
+      std::fprintf(stderr, "gallery: the library did not start\n");
+    pump_once();
+  }
+  if (initialised)
+    orvix1::cleanup_wxwidgets();  // the last client ends wxWidgets too
+  else
+    wxEntryCleanup();
+  return status;
+}
+
+int run(int argc, char** argv) {
+  g_log_set_default_handler(count_criticals, nullptr);
+  gtk_parse_args(&argc, &argv);
+  const options_t options = parse_options(argc, argv);
+  if (!options.error.empty() || options.help) {
+    std::fprintf(options.help ? stdout : stderr, "%s%s%s", options.error.c_str(),
+                 options.error.empty() ? "" : "\n", usage());
+    return options.help ? 0 : k_exit_usage;
+  }
+  if (options.list_pages) {
+    for (const page_t& page : all_pages()) std::printf("%s\t%s\n", page.name, page.title);
+    return 0;
+  }
+  const page_t* page = find_page(options.page_name);
+  if (page == nullptr) {
+    std::fprintf(stderr, "gallery: no page called \"%s\" (see --list-pages)\n",
+                 options.page_name.c_str());
+    return k_exit_usage;
+  }
+  if (!gtk_init_check(&argc, &argv)) {
+    const char* display = g_getenv("DISPLAY");
+    std::fprintf(stderr, "gallery: cannot open the display \"%s\"\n", display ? display : "");
+    return k_exit_no_display;
+  }
+
+  host_window_t host("orvix1 gallery", 640, 400);
+  host.show();
+  const int status = show_page(argc, argv, host, *page, options.screenshot_path);
+  return options.screenshot_path.empty() ? status : check_diagnostics(status);
+}
+
+}  // namespace
+}  // namespace gallery
+
+int main(int argc, char** argv) { return gallery::run(argc, argv); }

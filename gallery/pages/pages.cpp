@@ -1,0 +1,22 @@
+#include "pages/pages.h"
+
+#include "pages/welcome_page.h"
+
+namespace gallery {
+
+const std::vector<page_t>& all_pages() {
+  static const std::vector<page_t> pages = {
+      {"welcome", "Welcome", &create_welcome_page},
+  };
+  return pages;
+}
+
+const page_t* find_page(const std::string& name) {
+  const std::vector<page_t>& pages = all_pages();
+  if (name.empty()) return &pages.front();
+  for (const page_t& page : pages)
+    if (name == page.name) return &page;
+  return nullptr;
+}
+
+}  // namespace gallery

@@ -1,0 +1,45 @@
+#include "screenshot.h"
+
+#include <cstring>
+#include <memory>
+
+namespace gallery {
+namespace {
+
+struct pixbuf_unref_t {
+  void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
+};
+using pixbuf_ptr_t = std::unique_ptr<GdkPixbuf, pixbuf_unref_t>;
+
+bool has_one_colour(const GdkPixbuf* pixbuf) {
+  const int width = gdk_pixbuf_get_width(pixbuf);
+  const int height = gdk_pixbuf_get_height(pixbuf);
+  const int stride = gdk_pixbuf_get_rowstride(pixbuf);
+  const int pixel_size = gdk_pixbuf_get_n_channels(pixbuf);
+  const guchar* pixels = gdk_pixbuf_read_pixels(pixbuf);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      if (std::memcmp(pixels, pixels + y * stride + x * pixel_size, pixel_size) != 0) return false;
+  return true;
+}
+
+}  // namespace
+
+std::string save_window_png(GdkWindow* window, const std::string& path) {
+  if (window == nullptr || !gdk_window_is_viewable(window)) return "the window is not on screen";
+  // A window's image on X includes the child windows inside it, which is
+  // where the library's windows live.
+  pixbuf_ptr_t pixbuf(gdk_pixbuf_get_from_window(window, 0, 0, gdk_window_get_width(window),
+                                                 gdk_window_get_height(window)));
+  if (!pixbuf) return "the window could not be read back";
+  if (has_one_colour(pixbuf.get())) return "the window shows a single colour";
+  GError* error = nullptr;
+  if (!gdk_pixbuf_save(pixbuf.get(), path.c_str(), "png", &error, nullptr)) {
+    std::string reason = std::string("cannot write ") + path + ": " + error->message;
+    g_error_free(error);
+    return reason;
+  }
+  return std::string();
+}
+
+}  // namespace gallery
