@@ -1,16 +1,5 @@
 #include "log.h"
 
-#pragma push_macro("UNICODE")
-#pragma push_macro("_UNICODE")
-#undef UNICODE
-#undef _UNICODE
-#include <log4cplus/consoleappender.h>
-#include <log4cplus/initializer.h>
-#include <log4cplus/layout.h>
-#include <log4cplus/loglevel.h>
-#pragma pop_macro("_UNICODE")
-#pragma pop_macro("UNICODE")
-
 #include <memory>
 
 #include "talvar2/debug/assertion.h"

@@ -1,16 +1,7 @@
 #ifndef ORVIX1_SRC_LOG_H
 #define ORVIX1_SRC_LOG_H
 
-// The only way into log4cplus. wx defines UNICODE, which would switch the
-// log4cplus headers to wide characters; Debian's log4cplus is built for char.
-#pragma push_macro("UNICODE")
-#pragma push_macro("_UNICODE")
-#undef UNICODE
-#undef _UNICODE
-#include <log4cplus/logger.h>
-#include <log4cplus/loggingmacros.h>
-#pragma pop_macro("_UNICODE")
-#pragma pop_macro("UNICODE")
+#include "log4cplus_headers.h"
 
 #include <sstream>
 #include <string>
@@ -18,7 +9,7 @@
 namespace orvix1 {
 namespace log {
 
-// The library's loggers, all under "orvix": "orvix", "orvix.app", "orvix.scheduler", ...
+// The library's loggers, all under "orvix" ("orvix.native", "orvix.dialogs", ...).
 log4cplus::Logger get_logger(const char* name);
 
 // Error and warning messages are always written (forced past level checks),

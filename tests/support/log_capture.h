@@ -5,15 +5,6 @@
 
 #include "log.h"  // the library's one way into log4cplus
 
-#pragma push_macro("UNICODE")
-#pragma push_macro("_UNICODE")
-#undef UNICODE
-#undef _UNICODE
-#include <log4cplus/appender.h>
-#include <log4cplus/spi/loggingevent.h>
-#pragma pop_macro("_UNICODE")
-#pragma pop_macro("UNICODE")
-
 #include <string>
 #include <vector>
 

@@ -244,6 +244,8 @@ class signal_t : public signal_from_arguments<type_list<>, A1, A2, A3, A4, A5, A
 }  // namespace _internal
 
 using _internal::signal_t;
+// What a class derives from to receive signals.
+using _internal::subscriber_base_t;
 
 }  // namespace talvar2
 
