@@ -32,6 +32,7 @@ write_basic_package_version_file(
   VERSION "${PROJECT_VERSION}"
   COMPATIBILITY SameMajorVersion)
 install(FILES
+  "${CMAKE_CURRENT_LIST_DIR}/orvix1WxTarget.cmake"
   "${PROJECT_BINARY_DIR}/orvix1Config.cmake"
   "${PROJECT_BINARY_DIR}/orvix1ConfigVersion.cmake"
   DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}")

@@ -25,14 +25,4 @@ if(ORVIX1_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-# wxWidgets as an imported target, so that its include paths are system paths
-# (its headers are not -Wextra clean) and its flags travel with the target.
-macro(orvix1_make_wx_target)
-  if(NOT TARGET orvix1_wx)
-    add_library(orvix1_wx INTERFACE IMPORTED)
-    target_include_directories(orvix1_wx SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
-    target_compile_definitions(orvix1_wx INTERFACE ${wxWidgets_DEFINITIONS})
-    target_compile_options(orvix1_wx INTERFACE ${wxWidgets_CXX_FLAGS})
-    target_link_libraries(orvix1_wx INTERFACE ${wxWidgets_LIBRARIES})
-  endif()
-endmacro()
+include(orvix1WxTarget)
