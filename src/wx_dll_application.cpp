@@ -12,6 +12,7 @@
 #include "orvix1/error_dialog.h"
 #include "orvix1/native_window.h"
 #include "orvix1/xrc_handlers.h"
+#include "wx_assert.h"
 
 namespace orvix1 {
 namespace {
@@ -24,7 +25,6 @@ modal_callback_t g_modal_callback = nullptr;
 // Whoever starts wxWidgets in this process gets a wxDLLGlobalApp.
 const wxAppInitializer g_app_initializer(reinterpret_cast<wxAppInitializerFunction>(wxCreateApp));
 
-// The line that the over-clean-up assertion reports; hosts filter on it.
 constexpr int k_cleanup_assert_line = 158;
 
 void register_handlers() {
@@ -48,14 +48,9 @@ void flush_clipboard() {
 }
 
 void assert_not_over_cleaned() {
-  if (wxTheAssertHandler == nullptr || g_initialization_counter > 0) return;
-  // The assertion path of wxASSERT_MSG, with the reported line fixed.
-  wxOnAssert(__FILE__, k_cleanup_assert_line, __WXFUNCTION__, "g_initialization_counter > 0",
-             "cleanup_wxwidgets() was called more times than initialize_wxwidgets()");
-  if (wxTrapInAssert) {
-    wxTrapInAssert = false;
-    wxTrap();
-  }
+  ORVIX_ASSERT_AT(g_initialization_counter > 0, "g_initialization_counter > 0",
+                  "cleanup_wxwidgets() was called more times than initialize_wxwidgets()",
+                  k_cleanup_assert_line);
 }
 
 }  // namespace
