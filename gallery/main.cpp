@@ -152,7 +152,7 @@ int run(int argc, char** argv) {
     return k_exit_no_display;
   }
 
-  host_window_t host("orvix1 gallery", 640, 400);
+  host_window_t host("orvix1 gallery", 900, 560);
   host.show();
   const int status = show_page(argc, argv, host, *page, options.screenshot_path);
   return options.screenshot_path.empty() ? status : check_diagnostics(status);

@@ -34,6 +34,8 @@ void register_handlers() {
   resource->InitAllHandlers();
   resource->AddHandler(new wxImageXmlHandler);
   resource->AddHandler(new wxAnimationXmlHandler);
+  resource->AddHandler(new wxColourXmlHandler);
+  resource->AddHandler(new wxFontXmlHandler);
   wxFileSystem::AddHandler(new wxArchiveFSHandler);
 }
 

@@ -3,12 +3,16 @@
 #include <memory>
 
 #include <wx/animate.h>
+#include <wx/colour.h>
 #include <wx/filesys.h>
+#include <wx/font.h>
 #include <wx/image.h>
 #include <wx/xml/xml.h>
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxImageXmlHandler, wxXmlResourceHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxAnimationXmlHandler, wxXmlResourceHandler);
+wxIMPLEMENT_DYNAMIC_CLASS(wxColourXmlHandler, wxXmlResourceHandler);
+wxIMPLEMENT_DYNAMIC_CLASS(wxFontXmlHandler, wxXmlResourceHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxI18nPanelXmlHandler, wxPanelXmlHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxI18nDialogXmlHandler, wxDialogXmlHandler);
 
@@ -94,6 +98,38 @@ wxObject* wxAnimationXmlHandler::DoCreateResource() {
     return nullptr;
   }
   return animation;
+}
+
+wxColourXmlHandler::wxColourXmlHandler() = default;
+
+bool wxColourXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxColour"); }
+
+wxObject* wxColourXmlHandler::DoCreateResource() {
+  if (GetParamNode("value") == nullptr) {
+    ReportError("a colour needs a \"value\" property");
+    return nullptr;
+  }
+  const wxColour colour = GetColour("value");
+  // GetColour has reported an unreadable value already.
+  if (!colour.IsOk()) return nullptr;
+  return new wxColour(colour);
+}
+
+wxFontXmlHandler::wxFontXmlHandler() = default;
+
+bool wxFontXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxFont"); }
+
+wxObject* wxFontXmlHandler::DoCreateResource() {
+  if (GetParamNode("font") == nullptr) {
+    ReportError("a font needs a \"font\" property");
+    return nullptr;
+  }
+  const wxFont font = GetFont("font");
+  if (!font.IsOk()) {
+    ReportParamError("font", "cannot create the font");
+    return nullptr;
+  }
+  return new wxFont(font);
 }
 
 wxObject* wxI18nPanelXmlHandler::DoCreateResource() {

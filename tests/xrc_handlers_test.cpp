@@ -12,6 +12,7 @@
 #include <wx/imaggif.h>
 #include <wx/panel.h>
 #include <wx/quantize.h>
+#include <wx/settings.h>
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
@@ -65,6 +66,8 @@ class XrcHandlers : public ::testing::Test {
     m_resource->InitAllHandlers();
     m_resource->AddHandler(new wxImageXmlHandler);
     m_resource->AddHandler(new wxAnimationXmlHandler);
+    m_resource->AddHandler(new wxColourXmlHandler);
+    m_resource->AddHandler(new wxFontXmlHandler);
     EXPECT_TRUE(m_resource->Load(path));
     return *m_resource;
   }
@@ -135,6 +138,53 @@ TEST_F(XrcHandlers, LoadsAnimations) {
 
   std::unique_ptr<wxObject> bad(resource.LoadObject(nullptr, "bad", "wxAnimation"));
   EXPECT_EQ(bad, nullptr);
+}
+
+// A copy of the named object, or an invalid value when it cannot be loaded.
+template <class T>
+T load_value(wxXmlResource& resource, const char* name, const char* class_name) {
+  std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, name, class_name));
+  auto* value = dynamic_cast<T*>(object.get());
+  return value != nullptr ? *value : T();
+}
+
+TEST_F(XrcHandlers, LoadsNamedColours) {
+  m_dir.write("res.xrc", resource_file(
+                             "<object class=\"wxColour\" name=\"hex\"><value>#102030</value></object>\n"
+                             "<object class=\"wxColour\" name=\"named\"><value>red</value></object>\n"
+                             "<object class=\"wxColour\" name=\"system\"><value>wxSYS_COLOUR_WINDOW</value></object>\n"
+                             "<object class=\"wxColour\" name=\"bad\"><value>no-such-colour</value></object>\n"
+                             "<object class=\"wxColour\" name=\"empty\"/>"));
+  wxXmlResource& resource = load(m_dir.file("res.xrc"));
+  const auto colour = [&](const char* name) { return load_value<wxColour>(resource, name, "wxColour"); };
+  EXPECT_EQ(colour("hex"), wxColour(0x10, 0x20, 0x30));
+  EXPECT_EQ(colour("named"), *wxRED);
+  EXPECT_EQ(colour("system"), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+  EXPECT_EQ(std::unique_ptr<wxObject>(resource.LoadObject(nullptr, "bad", "wxColour")), nullptr);
+  EXPECT_EQ(std::unique_ptr<wxObject>(resource.LoadObject(nullptr, "empty", "wxColour")), nullptr);
+}
+
+TEST_F(XrcHandlers, LoadsNamedFonts) {
+  m_dir.write("res.xrc", resource_file(
+                             "<object class=\"wxFont\" name=\"big\"><font><size>14</size>"
+                             "<weight>bold</weight><style>italic</style><underlined>1</underlined>"
+                             "</font></object>\n"
+                             "<object class=\"wxFont\" name=\"mono\"><font><family>teletype</family>"
+                             "</font></object>\n"
+                             "<object class=\"wxFont\" name=\"gui\"><font><sysfont>wxSYS_DEFAULT_GUI_FONT"
+                             "</sysfont></font></object>\n"
+                             "<object class=\"wxFont\" name=\"empty\"/>"));
+  wxXmlResource& resource = load(m_dir.file("res.xrc"));
+  const auto font = [&](const char* name) { return load_value<wxFont>(resource, name, "wxFont"); };
+  const wxFont big = font("big");
+  ASSERT_TRUE(big.IsOk());
+  EXPECT_EQ(big.GetPointSize(), 14);
+  EXPECT_EQ(big.GetWeight(), wxFONTWEIGHT_BOLD);
+  EXPECT_EQ(big.GetStyle(), wxFONTSTYLE_ITALIC);
+  EXPECT_TRUE(big.GetUnderlined());
+  EXPECT_TRUE(font("mono").IsFixedWidth());
+  EXPECT_EQ(font("gui"), wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+  EXPECT_EQ(std::unique_ptr<wxObject>(resource.LoadObject(nullptr, "empty", "wxFont")), nullptr);
 }
 
 // Records the translation domain in force while a child object is built.

@@ -1,5 +1,6 @@
 #include "pages/pages.h"
 
+#include "pages/palette_page.h"
 #include "pages/welcome_page.h"
 
 namespace gallery {
@@ -7,6 +8,7 @@ namespace gallery {
 const std::vector<page_t>& all_pages() {
   static const std::vector<page_t> pages = {
       {"welcome", "Welcome", &create_welcome_page},
+      {"palette", "Palette", &create_palette_page},
   };
   return pages;
 }

@@ -40,6 +40,33 @@ class ORVIX1_API wxAnimationXmlHandler : public wxXmlResourceHandler {
   wxDECLARE_DYNAMIC_CLASS(wxAnimationXmlHandler);
 };
 
+// <object class="wxColour" name="..."> with a <value> property holding what
+// XRC colour properties accept ("#RRGGBB", a colour name, a system colour
+// such as wxSYS_COLOUR_WINDOW): LoadObject(nullptr, name, "wxColour")
+// returns a new wxColour.
+class ORVIX1_API wxColourXmlHandler : public wxXmlResourceHandler {
+ public:
+  wxColourXmlHandler();
+  wxObject* DoCreateResource() override;
+  bool CanHandle(wxXmlNode* node) override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxColourXmlHandler);
+};
+
+// <object class="wxFont" name="..."> with a <font> property in XRC font
+// syntax (size, style, weight, family, face, sysfont, ...):
+// LoadObject(nullptr, name, "wxFont") returns a new wxFont.
+class ORVIX1_API wxFontXmlHandler : public wxXmlResourceHandler {
+ public:
+  wxFontXmlHandler();
+  wxObject* DoCreateResource() override;
+  bool CanHandle(wxXmlNode* node) override;
+
+ private:
+  wxDECLARE_DYNAMIC_CLASS(wxFontXmlHandler);
+};
+
 // wxPanel with an optional <domain> property: the texts of the panel and of
 // everything inside it are translated in that message catalogue.
 class ORVIX1_API wxI18nPanelXmlHandler : public wxPanelXmlHandler {

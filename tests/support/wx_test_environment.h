@@ -47,4 +47,27 @@ std::unique_ptr<wxTimer> run_soon(const std::function<void()>& body);
 
 }  // namespace orvix1_test
 
+// Readable values in test failure messages.
+#include <ostream>
+
+#include <wx/colour.h>
+#include <wx/font.h>
+#include <wx/gdicmn.h>
+
+inline void PrintTo(const wxColour& colour, std::ostream* out) {
+  *out << (colour.IsOk() ? colour.GetAsString(wxC2S_CSS_SYNTAX).utf8_string() : "invalid colour");
+}
+inline void PrintTo(const wxFont& font, std::ostream* out) {
+  *out << (font.IsOk() ? font.GetNativeFontInfoUserDesc().utf8_string() : "null font");
+}
+inline void PrintTo(const wxSize& size, std::ostream* out) {
+  *out << size.x << "x" << size.y;
+}
+inline void PrintTo(const wxPoint& point, std::ostream* out) {
+  *out << "(" << point.x << ", " << point.y << ")";
+}
+inline void PrintTo(const wxRect& rect, std::ostream* out) {
+  *out << "(" << rect.x << ", " << rect.y << ") " << rect.width << "x" << rect.height;
+}
+
 #endif

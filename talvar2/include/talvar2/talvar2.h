@@ -6,9 +6,11 @@
 #include "talvar2/environment.h"
 #include "talvar2/export.h"
 #include "talvar2/functor/signal.h"
+#include "talvar2/path.h"
 #include "talvar2/pointers/intrusive_pointer.h"
 #include "talvar2/pointers/smart_pointer.h"
 #include "talvar2/threading/mutex.h"
 #include "talvar2/value_locker.h"
+#include "talvar2/xml/advanced_xml_config.h"
 
 #endif

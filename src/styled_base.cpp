@@ -1,0 +1,25 @@
+#include "orvix1/styled.h"
+
+namespace orvix1 {
+
+IStyled::~IStyled() = default;
+
+StyledBase::~StyledBase() = default;
+
+void StyledBase::SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) {
+  if (style == m_style) return;
+  if (m_style) m_style->updated().disconnect(this, &StyledBase::on_style_updated);
+  m_style = style;
+  if (m_style) m_style->updated().connect(this, &StyledBase::on_style_updated);
+  on_style_updated();
+}
+
+talvar2::intrusive_pointer_t<ui_style_t> StyledBase::GetUiStyle() { return m_style; }
+
+void StyledBase::SetStyleInherited(bool inherited) { m_inherited = inherited; }
+
+bool StyledBase::IsStyleInherited() const { return m_inherited; }
+
+void StyledBase::on_style_updated() {}
+
+}  // namespace orvix1

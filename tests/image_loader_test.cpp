@@ -1,0 +1,113 @@
+#include "orvix1/image_loader.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "orvix1/dpi.h"
+#include "orvix1/resource_loader.h"
+#include "support/log_capture.h"
+#include "support/resource_archive.h"
+#include "support/scratch_dir.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using orvix1_test::png_bytes;
+using orvix1_test::xrc_text;
+
+// Makes the desktop report `dpi` for one scope, then 96 again.
+class desktop_dpi_t {
+ public:
+  explicit desktop_dpi_t(int dpi) { set(dpi); }
+  ~desktop_dpi_t() { set(96); }
+  desktop_dpi_t(const desktop_dpi_t&) = delete;
+  desktop_dpi_t& operator=(const desktop_dpi_t&) = delete;
+
+ private:
+  static void set(int dpi) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", dpi * 1024, NULL);
+    orvix1::forget_DPI_scale();
+  }
+};
+
+class ImageLoader : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string path = m_dir.file("icons.zip");
+    orvix1_test::write_zip(
+        path, {{"resources.xrc",
+                xrc_text("<object class=\"wxImage\" name=\"app\"><bitmap>icons/app.png</bitmap>"
+                         "</object>\n"
+                         "<object class=\"wxAnimation\" name=\"busy\"><animation>busy.gif"
+                         "</animation></object>")},
+               {"icons/app.png", png_bytes(16, 16, *wxRED)},
+               {"icons/close.png", png_bytes(16, 8, *wxBLUE)},
+               {"busy.gif", orvix1_test::gif_bytes(16, 16)}});
+    ASSERT_TRUE(m_resources.add_archive(path));
+  }
+
+  orvix1_test::scratch_folder_t m_dir;
+  orvix1::resource_loader_t m_resources;
+  orvix1::image_loader_t m_images{m_resources};
+};
+
+TEST_F(ImageLoader, ScalesImagesBitmapsAndIconsForADenseDesktop) {
+  const desktop_dpi_t dense(144);
+  ASSERT_DOUBLE_EQ(orvix1::get_DPI_scale(), 1.5);
+  ASSERT_TRUE(orvix1::get_image_loading_autoscale());
+
+  EXPECT_EQ(m_images.load_image("app").GetSize(), wxSize(24, 24));
+  EXPECT_EQ(m_images.load_image("icons/close.png").GetSize(), wxSize(24, 12));
+  EXPECT_EQ(m_images.load_bitmap("app").GetSize(), wxSize(24, 24));
+  EXPECT_EQ(m_images.load_bitmap("icons/close.png").GetSize(), wxSize(24, 12));
+  EXPECT_EQ(m_images.load_icon("app").GetSize(), wxSize(24, 24));
+  // Animations keep their authored size.
+  EXPECT_EQ(m_images.load_animation("busy").GetSize(), wxSize(16, 16));
+  EXPECT_EQ(m_images.load_animation("busy.gif").GetSize(), wxSize(16, 16));
+
+  {
+    const orvix1::autoscale_guard_t unscaled(false);
+    EXPECT_EQ(m_images.load_image("app").GetSize(), wxSize(16, 16));
+    EXPECT_EQ(m_images.load_bitmap("icons/close.png").GetSize(), wxSize(16, 8));
+    EXPECT_EQ(m_images.load_icon("app").GetSize(), wxSize(16, 16));
+  }
+  EXPECT_EQ(m_images.load_image("app").GetSize(), wxSize(24, 24));
+}
+
+TEST_F(ImageLoader, LeavesImagesAsAuthoredAtNinetySixDpi) {
+  const desktop_dpi_t normal(96);
+  ASSERT_DOUBLE_EQ(orvix1::get_DPI_scale(), 1.0);
+  const wxImage image = m_images.load_image("icons/close.png");
+  EXPECT_EQ(image.GetSize(), wxSize(16, 8));
+  EXPECT_EQ(image.GetBlue(15, 7), 255);
+}
+
+TEST_F(ImageLoader, ADeclaredNameDoesNotFallThroughToAFile) {
+  // A declared image whose file is missing must not be replaced by a file
+  // that happens to carry the declared name.
+  const std::string path = m_dir.file("override");
+  orvix1_test::write_folder(
+      path, {{"resources.xrc",
+              xrc_text("<object class=\"wxImage\" name=\"icons/close.png\"><bitmap>gone.png"
+                       "</bitmap></object>")}});
+  ASSERT_TRUE(m_resources.add_archive(path));
+  const orvix1::autoscale_guard_t unscaled(false);
+  EXPECT_FALSE(m_images.load_image("icons/close.png").IsOk());
+}
+
+TEST_F(ImageLoader, UndecodableFilesGiveInvalidResults) {
+  const std::string path = m_dir.file("junk");
+  orvix1_test::write_folder(path, {{"icons/app.png", "not a picture"}, {"spin.gif", "GIF89a"}});
+  ASSERT_TRUE(m_resources.add_archive(path));
+  const orvix1_test::log_capture_t capture("orvix");
+  EXPECT_FALSE(m_images.load_image("icons/app.png").IsOk());
+  EXPECT_FALSE(m_images.load_bitmap("icons/app.png").IsOk());
+  EXPECT_FALSE(m_images.load_animation("spin.gif").IsOk());
+  ASSERT_EQ(capture.entries().size(), 3u);
+  EXPECT_NE(capture.entries()[0].message.find("icons/app.png"), std::string::npos);
+  EXPECT_NE(capture.entries()[2].message.find("spin.gif"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,111 @@
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "support/scratch_dir.h"
+#include "talvar2/path.h"
+#include "talvar2/xml/advanced_xml_config.h"
+
+namespace {
+
+using orvix1_test::scratch_folder_t;
+using talvar2::advanced_xml_config_t;
+using talvar2::path_t;
+
+TEST(Path, ComponentsAndExistence) {
+  EXPECT_EQ(path_t("/a/b/c.xml").parent(), path_t("/a/b"));
+  EXPECT_EQ(path_t("c.xml").parent(), path_t("."));
+  EXPECT_EQ(path_t("/c.xml").parent(), path_t("/"));
+  EXPECT_EQ(path_t("/a/b/").filename(), "b");
+  EXPECT_EQ((path_t("/a") / "b.xml").as_string(), "/a/b.xml");
+  EXPECT_EQ((path_t("/a/") / "b.xml").as_string(), "/a/b.xml");
+
+  scratch_folder_t folder;
+  folder.write("f.xml", "x");
+  EXPECT_TRUE(path_t(folder.path()).exists());
+  EXPECT_TRUE(path_t(folder.path()).is_directory());
+  EXPECT_TRUE(path_t(folder.file("f.xml")).is_regular_file());
+  EXPECT_FALSE(path_t(folder.file("none")).exists());
+  EXPECT_FALSE(path_t("").exists());
+}
+
+TEST(AdvancedXmlConfig, RoundTripKeepsValuesOrderAndSpecialCharacters) {
+  scratch_folder_t folder;
+  advanced_xml_config_t written;
+  written.set_value("zeta", "1");
+  written.set_value("alpha", "a <b> & \"c\" 'd'");
+  written.set_value("empty", "");
+  written.set_value("zeta", "2");  // replacing keeps the first position
+  ASSERT_TRUE(written.save(folder.file("s.xml")));
+
+  advanced_xml_config_t read;
+  ASSERT_TRUE(read.load(folder.file("s.xml")));
+  EXPECT_EQ(read.keys(), (std::vector<std::string>{"zeta", "alpha", "empty"}));
+  std::string value;
+  EXPECT_TRUE(read.get_value("alpha", value));
+  EXPECT_EQ(value, "a <b> & \"c\" 'd'");
+  EXPECT_TRUE(read.get_value("zeta", value));
+  EXPECT_EQ(value, "2");
+  EXPECT_TRUE(read.get_value("empty", value));
+  EXPECT_EQ(value, "");
+  value = "untouched";
+  EXPECT_FALSE(read.get_value("missing", value));
+  EXPECT_EQ(value, "untouched");
+
+  const std::string text = folder.read("s.xml");
+  EXPECT_NE(text.find("<settings>"), std::string::npos) << text;
+  EXPECT_NE(text.find("<value key=\"zeta\">2</value>"), std::string::npos) << text;
+}
+
+TEST(AdvancedXmlConfig, FailedLoadsKeepWhatWasThere) {
+  scratch_folder_t folder;
+  folder.write("broken.xml", "<settings><value key=\"a\">1</value>");
+  folder.write("empty.xml", "");
+  folder.write("other.xml", "<resource><value key=\"a\">1</value></resource>");
+  advanced_xml_config_t config;
+  config.set_value("kept", "yes");
+
+  for (const std::string& path : {folder.file("broken.xml"), folder.file("empty.xml"),
+                                  folder.file("other.xml"), folder.file("missing.xml"),
+                                  folder.path(), folder.file("no/such/dir.xml")}) {
+    std::string error;
+    EXPECT_FALSE(config.load(path, &error)) << path;
+    EXPECT_FALSE(error.empty()) << path;
+    EXPECT_EQ(config.keys(), std::vector<std::string>{"kept"}) << path;
+  }
+}
+
+TEST(AdvancedXmlConfig, SaveReplacesAtomicallyAndKeepsTheFileMode) {
+  scratch_folder_t folder;
+  const std::string target = folder.file("s.xml");
+  folder.write("s.xml", "old");
+  ASSERT_EQ(::chmod(target.c_str(), 0600), 0);
+
+  advanced_xml_config_t config;
+  config.set_value("k", "v");
+  ASSERT_TRUE(config.save(target));
+  EXPECT_EQ(folder.entries(), std::vector<std::string>{"s.xml"});  // no temporary left behind
+  struct stat info;
+  ASSERT_EQ(::stat(target.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0600u);
+
+  std::string error;
+  EXPECT_FALSE(config.save(folder.file("missing-folder/s.xml"), &error));
+  EXPECT_FALSE(error.empty());
+  EXPECT_FALSE(config.save(folder.path(), &error));
+  EXPECT_NE(folder.read("s.xml").find("<value key=\"k\">v</value>"), std::string::npos);
+}
+
+TEST(AdvancedXmlConfig, RemoveAndClear) {
+  advanced_xml_config_t config;
+  config.set_value("a", "1");
+  config.set_value("b", "2");
+  EXPECT_TRUE(config.remove_value("a"));
+  EXPECT_FALSE(config.remove_value("a"));
+  EXPECT_FALSE(config.has_value("a"));
+  EXPECT_EQ(config.keys(), std::vector<std::string>{"b"});
+  config.clear();
+  EXPECT_TRUE(config.keys().empty());
+}
+
+}  // namespace

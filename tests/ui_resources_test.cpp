@@ -1,0 +1,322 @@
+#include "orvix1/ui_resources.h"
+
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <wx/settings.h>
+
+#include "orvix1/dpi.h"
+#include "orvix1/wx_dll_application.h"
+#include "support/log_capture.h"
+#include "support/resource_archive.h"
+#include "support/scratch_dir.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using orvix1_test::archive_files_t;
+using orvix1_test::png_bytes;
+using orvix1_test::xrc_text;
+
+const wxColour k_logo_fill(10, 200, 30);
+
+// A theme in the layout hosts ship: named values in resources.xrc and
+// pictures both declared by name and reached by path.
+archive_files_t theme_files(const std::string& background = "#102030") {
+  return {{"resources.xrc",
+           xrc_text(
+               "<object class=\"wxColour\" name=\"panel.clBg\"><value>" + background +
+               "</value></object>\n"
+               "<object class=\"wxColour\" name=\"panel.clText\">"
+               "<value>wxSYS_COLOUR_WINDOWTEXT</value></object>\n"
+               "<object class=\"wxFont\" name=\"fnBig\"><font><size>14</size>"
+               "<weight>bold</weight></font></object>\n"
+               "<object class=\"wxImage\" name=\"logo\"><bitmap>icons/logo.png</bitmap></object>")},
+          {"icons/logo.png", png_bytes(6, 4, k_logo_fill)},
+          {"icons/close.png", png_bytes(5, 3, *wxBLUE)}};
+}
+
+size_t warnings_in(const orvix1_test::log_capture_t& capture) {
+  size_t count = 0;
+  for (const auto& entry : capture.entries())
+    if (entry.level == log4cplus::WARN_LOG_LEVEL && entry.logger == "orvix.resources") ++count;
+  return count;
+}
+
+class UiResources : public ::testing::Test {
+ protected:
+  void SetUp() override { m_resources->clear(); }
+  void TearDown() override { m_resources->clear(); }
+
+  std::string zip(const std::string& name, const archive_files_t& files) const {
+    const std::string path = m_dir.file(name);
+    orvix1_test::write_zip(path, files);
+    return path;
+  }
+  std::string folder(const std::string& name, const archive_files_t& files) const {
+    const std::string path = m_dir.file(name);
+    orvix1_test::write_folder(path, files);
+    return path;
+  }
+
+  // Authored sizes, whatever the desktop's resolution.
+  orvix1::autoscale_guard_t m_unscaled{false};
+  orvix1_test::scratch_folder_t m_dir;
+  talvar2::intrusive_pointer_t<orvix1::ui_resources_t> m_resources = orvix1::ui_resources_t::get();
+};
+
+// Checks what theme_files() declares, read through `resources`.
+void expect_theme(orvix1::ui_resources_t& resources) {
+  EXPECT_EQ(resources.get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+  EXPECT_EQ(resources.get_color("panel.clText"),
+            wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+
+  const wxFont font = resources.get_font("fnBig");
+  ASSERT_TRUE(font.IsOk());
+  EXPECT_EQ(font.GetPointSize(), 14);
+  EXPECT_EQ(font.GetWeight(), wxFONTWEIGHT_BOLD);
+
+  const wxImage logo = resources.get_image("logo");
+  ASSERT_TRUE(logo.IsOk());
+  EXPECT_EQ(logo.GetSize(), wxSize(6, 4));
+  EXPECT_EQ(wxColour(logo.GetRed(5, 3), logo.GetGreen(5, 3), logo.GetBlue(5, 3)), k_logo_fill);
+  EXPECT_EQ(resources.get_bitmap("logo").GetSize(), wxSize(6, 4));
+  EXPECT_EQ(resources.get_icon("logo").GetSize(), wxSize(6, 4));
+
+  // Files are found by their path inside the archive, however it is spelt.
+  for (const char* name : {"icons/close.png", "/icons/close.png", "./icons//close.png"})
+    EXPECT_EQ(resources.get_image(name).GetSize(), wxSize(5, 3)) << name;
+  EXPECT_EQ(resources.get_bitmap("icons/close.png").GetSize(), wxSize(5, 3));
+}
+
+TEST_F(UiResources, ReadsNamedValuesAndFilesFromAZipArchive) {
+  const std::string path = zip("theme.zip", theme_files());
+  ASSERT_TRUE(m_resources->add_archive(path));
+  EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{path});
+  expect_theme(*m_resources);
+
+  const std::string location = m_resources->get_resource_loader().find_file("icons/close.png");
+  EXPECT_NE(location.find("theme.zip#zip:icons/close.png"), std::string::npos) << location;
+}
+
+TEST_F(UiResources, ReadsAPlainFolderAsAnArchive) {
+  const std::string path = folder("theme", theme_files());
+  ASSERT_TRUE(m_resources->add_archive(path + "/"));
+  EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{path});
+  expect_theme(*m_resources);
+
+  // Another spelling of the same folder removes it.
+  EXPECT_TRUE(m_resources->remove_archive(path + "/./"));
+  EXPECT_TRUE(m_resources->get_archives().empty());
+  EXPECT_FALSE(m_resources->remove_archive(path));
+}
+
+TEST_F(UiResources, NamesOutsideTheArchiveAreNotFound) {
+  const std::string path = folder("theme", theme_files());
+  orvix1_test::write_folder(m_dir.path(), {{"outside.png", png_bytes(2, 2, *wxRED)}});
+  ASSERT_TRUE(m_resources->add_archive(path));
+  const orvix1_test::log_capture_t capture("orvix");
+  EXPECT_FALSE(m_resources->get_image("../outside.png").IsOk());
+  EXPECT_FALSE(m_resources->get_image("icons").IsOk());  // a folder, not a file
+  EXPECT_EQ(warnings_in(capture), 2u);
+}
+
+TEST_F(UiResources, LaterArchivesOverrideEarlierOnesAndHostValuesOverrideBoth) {
+  const std::string first = zip("first.zip", theme_files("#111111"));
+  archive_files_t second_files = {
+      {"resources.xrc",
+       xrc_text("<object class=\"wxColour\" name=\"panel.clBg\"><value>#222222</value></object>")},
+      {"icons/close.png", png_bytes(7, 7, *wxRED)}};
+  const std::string second = folder("second", second_files);
+
+  ASSERT_TRUE(m_resources->add_archive(first));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
+  ASSERT_TRUE(m_resources->add_archive(second));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#222222"));
+  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(7, 7));
+  // What the newer archive does not have still comes from the older one.
+  EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 14);
+  EXPECT_EQ(m_resources->get_image("logo").GetSize(), wxSize(6, 4));
+
+  // Adding an archive again makes it the newest.
+  ASSERT_TRUE(m_resources->add_archive(first));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
+  EXPECT_EQ(m_resources->get_archives(), (std::vector<std::string>{second, first}));
+  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(5, 3));
+
+  m_resources->set_color("panel.clBg", *wxGREEN);
+  const wxFont host_font(wxFontInfo(20));
+  m_resources->set_font("fnBig", host_font);
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), *wxGREEN);
+  EXPECT_EQ(m_resources->get_font("fnBig"), host_font);
+
+  // Taking the host values back, and removing the newest archive, uncovers
+  // what lies beneath.
+  m_resources->set_color("panel.clBg", wxNullColour);
+  m_resources->set_font("fnBig", wxNullFont);
+  EXPECT_TRUE(m_resources->remove_archive(first));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#222222"));
+  EXPECT_FALSE(m_resources->get_font("fnBig").IsOk());
+}
+
+TEST_F(UiResources, HostValuesNeedNoArchive) {
+  m_resources->set_color("tip.clBg", wxColour(1, 2, 3));
+  m_resources->set_font("tip.fnText", *wxITALIC_FONT);
+  EXPECT_EQ(orvix1::ui_resources_t::get()->get_color("tip.clBg"), wxColour(1, 2, 3));
+  EXPECT_EQ(orvix1::ui_resources_t::get()->get_font("tip.fnText"), *wxITALIC_FONT);
+  m_resources->clear();
+  const orvix1_test::log_capture_t capture("orvix");
+  EXPECT_FALSE(m_resources->get_color("tip.clBg").IsOk());
+  EXPECT_EQ(warnings_in(capture), 1u);
+}
+
+TEST_F(UiResources, UnknownNamesGiveInvalidValuesWithOneWarningEach) {
+  ASSERT_TRUE(m_resources->add_archive(zip("theme.zip", theme_files())));
+  const orvix1_test::log_capture_t capture("orvix");
+
+  // Styles ask on every paint: a miss is reported once.
+  EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());
+  EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());
+  ASSERT_EQ(warnings_in(capture), 1u);
+  EXPECT_NE(capture.entries().back().message.find("panel.clNope"), std::string::npos);
+
+  EXPECT_FALSE(m_resources->get_font("fnNope").IsOk());
+  EXPECT_EQ(warnings_in(capture), 2u);
+  // A name of the wrong kind is a miss too.
+  EXPECT_FALSE(m_resources->get_font("panel.clBg").IsOk());
+  EXPECT_EQ(warnings_in(capture), 3u);
+  EXPECT_FALSE(m_resources->get_image("icons/nope.png").IsOk());
+  EXPECT_FALSE(m_resources->get_bitmap("icons/nope.png").IsOk());
+  EXPECT_FALSE(m_resources->get_icon("icons/nope.png").IsOk());
+  EXPECT_FALSE(m_resources->get_animation("nope.gif").IsOk());
+  EXPECT_EQ(warnings_in(capture), 7u);
+
+  // An archive added later may supply a name that was missing.
+  ASSERT_TRUE(m_resources->add_archive(
+      folder("more", {{"resources.xrc", xrc_text("<object class=\"wxColour\" name=\"panel.clNope\">"
+                                                 "<value>red</value></object>")}})));
+  EXPECT_EQ(m_resources->get_color("panel.clNope"), *wxRED);
+}
+
+TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
+  const std::string good = zip("theme.zip", theme_files());
+  ASSERT_TRUE(m_resources->add_archive(good));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+
+  m_dir.write("plain.txt", "not an archive");
+  const archive_files_t malformed = {
+      {"resources.xrc",
+       "<?xml version=\"1.0\"?>\n<resource><object class=\"wxColour\" "
+       "name=\"panel.clBg\"><value>#ffffff</value></resource>\n"}};
+  const archive_files_t wrong_root = {{"resources.xrc", "<?xml version=\"1.0\"?>\n<colours/>\n"}};
+  const std::string bad_paths[] = {m_dir.file("missing.zip"),       m_dir.file("plain.txt"),
+                                   zip("malformed.zip", malformed), folder("malformed", malformed),
+                                   zip("root.zip", wrong_root),     ""};
+  for (const std::string& path : bad_paths) {
+    const orvix1_test::log_capture_t capture("orvix");
+    EXPECT_FALSE(m_resources->add_archive(path)) << path;
+    EXPECT_EQ(warnings_in(capture), 1u) << path;
+  }
+  EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{good});
+  expect_theme(*m_resources);
+
+  // An archive that changed on disk is read again when added again.
+  const std::string updated = zip("updated.zip", theme_files("#445566"));
+  ASSERT_TRUE(m_resources->add_archive(updated));
+  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(5, 3));
+  orvix1_test::write_zip(updated, {{"resources.xrc", xrc_text("<object class=\"wxColour\" "
+                                                              "name=\"panel.clBg\"><value>#778899"
+                                                              "</value></object>")},
+                                   {"icons/close.png", png_bytes(9, 9, *wxRED)}});
+  ASSERT_TRUE(m_resources->add_archive(updated));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x77, 0x88, 0x99));
+  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(9, 9));
+  EXPECT_TRUE(m_resources->remove_archive(updated));
+
+  // A good archive that turns bad is refused on re-adding and stays as it was.
+  orvix1_test::write_zip(good, malformed);
+  EXPECT_FALSE(m_resources->add_archive(good));
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+}
+
+TEST_F(UiResources, ABrokenDeclarationIsReportedOnceAndOlderArchivesStillServe) {
+  ASSERT_TRUE(m_resources->add_archive(zip("theme.zip", theme_files())));
+  ASSERT_TRUE(m_resources->add_archive(folder(
+      "broken", {{"resources.xrc",
+                  xrc_text("<object class=\"wxColour\" name=\"panel.clBg\"><value>no-such-colour"
+                           "</value></object>\n"
+                           "<object class=\"wxColour\" name=\"panel.clEmpty\"/>\n"
+                           "<object class=\"wxFont\" name=\"fnBig\"/>\n"
+                           "<object class=\"wxImage\" name=\"banner\"><bitmap>none.png</bitmap>"
+                           "</object>")}})));
+  const orvix1_test::log_capture_t capture("orvix");
+
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+  EXPECT_EQ(warnings_in(capture), 1u);
+  EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 14);
+  EXPECT_EQ(warnings_in(capture), 2u);
+  EXPECT_FALSE(m_resources->get_color("panel.clEmpty").IsOk());
+  EXPECT_EQ(warnings_in(capture), 3u);
+  EXPECT_FALSE(m_resources->get_image("banner").IsOk());
+  EXPECT_EQ(warnings_in(capture), 4u);
+  EXPECT_NE(capture.entries().back().message.find("banner"), std::string::npos);
+}
+
+TEST_F(UiResources, LoadsAnimationsDeclaredOrByPath) {
+  ASSERT_TRUE(m_resources->add_archive(
+      zip("anim.zip", {{"resources.xrc", xrc_text("<object class=\"wxAnimation\" name=\"busy\">"
+                                                  "<animation>anim/spin.gif</animation></object>")},
+                       {"anim/spin.gif", orvix1_test::gif_bytes(6, 4)}})));
+  const wxAnimation declared = m_resources->get_animation("busy");
+  ASSERT_TRUE(declared.IsOk());
+  EXPECT_EQ(declared.GetSize(), wxSize(6, 4));
+  const wxAnimation by_path = m_resources->get_animation("anim/spin.gif");
+  ASSERT_TRUE(by_path.IsOk());
+  EXPECT_EQ(by_path.GetSize(), wxSize(6, 4));
+}
+
+TEST_F(UiResources, ReadsFileBytesThroughTheLoader) {
+  const std::string content = png_bytes(3, 3, *wxRED);
+  ASSERT_TRUE(m_resources->add_archive(zip("raw.zip", {{"data/raw.png", content}})));
+  const orvix1::resource_loader_t& loader = m_resources->get_resource_loader();
+  std::vector<unsigned char> bytes;
+  ASSERT_TRUE(loader.read_file("data/raw.png", bytes));
+  EXPECT_EQ(std::string(bytes.begin(), bytes.end()), content);
+
+  bytes.assign(3, 7);
+  EXPECT_FALSE(loader.read_file("data/none.png", bytes));
+  EXPECT_EQ(bytes, std::vector<unsigned char>(3, 7));
+  EXPECT_EQ(loader.open_file("data/none.png"), nullptr);
+  EXPECT_TRUE(loader.find_file("data").empty());
+}
+
+TEST_F(UiResources, IsOneSharedRegistry) {
+  const std::string path = zip("theme.zip", theme_files());
+  // Added through a pointer that is gone at once.
+  ASSERT_TRUE(orvix1::ui_resources_t::get()->add_archive(path));
+  const auto again = orvix1::ui_resources_t::get();
+  EXPECT_EQ(again, m_resources);
+  EXPECT_EQ(again->get_archives(), std::vector<std::string>{path});
+}
+
+TEST_F(UiResources, LetsGoOfEverythingWhenWxWidgetsEnds) {
+  const std::string path = zip("theme.zip", theme_files());
+  ASSERT_TRUE(m_resources->add_archive(path));
+  m_resources->set_color("host.clBg", *wxRED);
+  orvix1::cleanup_wxwidgets();  // the environment's reference: the last one
+  ASSERT_EQ(wxTheApp, nullptr);
+  EXPECT_TRUE(m_resources->get_archives().empty());
+  orvix1_test::ensure_wx_running();
+
+  const orvix1_test::log_capture_t capture("orvix");
+  EXPECT_FALSE(m_resources->get_color("host.clBg").IsOk());
+  // The next get() makes a registry that works as the first did.
+  auto fresh = orvix1::ui_resources_t::get();
+  EXPECT_NE(fresh, m_resources);
+  ASSERT_TRUE(fresh->add_archive(path));
+  expect_theme(*fresh);
+  fresh->clear();
+}
+
+}  // namespace

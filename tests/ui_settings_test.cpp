@@ -1,0 +1,308 @@
+#include "orvix1/ui_settings.h"
+
+#include <gtest/gtest.h>
+
+#include "support/log_capture.h"
+#include "support/scratch_dir.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1;
+using orvix1_test::log_capture_t;
+using orvix1_test::scratch_folder_t;
+using orvix1_test::take_asserts;
+
+// A writable store whose entries a test can make stale, as if the desktop had
+// changed since they were read, and whose lock flags it can see.
+class probe_settings_t : public ui_settings_configure_t {
+ public:
+  void make_stale(default_colors_t index, const wxColour& colour) {
+    m_colors[index].value = colour;
+  }
+  bool is_locked(default_colors_t index) const { return m_colors.at(index).locked; }
+  bool is_locked(default_fonts_t index) const { return m_fonts.at(index).locked; }
+};
+
+// Delivers a desktop colour change the way the toolkit does: to the hidden
+// monitor window, through its event handler.
+void desktop_colours_changed(ui_settings_configure_t& settings) {
+  ASSERT_NE(settings.get_colors_monitor(), nullptr);
+  wxSysColourChangedEvent event;
+  event.SetEventObject(settings.get_colors_monitor());
+  settings.get_colors_monitor()->GetEventHandler()->ProcessEvent(event);
+}
+
+struct change_counter_t : talvar2::subscriber_base_t {
+  void on_changed() { ++calls; }
+  int calls = 0;
+};
+
+const wxColour k_red(255, 0, 0);
+const wxColour k_stale(1, 2, 3);
+
+TEST(UiSettings, DefaultsComeFromTheDesktop) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  EXPECT_EQ(settings->get_color(color_window_bg), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+  EXPECT_EQ(settings->get_color(color_selection_bg),
+            wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT));
+  EXPECT_EQ(settings->get_color(color_info_text), wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
+  EXPECT_EQ(settings->get_color(color_pane_bg), wxColour(222, 223, 222));
+  EXPECT_EQ(settings->get_color(color_note_bg), wxColour(255, 255, 225));
+  EXPECT_EQ(settings->get_color(color_active_bg), settings->get_color(color_selection_bg));
+  EXPECT_EQ(settings->get_color(color_inactive_bg), wxColour(222, 223, 222));
+
+  const wxFont gui = wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
+  EXPECT_EQ(settings->get_font(font_normal), gui);
+  EXPECT_EQ(settings->get_font(font_normal_bold).GetWeight(), wxFONTWEIGHT_BOLD);
+  EXPECT_EQ(settings->get_font(font_title).GetPointSize(), static_cast<int>(gui.GetPointSize() * 1.4f));
+  EXPECT_EQ(settings->get_font(font_small).GetPointSize(), static_cast<int>(gui.GetPointSize() * 0.85f));
+  EXPECT_TRUE(settings->get_font(font_fixed).IsFixedWidth());
+  EXPECT_EQ(settings->get_font(font_fixed_bold).GetWeight(), wxFONTWEIGHT_BOLD);
+
+  EXPECT_EQ(settings->get_metric(metric_indent), settings->get_font(font_fixed_bold).GetPointSize() * 2);
+  EXPECT_EQ(settings->get_metric(metric_tooltip_delay), 500);
+  // The desktop cannot tell border sizes here: the fallbacks stand in.
+  EXPECT_EQ(wxSystemSettings::GetMetric(wxSYS_BORDER_X), -1);
+  EXPECT_EQ(settings->get_metric(metric_border_x), 1);
+  EXPECT_EQ(settings->get_metric(metric_border_y), 1);
+  EXPECT_EQ(settings->get_system_metric(wxSYS_VSCROLL_X, 99), wxSystemSettings::GetMetric(wxSYS_VSCROLL_X));
+  EXPECT_EQ(settings->get_system_metric(wxSYS_VSCROLL_ARROW_X, 7), 7);
+}
+
+TEST(UiSettings, ActiveGradientBlendsTowardsTheDarkGrey) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  settings->set_color(color_selection_bg, wxColour(100, 200, 0));
+  settings->update_system_settings();
+  // (a/255 + (49/255 - a/255) × 0.8) × 255, truncated, per channel.
+  EXPECT_EQ(settings->get_color(color_active_gradient), wxColour(59, 78, 39));
+}
+
+TEST(UiSettings, LockedEntriesSurviveADesktopChangeAndOthersFollow) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  settings->set_color(color_window_bg, k_red);
+  settings->make_stale(color_face, k_stale);
+  change_counter_t listener;
+  settings->changed().connect(&listener, &change_counter_t::on_changed);
+
+  desktop_colours_changed(*settings);
+  EXPECT_EQ(listener.calls, 1);
+  EXPECT_EQ(settings->get_color(color_window_bg), k_red);
+  EXPECT_EQ(settings->get_color(color_face), wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+}
+
+TEST(UiSettings, CopiedColoursTakeTheirSourcesLock) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  settings->set_color(color_selection_bg, k_red);
+  EXPECT_FALSE(settings->is_locked(color_active_bg));
+  settings->update_system_settings();
+  EXPECT_EQ(settings->get_color(color_active_bg), k_red);
+  EXPECT_TRUE(settings->is_locked(color_active_bg));
+  // The gradient is not a copy: unlocked, it still follows colour 17.
+  EXPECT_FALSE(settings->is_locked(color_active_gradient));
+  EXPECT_EQ(settings->get_color(color_active_gradient), wxColour(90, 38, 39));
+
+  settings->set_color(color_active_gradient, k_stale);
+  settings->set_color(color_selection_bg, wxColour(0, 0, 0));
+  settings->update_system_settings();
+  EXPECT_EQ(settings->get_color(color_active_gradient), k_stale);
+}
+
+TEST(UiSettings, SmallFontFollowsAnOverriddenNormalFontButBoldOnesDoNot) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  const wxFont bold_before = settings->get_font(font_normal_bold);
+  const wxFont title_before = settings->get_font(font_title);
+  const wxFont serif(wxFontInfo(20).Family(wxFONTFAMILY_ROMAN).FaceName("DejaVu Serif"));
+  settings->set_font(font_normal, serif);
+  settings->update_system_settings();
+
+  EXPECT_EQ(settings->get_font(font_normal), serif);
+  EXPECT_TRUE(settings->is_locked(font_normal));
+  EXPECT_EQ(settings->get_font(font_small).GetPointSize(), 17);
+  EXPECT_EQ(settings->get_font(font_small).GetFaceName(), "DejaVu Serif");
+  EXPECT_EQ(settings->get_font(font_normal_bold), bold_before);
+  EXPECT_EQ(settings->get_font(font_title), title_before);
+}
+
+TEST(UiSettings, PlainStoreIsEmptyAndTheWritableOneTakesOver) {
+  {
+    talvar2::intrusive_pointer_t<ui_settings_t> plain = ui_settings_t::get();
+    EXPECT_EQ(dynamic_cast<ui_settings_configure_t*>(plain.get()), nullptr);
+    EXPECT_EQ(plain->get_metric(metric_tooltip_delay), -1);
+    EXPECT_FALSE(plain->get_color(color_window_bg).IsOk());
+    EXPECT_FALSE(plain->get_font(font_normal).IsOk());
+    EXPECT_EQ(ui_settings_t::get(), plain);
+
+    talvar2::intrusive_pointer_t<ui_settings_configure_t> writable = ui_settings_configure_t::get();
+    EXPECT_NE(writable.get(), plain.get());
+    EXPECT_EQ(ui_settings_t::get().get(), writable.get());
+    EXPECT_EQ(ui_settings_configure_t::get(), writable);
+  }
+  // Every reference gone: the next store is a new plain one.
+  talvar2::intrusive_pointer_t<ui_settings_t> fresh = ui_settings_t::get();
+  EXPECT_EQ(dynamic_cast<ui_settings_configure_t*>(fresh.get()), nullptr);
+}
+
+TEST(UiSettings, DesktopChangeWithoutAWritableStoreAsserts) {
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  talvar2::intrusive_pointer_t<ui_settings_t> plain(new ui_settings_t);  // now the live store
+  take_asserts();
+  desktop_colours_changed(*settings);
+  const auto asserts = take_asserts();
+  ASSERT_EQ(asserts.size(), 1u);
+  EXPECT_EQ(asserts[0].condition, "m_ptr != 0");
+}
+
+TEST(UiSettings, MonitorIsHiddenAndGoesWithItsStore) {
+  wxWindow* monitor = nullptr;
+  {
+    talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+    monitor = settings->get_colors_monitor();
+    ASSERT_NE(monitor, nullptr);
+    EXPECT_FALSE(monitor->IsShown());
+    EXPECT_EQ(monitor->GetLabel(), "internal syscolor_change handler");
+    EXPECT_FALSE(static_cast<wxTopLevelWindow*>(monitor)->ShouldPreventAppExit());
+  }
+  orvix1_test::pump_events();
+  EXPECT_EQ(wxTopLevelWindows.IndexOf(monitor), wxNOT_FOUND);
+
+  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
+  delete settings->get_colors_monitor();  // the toolkit destroys it first
+  EXPECT_EQ(settings->get_colors_monitor(), nullptr);
+}
+
+TEST(UiSettings, SystemColourAndFontHelpers) {
+  take_asserts();
+  EXPECT_EQ(get_system_color_ex(color_info_text), wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
+  EXPECT_FALSE(get_system_color_ex(color_window_bg).IsOk());
+  const auto asserts = take_asserts();
+  ASSERT_EQ(asserts.size(), 1u);
+  EXPECT_EQ(asserts[0].condition, "Assert failure");
+  EXPECT_EQ(asserts[0].message, "Specified color index is not supported");
+  EXPECT_EQ(asserts[0].function, "get_system_color_ex");
+  EXPECT_EQ(asserts[0].line, 195);
+
+  const wxFont gui = wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
+  EXPECT_EQ(get_system_default_font(font_normal), gui);
+  const wxFont fixed = get_system_default_font(font_fixed);
+  EXPECT_EQ(fixed.GetFamily(), wxFONTFAMILY_TELETYPE);  // what wx reports for "modern" fonts
+  EXPECT_EQ(fixed.GetPointSize(), gui.GetPointSize());
+}
+
+TEST(UiSettings, IndexNames) {
+  EXPECT_STREQ(get_color_name(color_window_bg), "color_window_bg");
+  EXPECT_STREQ(get_color_name(color_note_text), "color_note_text");
+  EXPECT_STREQ(get_color_name(static_cast<default_colors_t>(26)), "");
+  EXPECT_STREQ(get_font_name(font_fixed_bold), "font_fixed_bold");
+  EXPECT_STREQ(get_metric_name(metric_tooltip_delay), "metric_tooltip_delay");
+  EXPECT_STREQ(get_metric_name(static_cast<default_metrics_t>(-1)), "");
+}
+
+// --- the settings file ---------------------------------------------------
+
+class UiSettingsFile : public ::testing::Test {
+ protected:
+  talvar2::intrusive_pointer_t<probe_settings_t> m_settings{new probe_settings_t};
+  scratch_folder_t m_folder;
+};
+
+TEST_F(UiSettingsFile, RoundTripOfEveryPersistedKey) {
+  m_settings->set_color(color_window_bg, wxColour(10, 20, 30));
+  m_settings->set_color(color_face, wxColour(40, 50, 60, 128));
+  for (int i = 0; i < fonts_count; ++i)
+    m_settings->set_font(static_cast<default_fonts_t>(i),
+                         wxFont(wxFontInfo(8 + i).FaceName("DejaVu Sans").Bold(i % 2 == 1).Italic(i == 3)));
+  for (int i = 0; i < metrics_count; ++i) m_settings->set_metric(static_cast<default_metrics_t>(i), 100 + i);
+  ASSERT_TRUE(m_settings->save(m_folder.file("palette.xml")));
+
+  talvar2::intrusive_pointer_t<probe_settings_t> loaded(new probe_settings_t);
+  ASSERT_TRUE(loaded->load(m_folder.file("palette.xml")));
+  EXPECT_EQ(loaded->get_color(color_window_bg), wxColour(10, 20, 30));
+  EXPECT_EQ(loaded->get_color(color_face), wxColour(40, 50, 60, 128));
+  EXPECT_TRUE(loaded->is_locked(color_window_bg));
+  for (int i = 0; i < fonts_count; ++i) {
+    const auto index = static_cast<default_fonts_t>(i);
+    EXPECT_EQ(loaded->get_font(index).GetPointSize(), 8 + i);
+    EXPECT_EQ(loaded->get_font(index).GetFaceName(), "DejaVu Sans");
+    EXPECT_EQ(loaded->get_font(index).GetWeight(), i % 2 == 1 ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
+    EXPECT_EQ(loaded->get_font(index).GetStyle(), i == 3 ? wxFONTSTYLE_ITALIC : wxFONTSTYLE_NORMAL);
+    EXPECT_TRUE(loaded->is_locked(index));
+  }
+  for (int i = 0; i < metrics_count; ++i)
+    EXPECT_EQ(loaded->get_metric(static_cast<default_metrics_t>(i)), 100 + i);
+
+  // Only colours 0 and 1 are written, in a form people can edit.
+  const std::string text = m_folder.read("palette.xml");
+  EXPECT_NE(text.find("<value key=\"color_0\">#0A141E</value>"), std::string::npos) << text;
+  EXPECT_NE(text.find("<value key=\"color_1\">rgba(40, 50, 60, 0.502)</value>"), std::string::npos)
+      << text;
+  EXPECT_NE(text.find("<value key=\"font_3\">DejaVu Sans Bold Italic 11</value>"), std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("color_2"), std::string::npos);
+}
+
+TEST_F(UiSettingsFile, OnlyKnownKeysAreReadAndMissingOnesLeaveTheEntry) {
+  const wxColour face_before = m_settings->get_color(color_face);
+  m_folder.write("p.xml",
+                 "<settings>"
+                 "<value key=\"color_0\">#102030</value>"
+                 "<value key=\"color_5\">#FFFFFF</value>"
+                 "<value key=\"metric_3\">750</value>"
+                 "<value key=\"metric_6\">1</value>"
+                 "</settings>");
+  ASSERT_TRUE(m_settings->load(m_folder.file("p.xml")));
+  EXPECT_EQ(m_settings->get_color(color_window_bg), wxColour(0x10, 0x20, 0x30));
+  EXPECT_NE(m_settings->get_color(color_dark_shadow_3d), *wxWHITE);
+  EXPECT_FALSE(m_settings->is_locked(color_dark_shadow_3d));
+  EXPECT_EQ(m_settings->get_color(color_face), face_before);
+  EXPECT_FALSE(m_settings->is_locked(color_face));
+  EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), 750);
+}
+
+TEST_F(UiSettingsFile, ValuesOfTheWrongFormAreSkippedWithAWarning) {
+  const wxFont font_before = m_settings->get_font(font_normal);
+  m_folder.write("p.xml",
+                 "<settings>"
+                 "<value key=\"color_0\">not a colour</value>"
+                 "<value key=\"font_1\">42abc</value>"
+                 "<value key=\"font_2\">Sans Bold</value>"
+                 "<value key=\"metric_3\">12ms</value>"
+                 "<value key=\"metric_4\">33</value>"
+                 "</settings>");
+  log_capture_t capture;
+  ASSERT_TRUE(m_settings->load(m_folder.file("p.xml")));
+  EXPECT_EQ(m_settings->get_color(color_window_bg), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+  EXPECT_EQ(m_settings->get_font(font_normal), font_before);
+  EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), 500);
+  EXPECT_EQ(m_settings->get_metric(metric_cursor_x), 33);
+  ASSERT_EQ(capture.entries().size(), 4u);
+  for (const auto& entry : capture.entries()) {
+    EXPECT_EQ(entry.level, log4cplus::WARN_LOG_LEVEL);
+    EXPECT_EQ(entry.logger, "orvix.settings");
+  }
+  EXPECT_NE(capture.entries()[1].message.find("\"font_1\""), std::string::npos);
+}
+
+TEST_F(UiSettingsFile, UnreadableFilesChangeNothingAndAreLogged) {
+  m_settings->set_color(color_window_bg, k_red);
+  m_folder.write("malformed.xml", "<settings><value key=\"color_0\">#000000</value>");
+  m_folder.write("empty.xml", "");
+  for (const std::string& path : {m_folder.file("malformed.xml"), m_folder.file("empty.xml"),
+                                  m_folder.file("absent.xml"), m_folder.path()}) {
+    log_capture_t capture;
+    EXPECT_FALSE(m_settings->load(path)) << path;
+    EXPECT_EQ(m_settings->get_color(color_window_bg), k_red) << path;
+    ASSERT_EQ(capture.entries().size(), 1u) << path;
+    EXPECT_EQ(capture.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
+    EXPECT_NE(capture.entries()[0].file.find("ui_settings.cpp"), std::string::npos);
+  }
+}
+
+TEST_F(UiSettingsFile, FailedSaveIsReportedAndLeavesNoFile) {
+  log_capture_t capture;
+  EXPECT_FALSE(m_settings->save(m_folder.file("no/such/folder.xml")));
+  EXPECT_EQ(capture.entries().size(), 1u);
+  EXPECT_TRUE(m_folder.entries().empty());
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+#include "orvix1/ui_style.h"
+
+#include <gtest/gtest.h>
+
+#include "orvix1/styled.h"
+#include "orvix1/ui_resources.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1;
+
+// A widget's style: its keys come from the palette.
+class panel_style_t : public ui_style_t {
+ public:
+  panel_style_t() { set_style_info(); }
+  void set_style_info() override {
+    ++refills;
+    internal_set_color("clBg", m_settings->get_color(color_window_bg));
+    internal_set_color("clText", m_settings->get_color(color_window_text));
+    internal_set_font("fnNormalBold", m_settings->get_font(font_normal_bold));
+  }
+  int refills = 0;
+};
+
+// A widget that counts how often its style told it to redraw.
+class styled_widget_t : public StyledBase {
+ public:
+  void on_style_updated() override {
+    ++updates;
+    if (auto style = GetUiStyle()) seen_background = style->get_color("clBg");
+  }
+  int updates = 0;
+  wxColour seen_background;
+};
+
+// A palette whose entries a test can make stale.
+class probe_settings_t : public ui_settings_configure_t {
+ public:
+  void make_stale(default_colors_t index, const wxColour& colour) {
+    m_colors[index].value = colour;
+  }
+};
+
+const wxColour k_stale(1, 2, 3);
+
+class UiStyle : public ::testing::Test {
+ protected:
+  talvar2::intrusive_pointer_t<probe_settings_t> m_settings{new probe_settings_t};
+};
+
+TEST_F(UiStyle, ADesktopColourChangeReachesStylesAndWidgets) {
+  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
+  styled_widget_t widget;
+  widget.SetUiStyle(style);
+  EXPECT_EQ(widget.updates, 1);
+
+  // As if the desktop had changed since the palette and the style were filled.
+  m_settings->make_stale(color_window_bg, k_stale);
+  style->set_style_info();
+  EXPECT_EQ(style->get_color("clBg"), k_stale);
+
+  wxSysColourChangedEvent event;
+  m_settings->get_colors_monitor()->GetEventHandler()->ProcessEvent(event);
+  const wxColour desktop = wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW);
+  EXPECT_EQ(style->get_color("clBg"), desktop);
+  EXPECT_EQ(widget.updates, 2);
+  EXPECT_EQ(widget.seen_background, desktop);
+}
+
+TEST_F(UiStyle, LockedStyleEntriesSurviveRefills) {
+  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
+  const wxColour red(255, 0, 0);
+  style->lock_color("clBg", red);
+  const wxFont big(wxFontInfo(30));
+  style->lock_font("fnNormalBold", big);
+  style->on_ui_settings_updated();
+  EXPECT_EQ(style->get_color("clBg"), red);
+  EXPECT_EQ(style->get_font("fnNormalBold"), big);
+  EXPECT_EQ(style->get_color("clText"), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+}
+
+TEST_F(UiStyle, UnknownKeysAreEmpty) {
+  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
+  EXPECT_FALSE(style->get_color("clNope").IsOk());
+  EXPECT_FALSE(style->get_font("fnNope").IsOk());
+  talvar2::intrusive_pointer_t<ui_style_t> plain(new ui_style_t);
+  plain->set_style_info();
+  EXPECT_FALSE(plain->get_color("clBg").IsOk());
+}
+
+TEST_F(UiStyle, SameStyleTwiceConnectsOnceAndDoesNotRefresh) {
+  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
+  styled_widget_t widget;
+  widget.SetUiStyle(style);
+  widget.SetUiStyle(style);
+  EXPECT_EQ(widget.updates, 1);
+  EXPECT_EQ(style->updated().connection_count(), 1u);
+
+  style->on_ui_settings_updated();
+  EXPECT_EQ(widget.updates, 2);
+  EXPECT_EQ(widget.GetUiStyle(), style);
+}
+
+TEST_F(UiStyle, ChangingStylesMovesTheConnection) {
+  talvar2::intrusive_pointer_t<panel_style_t> first(new panel_style_t);
+  talvar2::intrusive_pointer_t<panel_style_t> second(new panel_style_t);
+  styled_widget_t widget;
+  widget.SetUiStyle(first);
+  widget.SetUiStyle(second);
+  EXPECT_EQ(widget.updates, 2);
+  EXPECT_EQ(first->updated().connection_count(), 0u);
+  EXPECT_EQ(first->ref_count(), 1u);  // the widget let go of it
+  first->on_ui_settings_updated();
+  EXPECT_EQ(widget.updates, 2);
+
+  widget.SetUiStyle(nullptr);
+  EXPECT_EQ(widget.updates, 3);
+  EXPECT_FALSE(widget.GetUiStyle());
+  EXPECT_EQ(second->updated().connection_count(), 0u);
+
+  widget.SetStyleInherited(true);
+  EXPECT_TRUE(widget.IsStyleInherited());
+}
+
+TEST_F(UiStyle, AWidgetThatDiesLeavesItsStyleUsable) {
+  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
+  {
+    styled_widget_t widget;
+    widget.SetUiStyle(style);
+    EXPECT_EQ(style->ref_count(), 2u);
+  }
+  EXPECT_EQ(style->ref_count(), 1u);
+  EXPECT_EQ(style->updated().connection_count(), 0u);
+  style->on_ui_settings_updated();
+}
+
+TEST_F(UiStyle, ResourceStyleAsksTheRegistryUnderItsPrefix) {
+  talvar2::intrusive_pointer_t<resource_style_t> style(new resource_style_t("panel"));
+  EXPECT_EQ(style->get_full_res_name("clBg"), "panel.clBg");
+  const wxColour teal(0, 128, 128);
+  const wxFont big(wxFontInfo(24).Bold());
+  ui_resources_t::get()->set_color("panel.clBg", teal);
+  ui_resources_t::get()->set_font("panel.fnBig", big);
+  EXPECT_EQ(style->get_color("clBg"), teal);
+  EXPECT_EQ(style->get_font("fnBig"), big);
+  EXPECT_FALSE(style->get_color("clText").IsOk());
+  ui_resources_t::get()->clear();
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+#include "orvix1/ui_update_helpers.h"
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/panel.h>
+
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1;
+using orvix1_test::take_asserts;
+
+// frame > outer > inner > deepest, and frame > side.
+class StyleUpdater : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_frame = new wxFrame(nullptr, wxID_ANY, "styled");
+    m_outer = new wxPanel(m_frame);
+    m_inner = new wxPanel(m_outer);
+    m_deepest = new wxPanel(m_inner);
+    m_side = new wxPanel(m_frame);
+    for (wxWindow* window : {static_cast<wxWindow*>(m_frame), static_cast<wxWindow*>(m_outer),
+                             static_cast<wxWindow*>(m_inner), static_cast<wxWindow*>(m_deepest),
+                             static_cast<wxWindow*>(m_side)})
+      window->SetBackgroundColour(k_untouched);
+  }
+  void TearDown() override {
+    m_frame->Destroy();
+    orvix1_test::pump_events();
+  }
+
+  wxColour palette(default_colors_t index) const { return m_settings->get_color(index); }
+
+  const wxColour k_untouched{7, 7, 7};
+  talvar2::intrusive_pointer_t<ui_settings_configure_t> m_settings = ui_settings_configure_t::get();
+  wxFrame* m_frame = nullptr;
+  wxPanel* m_outer = nullptr;
+  wxPanel* m_inner = nullptr;
+  wxPanel* m_deepest = nullptr;
+  wxPanel* m_side = nullptr;
+};
+
+TEST_F(StyleUpdater, DepthZeroStylesTheRootAndTheExceptions) {
+  style_updater_t updater;
+  updater.create(m_frame, style_t::create_dialog_style(), 0);
+  updater.add(m_deepest, style_t(-1, color_tooltip_bg, color_tooltip_text));
+  EXPECT_EQ(m_frame->GetBackgroundColour(), k_untouched);  // create() applies nothing
+  updater.propagate_style();
+
+  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_face));
+  EXPECT_EQ(m_frame->GetFont(), m_settings->get_font(font_normal));
+  EXPECT_EQ(m_outer->GetBackgroundColour(), k_untouched);
+  EXPECT_EQ(m_inner->GetBackgroundColour(), k_untouched);
+  EXPECT_EQ(m_deepest->GetBackgroundColour(), palette(color_tooltip_bg));
+  EXPECT_EQ(m_deepest->GetForegroundColour(), palette(color_tooltip_text));
+}
+
+TEST_F(StyleUpdater, DepthOneReachesDirectChildrenAndExceptionsKeepTheirStyle) {
+  style_updater_t updater(m_frame, style_t::create_inplace_style(), 1);
+  updater.add(m_side, style_t(-1, color_note_bg, -1));
+  updater.propagate_style();
+  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_window_bg));
+  EXPECT_EQ(m_outer->GetBackgroundColour(), palette(color_window_bg));
+  EXPECT_EQ(m_side->GetBackgroundColour(), palette(color_note_bg));
+  EXPECT_EQ(m_inner->GetBackgroundColour(), k_untouched);
+}
+
+TEST_F(StyleUpdater, MinusOneReachesEveryLevelAndPaletteChangesReapply) {
+  style_updater_t updater(m_frame, style_t(-1, color_strip_bg, -1), -1);
+  EXPECT_EQ(m_deepest->GetBackgroundColour(), palette(color_strip_bg));
+
+  m_deepest->SetBackgroundColour(k_untouched);
+  m_settings->changed()();
+  EXPECT_EQ(m_deepest->GetBackgroundColour(), palette(color_strip_bg));
+}
+
+TEST_F(StyleUpdater, DestroyedWindowsDropOut) {
+  style_updater_t updater(m_frame, style_t(-1, color_face, -1), -1);
+  updater.add(m_deepest, style_t(-1, color_note_bg, -1));
+  updater.add(m_deepest, style_t(-1, color_tooltip_bg, -1));  // replaces, binds once
+  EXPECT_TRUE(updater.is_wnd_registred(m_deepest));
+  delete m_deepest;
+  EXPECT_FALSE(updater.is_wnd_registred(m_deepest));
+  updater.propagate_style();  // would touch freed memory if it had kept the window
+
+  updater.add(m_side, style_t(-1, color_note_bg, -1));
+  updater.disconnect_child(m_side);
+  EXPECT_FALSE(updater.is_wnd_registred(m_side));
+  updater.add(nullptr, style_t());
+
+  auto* root = new wxFrame(nullptr, wxID_ANY, "short-lived");
+  style_updater_t orphan(root, style_t(-1, color_face, -1), -1);
+  delete root;
+  m_settings->changed()();  // the updater forgot its root
+}
+
+TEST_F(StyleUpdater, NullWindowAssertsAndIsSkipped) {
+  take_asserts();
+  set_font_and_colors(nullptr, style_t::create_dialog_style(), *m_settings);
+  const auto asserts = take_asserts();
+  ASSERT_EQ(asserts.size(), 1u);
+  EXPECT_EQ(asserts[0].condition, "wnd");
+  EXPECT_EQ(asserts[0].function, "set_font_and_colors");
+  EXPECT_EQ(asserts[0].line, 111);
+}
+
+TEST(StyleFactories, DialogAndInplaceStyles) {
+  EXPECT_EQ(style_t::create_dialog_style(), style_t(font_normal, color_face, -1));
+  EXPECT_EQ(style_t::create_inplace_style(), style_t(font_normal, color_window_bg, -1));
+}
+
+}  // namespace
