@@ -170,21 +170,23 @@ void ui_settings_configure_t::update_system_settings() {
 }
 
 void ui_settings_configure_t::update_colors() {
+  struct system_source_t {
+    default_colors_t index;
+    wxSystemColour colour;
+  };
+  static const system_source_t system_sources[] = {
+      {color_window_bg, wxSYS_COLOUR_WINDOW},          {color_face, wxSYS_COLOUR_BTNFACE},
+      {color_highlight_3d, wxSYS_COLOUR_BTNHIGHLIGHT}, {color_light_3d, wxSYS_COLOUR_3DLIGHT},
+      {color_shadow_3d, wxSYS_COLOUR_BTNSHADOW},       {color_dark_shadow_3d, wxSYS_COLOUR_3DDKSHADOW},
+      {color_button_text, wxSYS_COLOUR_BTNTEXT},       {color_window_text, wxSYS_COLOUR_WINDOWTEXT},
+      {color_selection_bg, wxSYS_COLOUR_HIGHLIGHT},    {color_selection_text, wxSYS_COLOUR_HIGHLIGHTTEXT},
+      {color_tooltip_bg, wxSYS_COLOUR_INFOBK},         {color_tooltip_text, wxSYS_COLOUR_INFOTEXT},
+  };
   auto refresh = [this](default_colors_t index, const wxColour& colour) {
     m_colors[index].refresh(colour);
   };
-  refresh(color_window_bg, get_system_color(wxSYS_COLOUR_WINDOW));
-  refresh(color_face, get_system_color(wxSYS_COLOUR_BTNFACE));
-  refresh(color_highlight_3d, get_system_color(wxSYS_COLOUR_BTNHIGHLIGHT));
-  refresh(color_light_3d, get_system_color(wxSYS_COLOUR_3DLIGHT));
-  refresh(color_shadow_3d, get_system_color(wxSYS_COLOUR_BTNSHADOW));
-  refresh(color_dark_shadow_3d, get_system_color(wxSYS_COLOUR_3DDKSHADOW));
-  refresh(color_button_text, get_system_color(wxSYS_COLOUR_BTNTEXT));
-  refresh(color_window_text, get_system_color(wxSYS_COLOUR_WINDOWTEXT));
-  refresh(color_selection_bg, get_system_color(wxSYS_COLOUR_HIGHLIGHT));
-  refresh(color_selection_text, get_system_color(wxSYS_COLOUR_HIGHLIGHTTEXT));
-  refresh(color_tooltip_bg, get_system_color(wxSYS_COLOUR_INFOBK));
-  refresh(color_tooltip_text, get_system_color(wxSYS_COLOUR_INFOTEXT));
+  for (const system_source_t& source : system_sources)
+    refresh(source.index, get_system_color(source.colour));
   refresh(color_info_text, get_system_color_ex(color_info_text));
   refresh(color_black, *wxBLACK);
   refresh(color_white, *wxWHITE);
