@@ -101,6 +101,7 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   // Number of live connections, read under the signal's mutex.
   std::size_t connection_count() const;
   bool has_connections() const { return connection_count() != 0; }
+  bool empty() const { return !has_connections(); }
 
  protected:
   struct node_t {

@@ -1,0 +1,105 @@
+#ifndef ORVIX1_ELEMENTS_ELEMENTADAPTER_H
+#define ORVIX1_ELEMENTS_ELEMENTADAPTER_H
+
+// Joins a tree of elements to one real wx window, the holder: the holder's
+// paint, size, mouse, focus, keyboard, timer, show and colour events become
+// calls on the root element, and the root's requests (client rectangle,
+// holder, timers, capture, tooltips, focus) are answered here.
+
+#include <map>
+
+#include <wx/event.h>
+#include <wx/timer.h>
+#include <wx/window.h>
+
+#include "orvix1/elements/UIElement.h"
+#include "orvix1/export.h"
+#include "talvar2/functor/signal.h"
+#include "talvar2/pointers/smart_pointer.h"
+
+namespace orvix1 {
+namespace elements {
+
+class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
+ public:
+  // The holder must paint with wxBG_STYLE_PAINT.
+  explicit ElementAdapter(wxWindow* holder);
+  ~ElementAdapter() override;
+  ElementAdapter(const ElementAdapter&) = delete;
+  ElementAdapter& operator=(const ElementAdapter&) = delete;
+
+  void SetRootElement(element_ptr_t root);
+  element_ptr_t GetRootElement() const { return m_root_element; }
+  wxWindow* GetHolder() const { return m_holder; }
+  // Unbinds from the holder and forgets it.
+  void DetachHolder(bool holder_is_dying);
+  // true: erase-background events are consumed, nothing is erased.
+  void HandleEraseBackground(bool handle);
+
+  // --- holder events ---
+  void OnPaint(wxPaintEvent& event);
+  void OnSize(wxSizeEvent& event);
+  void OnSetFocus(wxFocusEvent& event);
+  void OnKillFocus(wxFocusEvent& event);
+  void OnEraseBackground(wxEraseEvent& event);
+  void OnTimer(wxTimerEvent& event);
+  void OnSysColourChanged(wxSysColourChangedEvent& event);
+  void OnMouse(wxMouseEvent& event);
+  void OnMouseCaptureLost(wxMouseCaptureLostEvent& event);
+  void OnWindowShow(wxShowEvent& event);
+  void OnKeyPress(wxKeyEvent& event);
+  void OnTooltipDestroyed(wxWindowDestroyEvent& event);
+  void OnHolderDestroyed(wxWindowDestroyEvent& event);
+
+  // --- the root's requests ---
+  void OnRequestClientRect(wxRect& rect);
+  void OnRequestHolderWindow(wxWindow** window);
+  void OnRequestSetTimer(element_ptr_t element, int milliseconds);
+  void OnRequestKillTimer(element_ptr_t element);
+  void OnRequestCaptureMouse(element_ptr_t element);
+  void OnRequestReleaseMouse();
+  void OnRequestSetTooltip(wxCustomTooltip* tooltip);
+  void OnRequestClearTooltip();
+  void OnRequestChangeFocus(element_ptr_t element);
+
+  void HandleMouseEnterLeave(wxMouseEvent& event);
+  // Moves the keyboard focus to the holder's next (1) or previous (0) sibling
+  // control; false when the holder has no parent.
+  bool PassFocusToNextWindow(int direction);
+
+  // The element under the pointer, the one holding the capture, the focused one.
+  element_ptr_t GetHoveredElement() const { return m_hovered; }
+  element_ptr_t GetCaptureElement() const { return m_mouse_capture_element; }
+  element_ptr_t GetFocusedElement() const { return m_focused; }
+  // The shared timer (id 1000), null before the first timer request.
+  wxTimer* GetTimer() const { return m_timer.get(); }
+
+  static const int timer_id = 1000;
+
+ private:
+  struct timer_info_t {
+    int interval;
+    int accumulated;
+  };
+
+  void BindHolder();
+  void UnbindHolder();
+  void ConnectRoot();
+  void DisconnectRoot();
+  int SmallestInterval() const;
+
+  element_ptr_t m_root_element;
+  wxWindow* m_holder = nullptr;
+  std::map<element_ptr_t, timer_info_t> m_timers;
+  talvar2::smart_pointer_t<wxTimer> m_timer;
+  element_ptr_t m_hovered;
+  element_ptr_t m_mouse_capture_element;
+  element_ptr_t m_focused;
+  wxCustomTooltip* m_tooltip = nullptr;
+  bool m_handle_erase_background = false;
+};
+
+}  // namespace elements
+}  // namespace orvix1
+
+#endif

@@ -1,0 +1,69 @@
+#ifndef ORVIX1_ELEMENTS_LAYOUT_H
+#define ORVIX1_ELEMENTS_LAYOUT_H
+
+// A layout decides where an element's children lie: one rectangle per child,
+// computed by Invalidate() and then answered by GetChildRect() for painting,
+// hit-testing and UIElement::GetRect(). It also gives its element's
+// preferred and minimum size from the children.
+
+#include <list>
+
+#include <wx/gdicmn.h>
+
+#include "orvix1/elements/UIElement.h"
+#include "orvix1/export.h"
+#include "talvar2/pointers/intrusive_pointer.h"
+
+namespace orvix1 {
+namespace elements {
+
+class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
+ public:
+  Layout();
+  ~Layout() override;
+  Layout(const Layout&) = delete;
+  Layout& operator=(const Layout&) = delete;
+
+  virtual wxSize GetMinSize() const;
+  virtual wxSize GetSize() const;
+  virtual wxRect GetChildRect(const wxRect& parent_rect, const element_ptr_t& child) const = 0;
+  virtual wxRect CalcElementPosition(const wxRect& rect, const wxSize& size, int flags) const;
+  // Recomputes the children's rectangles; nothing here.
+  virtual void OnInvalidate();
+  // Places a child of `size` with `flags` in `remaining`, and takes the space
+  // it docks to out of `remaining`.
+  virtual wxRect ProcessPositionCalculation(wxRect& remaining, const wxSize& size, int flags) const;
+
+  void SetControlledElement(UIElement* element);
+  element_ptr_t GetControlledElement() const;
+  // Recomputes the rectangles, with the children's updates frozen meanwhile.
+  void Invalidate();
+
+ protected:
+  // The element whose children are laid out, unchecked (null when unset).
+  UIElement* controlled() const { return m_element; }
+
+  // The rectangle cache. Each child keeps the rectangle its parent's layout
+  // gave it, so that lookups cost nothing and relayouts allocate nothing.
+  void ClearChildRects() const;
+  void StoreChildRect(UIElement& child, const wxRect& rect) const;
+  // False when `child` is not a laid-out child of the controlled element.
+  bool FindChildRect(const UIElement& child, wxRect& rect) const;
+  std::size_t CountChildRects() const;
+
+  // The size along both axes of the children, from their GetSize() or
+  // GetMinSize(); see GetSize().
+  wxSize CalculateSize(bool minimum) const;
+
+ private:
+  UIElement* m_element = nullptr;
+};
+
+// Places `children` in the order the optimal layout fills them: docked ones
+// first, centred or stretched ones last, invisible ones at the end.
+ORVIX1_API std::list<element_ptr_t> ArrangeElementsByPriority(const std::list<element_ptr_t>& children);
+
+}  // namespace elements
+}  // namespace orvix1
+
+#endif

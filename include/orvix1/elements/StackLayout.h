@@ -1,0 +1,33 @@
+#ifndef ORVIX1_ELEMENTS_STACKLAYOUT_H
+#define ORVIX1_ELEMENTS_STACKLAYOUT_H
+
+#include "orvix1/elements/Layout.h"
+
+namespace orvix1 {
+namespace elements {
+
+// Stacks the children along one axis in list order; resizable children share
+// the length the others leave free.
+class ORVIX1_API StackLayout : public Layout {
+ public:
+  StackLayout();
+
+  // false: top to bottom (the default); true: left to right.
+  void SetOrientation(bool horizontal);
+  bool GetOrientation() const { return m_horizontal; }
+
+  wxSize GetMinSize() const override;
+  wxSize GetSize() const override;
+  wxRect GetChildRect(const wxRect& parent_rect, const element_ptr_t& child) const override;
+  void OnInvalidate() override;
+
+ private:
+  wxSize StackedSize(bool minimum) const;
+
+  bool m_horizontal = false;
+};
+
+}  // namespace elements
+}  // namespace orvix1
+
+#endif

@@ -1,0 +1,243 @@
+#ifndef ORVIX1_ELEMENTS_UIELEMENT_H
+#define ORVIX1_ELEMENTS_UIELEMENT_H
+
+// A retained tree of light, owner-drawn elements inside one wx window. An
+// element has no window of its own: it paints on the device context of the
+// window that hosts the tree, and everything that needs that window (client
+// rectangle, timers, capture, tooltips, keyboard focus) is asked for by the
+// root element through its Request... signals, which the host answers
+// (ElementAdapter). Elements are held through intrusive_pointer_t: hold a
+// new element in one before using it.
+
+#include <cstdint>
+#include <list>
+#include <map>
+#include <string>
+
+#include <boost/any.hpp>
+#include <wx/dc.h>
+#include <wx/event.h>
+#include <wx/gdicmn.h>
+#include <wx/window.h>
+
+#include "orvix1/export.h"
+#include "orvix1/styled.h"
+#include "talvar2/functor/signal.h"
+#include "talvar2/pointers/intrusive_pointer.h"
+
+namespace orvix1 {
+
+class wxCustomTooltip;
+
+namespace elements {
+
+class Layout;
+class UIElement;
+
+using element_ptr_t = talvar2::intrusive_pointer_t<UIElement>;
+
+// Space kept free inside an element's rectangle, in pixels.
+struct margin_t {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+
+  margin_t() = default;
+  margin_t(int left_, int top_, int right_, int bottom_)
+      : left(left_), top(top_), right(right_), bottom(bottom_) {}
+  bool operator==(const margin_t& other) const {
+    return left == other.left && top == other.top && right == other.right && bottom == other.bottom;
+  }
+};
+
+class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public StyledBase {
+ public:
+  // Where the parent's layout puts an element (Layout reads them).
+  enum PositionFlags {
+    pfLeft = 0x01,
+    pfRight = 0x02,
+    pfTop = 0x04,
+    pfBottom = 0x08,
+    pfVCenter = 0x10,
+    pfVExpand = 0x20,
+    pfHCenter = 0x40,
+    pfHExpand = 0x80,
+  };
+
+  // --- signals; the Request... ones are emitted on the root only ---
+  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildAdded;    // (parent, child)
+  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildRemoved;  // (parent, child)
+  talvar2::signal_t<element_ptr_t> VisibilityChanged;
+  talvar2::signal_t<element_ptr_t> MouseEntered;
+  talvar2::signal_t<element_ptr_t> MouseLeft;
+  talvar2::signal_t<wxRect&> RequestClientRect;
+  talvar2::signal_t<wxWindow**> RequestHolderWindow;
+  talvar2::signal_t<element_ptr_t, int> RequestSetTimer;
+  talvar2::signal_t<element_ptr_t> RequestKillTimer;
+  talvar2::signal_t<element_ptr_t> RequestCaptureMouse;
+  talvar2::signal_t<> RequestReleaseMouse;
+  talvar2::signal_t<wxCustomTooltip*> RequestSetTooltip;
+  talvar2::signal_t<> RequestClearTooltip;
+  talvar2::signal_t<element_ptr_t> RequestChangeFocus;
+
+  // A root: centred both ways, as a host requires of a root.
+  UIElement();
+  // A child of `parent`, docked left and centred vertically, or with the
+  // given position flags; it joins the parent at once.
+  explicit UIElement(element_ptr_t parent);
+  UIElement(element_ptr_t parent, int position_flags);
+  ~UIElement() override;
+  UIElement(const UIElement&) = delete;
+  UIElement& operator=(const UIElement&) = delete;
+
+  // --- virtual interface ---
+  virtual wxSize GetSize() const;
+  virtual wxSize GetMinSize() const;
+  virtual void SetResizable(bool resizable);
+  virtual bool IsResizable() const;
+  virtual void SetLayoutLogic(talvar2::intrusive_pointer_t<Layout> layout);
+  virtual talvar2::intrusive_pointer_t<Layout> GetLayoutLogic() const;
+  virtual bool SetFocus(bool focused);
+  virtual bool AcceptsFocus() const;
+  void SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) override;
+  virtual element_ptr_t GetElementFromPoint(const wxPoint& point);
+  virtual void AddChild(element_ptr_t child);
+  virtual void RemoveChild(element_ptr_t child);
+  virtual element_ptr_t MoveFocusForward(element_ptr_t current);
+  virtual element_ptr_t MoveFocusBack(element_ptr_t current);
+  virtual void OnDraw(wxDC& dc, const wxRect& rect);
+  virtual void OnTimer();
+  virtual void InvalidateColors();
+  virtual void OnMouseEnter(const wxMouseEvent& event);
+  virtual void OnMouseLeave(const wxMouseEvent& event);
+  virtual void OnMouseMove(const wxMouseEvent& event, bool& propagate);
+  virtual void OnMouseDown(const wxMouseEvent& event, bool& propagate);
+  virtual void OnMouseUp(const wxMouseEvent& event, bool& propagate);
+  // Takes the focus when the element accepts it.
+  virtual void OnMouseClick(const wxMouseEvent& event, bool& propagate);
+  virtual void OnVisibilityChanged(bool visible_on_screen);
+  virtual void OnKeyPress(wxKeyEvent& event);
+  // Drops cached colours (InvalidateColors).
+  void on_style_updated() override;
+
+  // --- tree and z-order; the head of the child list is the top ---
+  void ChangeZOrderToTop(element_ptr_t child);
+  void ChangeZOrderToBack(element_ptr_t child);
+  void ChangeZOrderToBeforeElement(element_ptr_t child, element_ptr_t pos);
+  void ChangeZOrderToAfterElement(element_ptr_t child, element_ptr_t pos);
+  void ChangeParent(element_ptr_t new_parent);
+  // Puts `new_child` in `old_child`'s place; emits ChildRemoved and ChildAdded.
+  void ReplaceChild(element_ptr_t old_child, element_ptr_t new_child);
+  void Destroy();
+  void DestroyChildren();
+  void DestroyTooltip();
+  UIElement* GetRootElement() const;
+  UIElement* GetParent() const { return m_parent; }
+  const std::list<element_ptr_t>& GetChildren() const { return m_children; }
+  wxWindow* GetHolder() const;
+
+  // --- geometry ---
+  wxRect GetRect() const;
+  void SetMargin(const margin_t& margin);
+  const margin_t& GetMargin() const { return m_margin; }
+  void SetPositionFlags(int flags);
+  int GetPositionFlags() const { return m_position_flags; }
+  bool HitTest(const wxPoint& point) const;
+
+  // --- state ---
+  void SetVisible(bool visible);
+  bool IsVisible() const { return m_visible; }
+  bool IsVisibleOnScreen() const;
+  bool IsFocused() const { return m_focused; }
+  void SetAcceptFocus(bool accept);
+  void SetTabOrder(int order) { m_tab_order = order; }
+  int GetTabOrder() const { return m_tab_order; }
+  int GenerateUniqueTabOrder() const;
+  void Invalidate(bool layout_too);
+  void InvalidateLayout();
+  void FreezeUpdates(bool freeze);
+  bool IsUpdatesFrozen() const { return m_updates_frozen; }
+  bool IsLayoutDirty() const { return m_layout_dirty; }
+  bool IsDestroyed() const { return m_destroyed; }
+  bool IsPressed() const { return m_pressed; }
+  void SetTimer(int milliseconds);
+  void KillTimer();
+  bool IsTimerRunning() const { return m_timer_running; }
+  void CaptureMouse();
+  void ReleaseMouse();
+
+  // --- tooltip ---
+  // The element's tooltip, made on first use; shown while the pointer is
+  // over the element.
+  wxCustomTooltip* GetTooltip();
+  wxCustomTooltip* GetExistingTooltip() const { return m_tooltip; }
+  void OnTooltipDestroyed(wxCustomTooltip* tooltip);
+
+  // --- style ---
+  void SetStylePropagation(bool propagate) { m_style_propagation = propagate; }
+  bool GetStylePropagation() const { return m_style_propagation; }
+  void SetStyleRecursively(talvar2::intrusive_pointer_t<ui_style_t> style);
+  void ProcessSysColorChanged();
+
+  // --- bindings and test identifiers ---
+  // Keeps `value` (a connection, a helper) alive as long as the element.
+  unsigned long AddBinding(const boost::any& value);
+  void RemoveBinding(unsigned long slot);
+  std::size_t GetBindingsCount() const { return m_bindings.size(); }
+  void SetTestID(const std::string& id) { m_test_id = id; }
+  const std::string& GetTestID() const { return m_test_id; }
+
+  // --- entry points for the host ---
+  void ProcessDraw(wxDC& dc, const wxRect& rect, bool force_layout);
+  void ProcessMouse(const wxMouseEvent& event);
+  void ProcessSizeChange(const wxSizeEvent& event);
+  void ProcessTimer();
+  bool ProcessChangeFocus(bool focused);
+  void ProcessVisibilityChanged();
+  void SetCurrentDC(wxDC* dc);
+  wxDC* GetCurrentDC() const { return m_current_dc; }
+
+ protected:
+  // Brings the tree's layout up to date before geometry is read.
+  void RefreshLayoutIfDirty() const;
+
+ private:
+  template <class Compare>
+  element_ptr_t FindNextFocusedElement(element_ptr_t current);
+  element_ptr_t DescendForFocus(UIElement* element, int reference, bool forward);
+  unsigned long GenerateUniqueBindingSlotId() const;
+  std::list<element_ptr_t>::iterator FindChild(const UIElement* child);
+
+  wxDC* m_current_dc = nullptr;
+  std::string m_test_id;
+  std::map<unsigned long, boost::any> m_bindings;
+  std::list<element_ptr_t> m_children;
+  UIElement* m_parent = nullptr;
+  int m_position_flags;
+  talvar2::intrusive_pointer_t<Layout> m_layout;
+  bool m_visible = true;
+  bool m_layout_dirty = true;
+  bool m_destroyed = false;
+  bool m_pressed = false;
+  bool m_timer_running = false;
+  bool m_updates_frozen = false;
+  bool m_resizable = false;
+  bool m_accepts_focus = false;
+  bool m_focused = false;
+  bool m_style_propagation = false;
+  int m_tab_order = 0;
+  margin_t m_margin;
+  wxCustomTooltip* m_tooltip = nullptr;
+  unsigned long m_tooltip_connection = 0;
+
+  // The parent's layout keeps this element's rectangle here (see Layout).
+  friend class Layout;
+  wxRect m_layout_rect;
+  bool m_has_layout_rect = false;
+};
+
+}  // namespace elements
+}  // namespace orvix1
+
+#endif
