@@ -74,7 +74,7 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   // The shared timer (id 1000), null before the first timer request.
   wxTimer* GetTimer() const { return m_timer.get(); }
 
-  static const int timer_id = 1000;
+  static constexpr int timer_id = 1000;
 
  private:
   struct timer_info_t {
@@ -86,7 +86,17 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   void UnbindHolder();
   void ConnectRoot();
   void DisconnectRoot();
+  // Drops hover, capture, focus and timers of the tree being replaced.
+  void ForgetTreeState();
+  // Lets the holder's capture go if an element asked for it.
+  void ReleaseHolderCapture();
   int SmallestInterval() const;
+  // Starts (or restarts) the shared timer, creating it on first use.
+  void StartTimer(int milliseconds);
+  // Stops the shared timer and frees it.
+  void StopTimer();
+  // Brings the hovered element up to date with the last known pointer position.
+  void CatchUpHover();
 
   element_ptr_t m_root_element;
   wxWindow* m_holder = nullptr;
@@ -97,6 +107,8 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   element_ptr_t m_focused;
   wxCustomTooltip* m_tooltip = nullptr;
   bool m_handle_erase_background = false;
+  // Where the last mouse event on the holder happened, in client coordinates.
+  wxPoint m_last_mouse_position;
 };
 
 }  // namespace elements

@@ -7,6 +7,7 @@
 // preferred and minimum size from the children.
 
 #include <list>
+#include <vector>
 
 #include <wx/gdicmn.h>
 
@@ -24,8 +25,13 @@ class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
   Layout(const Layout&) = delete;
   Layout& operator=(const Layout&) = delete;
 
+  // The size the visible children ask for. Docked ones add up along their
+  // axis; centred or stretched ones add up too, unless every visible child
+  // is centred or stretched on that axis, when the largest of them and the
+  // docked sum decides. GetMinSize() works on the minimum sizes.
   virtual wxSize GetMinSize() const;
   virtual wxSize GetSize() const;
+  // The child's rectangle from the last relayout.
   virtual wxRect GetChildRect(const wxRect& parent_rect, const element_ptr_t& child) const = 0;
   virtual wxRect CalcElementPosition(const wxRect& rect, const wxSize& size, int flags) const;
   // Recomputes the children's rectangles; nothing here.
@@ -42,21 +48,31 @@ class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
  protected:
   // The element whose children are laid out, unchecked (null when unset).
   UIElement* controlled() const { return m_element; }
+  // The same, but a missing element is reported as GetControlledElement()
+  // reports it.
+  UIElement* RequireControlled() const;
 
   // The rectangle cache. Each child keeps the rectangle its parent's layout
   // gave it, so that lookups cost nothing and relayouts allocate nothing.
   void ClearChildRects() const;
+  // ClearChildRects() for one child, for a layout that walks the children anyway.
+  void ClearChildRect(UIElement& child) const;
   void StoreChildRect(UIElement& child, const wxRect& rect) const;
   // False when `child` is not a laid-out child of the controlled element.
   bool FindChildRect(const UIElement& child, wxRect& rect) const;
   std::size_t CountChildRects() const;
 
   // The size along both axes of the children, from their GetSize() or
-  // GetMinSize(); see GetSize().
-  wxSize CalculateSize(bool minimum) const;
+  // GetMinSize(); see GetSize(). `visible_total`, when given, receives the
+  // plain sum of the visible children's sizes, so that callers need not ask
+  // the children a second time.
+  wxSize CalculateSize(bool minimum, wxSize* visible_total = nullptr) const;
 
  private:
   UIElement* m_element = nullptr;
+  // The children of the relayouts under way, one reference each; kept to
+  // spare an allocation per relayout.
+  std::vector<UIElement*> m_held_children;
 };
 
 // Places `children` in the order the optimal layout fills them: docked ones

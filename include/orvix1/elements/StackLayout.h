@@ -1,6 +1,8 @@
 #ifndef ORVIX1_ELEMENTS_STACKLAYOUT_H
 #define ORVIX1_ELEMENTS_STACKLAYOUT_H
 
+#include <vector>
+
 #include "orvix1/elements/Layout.h"
 
 namespace orvix1 {
@@ -24,7 +26,16 @@ class ORVIX1_API StackLayout : public Layout {
  private:
   wxSize StackedSize(bool minimum) const;
 
+  // Work space of one relayout, kept to spare allocations on the next: each
+  // child with its length along the stack (resizable ones get the share).
+  struct slot_t {
+    UIElement* element;
+    bool resizable;
+    int length;
+  };
+
   bool m_horizontal = false;
+  std::vector<slot_t> m_slots;
 };
 
 }  // namespace elements

@@ -229,7 +229,6 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   int m_tab_order = 0;
   margin_t m_margin;
   wxCustomTooltip* m_tooltip = nullptr;
-  unsigned long m_tooltip_connection = 0;
 
   // The parent's layout keeps this element's rectangle here (see Layout).
   friend class Layout;

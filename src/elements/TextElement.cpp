@@ -1,0 +1,189 @@
+#include "orvix1/elements/TextElement.h"
+
+#include <wx/bitmap.h>
+#include <wx/dcclient.h>
+#include <wx/dcscreen.h>
+#include <wx/strconv.h>
+
+#include "orvix1/ui_settings.h"
+
+namespace orvix1 {
+namespace elements {
+namespace {
+
+const char k_text_colour_key[] = "clTextNormal";
+const char k_text_font_key[] = "fnNormalBold";
+const char k_ellipsis[] = "...";
+
+// Text is measured and drawn through the C library's locale conversion.
+wxString to_display(const std::string& text) { return wxString(text.c_str(), wxConvLibc); }
+
+int width_of(wxDC& dc, const std::string& text) {
+  const wxString shown = to_display(text);
+  return shown.empty() ? 0 : dc.GetTextExtent(shown).x;
+}
+
+}  // namespace
+
+// --- default style ------------------------------------------------------------
+
+TextElement::default_style_t::default_style_t() { set_style_info(); }
+
+void TextElement::default_style_t::set_style_info() {
+  internal_set_color(k_text_colour_key, m_settings->get_color(color_window_text));
+  internal_set_font(k_text_font_key, m_settings->get_font(font_normal_bold));
+}
+
+// --- construction -------------------------------------------------------------
+
+TextElement::TextElement() { Init(); }
+
+TextElement::TextElement(element_ptr_t parent) : UIElement(parent) { Init(); }
+
+TextElement::TextElement(element_ptr_t parent, int position_flags)
+    : UIElement(parent, position_flags) {
+  Init();
+}
+
+TextElement::TextElement(element_ptr_t parent, int position_flags, const std::string& text)
+    : UIElement(parent, position_flags), m_text(text) {
+  Init();
+}
+
+void TextElement::Init() {
+  m_multiline = false;
+  m_truncation_enabled = true;
+  m_truncated = false;
+  SetResizable(true);
+  // A style pushed down by the parent arrived while the base was being
+  // built, before this class could take its values.
+  if (GetUiStyle())
+    InvalidateColors();
+  else
+    SetUiStyle(new default_style_t);
+}
+
+// --- properties ---------------------------------------------------------------
+
+void TextElement::SetText(const std::string& text) {
+  if (text == m_text) return;
+  m_text = text;
+  UpdateSizeInternal();
+  Invalidate(false);
+}
+
+void TextElement::SetFont(const wxFont& font) {
+  if (font == m_font.value) return;
+  m_font.lock(font);
+  UpdateSizeInternal();
+  Invalidate(false);
+}
+
+void TextElement::SetColor(const wxColour& colour) {
+  m_color.lock(colour);
+  Invalidate(false);
+}
+
+void TextElement::SetTextTruncation(bool enabled) {
+  m_truncation_enabled = enabled;
+  Invalidate(false);
+}
+
+void TextElement::SetMultilineMode(bool multiline) {
+  m_multiline = multiline;
+  UpdateSizeInternal();
+  Invalidate(false);
+}
+
+wxSize TextElement::GetSize() const { return m_natural_size; }
+
+wxSize TextElement::GetMinSize() const { return IsResizable() ? wxSize(0, 0) : m_natural_size; }
+
+void TextElement::InvalidateColors() {
+  talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle();
+  // Without a style of its own the element follows the palette directly.
+  if (!style) style = new default_style_t;
+  m_font.refresh(style->get_font(k_text_font_key));
+  m_color.refresh(style->get_color(k_text_colour_key));
+  UpdateSizeInternal();
+}
+
+// --- measuring ----------------------------------------------------------------
+
+wxDC* TextElement::GetDC() {
+  wxDC* dc = GetCurrentDC();
+  if (dc == nullptr) {
+    wxWindow* holder = GetHolder();
+    // Without a holder window the screen's context still measures the font.
+    if (holder != nullptr)
+      dc = new wxClientDC(holder);
+    else
+      dc = new wxScreenDC;
+  }
+  // A null font (an unknown style key) leaves the context's own font.
+  if (m_font.value.IsOk()) dc->SetFont(m_font.value);
+  return dc;
+}
+
+void TextElement::ReleaseDC(wxDC* dc) {
+  if (dc != GetCurrentDC()) delete dc;
+}
+
+void TextElement::UpdateSizeInternal() {
+  wxDC* dc = GetDC();
+  const wxString shown = to_display(m_text);
+  wxCoord width = 0;
+  wxCoord height = 0;
+  if (!shown.empty()) {
+    if (m_multiline)
+      dc->GetMultiLineTextExtent(shown, &width, &height);
+    else
+      dc->GetTextExtent(shown, &width, &height);
+  }
+  m_natural_size = wxSize(width, height);
+  ReleaseDC(dc);
+  Invalidate(true);
+  SizeChanged(m_natural_size);
+}
+
+std::string TextElement::AddEllipsis(const std::string& text, int max_width, bool force) {
+  const bool was_truncated = m_truncated;
+  std::string result = text;
+  wxDC* dc = GetDC();
+  if (!force && width_of(*dc, result) <= max_width) {
+    m_truncated = false;
+  } else {
+    m_truncated = true;
+    for (;;) {
+      if (result.empty()) break;
+      // Cut by bytes: a multi-byte character may be split where it falls.
+      result.pop_back();
+      const std::string candidate = result + k_ellipsis;
+      if (width_of(*dc, candidate) <= max_width) {
+        result = candidate;
+        break;
+      }
+    }
+  }
+  if (m_truncated != was_truncated) TruncationChanged(m_truncated);
+  ReleaseDC(dc);
+  return result;
+}
+
+// --- painting -----------------------------------------------------------------
+
+void TextElement::OnDraw(wxDC& dc, const wxRect& rect) {
+  if (m_color.value.IsOk()) dc.SetTextForeground(m_color.value);
+  if (m_font.value.IsOk()) dc.SetFont(m_font.value);
+  if (m_multiline) {
+    dc.DrawLabel(to_display(m_text), wxNullBitmap, rect, 0, -1);
+  } else {
+    const std::string shown = m_truncation_enabled ? AddEllipsis(m_text, rect.width, false) : m_text;
+    // The clipping of the paint pass cuts what overflows an uncut line.
+    if (!shown.empty()) dc.DrawText(to_display(shown), rect.x, rect.y);
+  }
+  dc.SetFont(wxNullFont);
+}
+
+}  // namespace elements
+}  // namespace orvix1

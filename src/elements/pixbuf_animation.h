@@ -1,0 +1,42 @@
+#ifndef ORVIX1_SRC_ELEMENTS_PIXBUF_ANIMATION_H
+#define ORVIX1_SRC_ELEMENTS_PIXBUF_ANIMATION_H
+
+// GdkPixbuf animations for frame-by-frame drawing. wx's GTK animation keeps
+// its frames to itself; GdkPixbuf hands out fully composed frames (partial
+// frames of optimised GIFs already laid over what came before) and each
+// frame's delay. Times are microseconds of the real-time clock.
+
+#include <cstdint>
+#include <string>
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <wx/animate.h>
+#include <wx/image.h>
+
+namespace orvix1 {
+namespace elements {
+namespace pixbuf {
+
+// The animation in `bytes` (any format GdkPixbuf reads; a still picture
+// becomes a one-frame animation), with a reference of its own for the
+// caller; null with a reason in `error` when the bytes are not a picture.
+GdkPixbufAnimation* load_animation(const std::string& bytes, std::string& error);
+
+// The animation behind a wx animation made by wx's GTK implementation, with
+// a reference of its own for the caller; null for an empty animation or
+// one made by the generic implementation.
+GdkPixbufAnimation* animation_of(const wxAnimation& animation);
+
+// An iterator that starts at `start_us`.
+GdkPixbufAnimationIter* start_iter(GdkPixbufAnimation* animation, std::int64_t start_us);
+// Moves the iterator to `now_us`; true when the frame changed.
+bool advance_iter(GdkPixbufAnimationIter* iter, std::int64_t now_us);
+
+// A copy of the pixels, alpha included; an invalid image for null.
+wxImage to_image(GdkPixbuf* frame);
+
+}  // namespace pixbuf
+}  // namespace elements
+}  // namespace orvix1
+
+#endif

@@ -1,0 +1,419 @@
+#include "orvix1/elements/UIElement.h"
+
+#include <memory>
+
+#include <gtest/gtest.h>
+#include <wx/dcmemory.h>
+
+#include "support/fake_element_host.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1::elements;
+using orvix1_test::fake_element_host_t;
+using orvix1_test::take_asserts;
+
+using log_t = std::vector<std::string>;
+
+// An element of a fixed size that writes down what happens to it.
+class probe_t : public UIElement {
+ public:
+  probe_t(element_ptr_t parent, int flags, wxSize size, log_t* log, const std::string& name)
+      : UIElement(parent, flags), m_size(size), m_log(log) {
+    SetTestID(name);
+  }
+  wxSize GetSize() const override { return m_size; }
+  wxSize GetMinSize() const override { return m_size; }
+
+  void OnDraw(wxDC&, const wxRect& rect) override {
+    write("draw");
+    drawn_in = rect;
+  }
+  void OnMouseMove(const wxMouseEvent&, bool& propagate) override {
+    write("move");
+    propagate = m_propagate;
+  }
+  void OnMouseDown(const wxMouseEvent&, bool& propagate) override {
+    write("down");
+    propagate = m_propagate;
+  }
+  void OnMouseUp(const wxMouseEvent&, bool& propagate) override {
+    write("up");
+    propagate = m_propagate;
+  }
+  void OnMouseClick(const wxMouseEvent& event, bool& propagate) override {
+    write("click");
+    UIElement::OnMouseClick(event, propagate);
+  }
+  void OnVisibilityChanged(bool on_screen) override {
+    write(on_screen ? "shown" : "hidden");
+  }
+  void InvalidateColors() override { write("colors"); }
+
+  void stop_propagation() { m_propagate = false; }
+  wxRect drawn_in;
+
+ private:
+  void write(const std::string& what) {
+    if (m_log != nullptr) m_log->push_back(GetTestID() + " " + what);
+  }
+  wxSize m_size;
+  log_t* m_log;
+  bool m_propagate = true;
+};
+
+using probe_ptr_t = talvar2::intrusive_pointer_t<probe_t>;
+constexpr int k_fill = UIElement::pfHExpand | UIElement::pfVExpand;
+constexpr int k_left = UIElement::pfLeft | UIElement::pfTop;
+
+wxMouseEvent mouse(wxEventType type, int x, int y) {
+  wxMouseEvent event(type);
+  event.SetPosition(wxPoint(x, y));
+  event.m_leftDown = type == wxEVT_LEFT_DOWN || type == wxEVT_MOTION;
+  return event;
+}
+
+class UIElementTest : public ::testing::Test {
+ protected:
+  void SetUp() override { take_asserts(); }
+  probe_ptr_t probe(element_ptr_t parent, int flags, wxSize size, const std::string& name) {
+    return new probe_t(parent, flags, size, &m_log, name);
+  }
+  void paint() {
+    wxBitmap bitmap(100, 100);
+    wxMemoryDC dc(bitmap);
+    m_root->ProcessDraw(dc, wxRect(0, 0, 100, 100), false);
+  }
+
+  log_t m_log;
+  element_ptr_t m_root{new UIElement()};
+  fake_element_host_t m_host{m_root};
+};
+
+TEST_F(UIElementTest, TopOfTheListWinsHitsButIsPaintedFirstAndBothGetTheMouse) {
+  probe_ptr_t top = probe(m_root, k_fill, wxSize(10, 10), "top");
+  probe_ptr_t under = probe(m_root, k_fill, wxSize(10, 10), "under");
+  EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(50, 50)), top);
+
+  paint();
+  EXPECT_EQ(m_log, (log_t{"top draw", "under draw"}));  // the later one lands on top
+
+  m_log.clear();
+  m_root->ProcessMouse(mouse(wxEVT_LEFT_DOWN, 50, 50));
+  EXPECT_EQ(m_log, (log_t{"top down", "under down"}));
+
+  m_root->ChangeZOrderToTop(under);
+  EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(50, 50)), under);
+  EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(150, 50)), element_ptr_t());
+}
+
+TEST_F(UIElementTest, PointerOutsideAllChildrenHitsTheParent) {
+  probe(m_root, k_left, wxSize(10, 10), "corner");
+  EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(50, 50)), m_root);
+  EXPECT_TRUE(m_root->HitTest(wxPoint(0, 0)));
+  EXPECT_FALSE(m_root->HitTest(wxPoint(100, 100)));  // the edge is outside
+}
+
+TEST_F(UIElementTest, ReleaseOutsideGivesNoClickAndKeepsThePress) {
+  probe_ptr_t button = probe(m_root, k_left, wxSize(20, 20), "button");
+  paint();  // lays the tree out, as the host's first paint does
+  m_log.clear();
+  button->ProcessMouse(mouse(wxEVT_LEFT_DOWN, 5, 5));
+  EXPECT_TRUE(button->IsPressed());
+  button->ProcessMouse(mouse(wxEVT_LEFT_UP, 50, 50));  // e.g. delivered under capture
+  EXPECT_EQ(m_log, (log_t{"button down", "button up"}));
+  EXPECT_TRUE(button->IsPressed());
+
+  m_log.clear();
+  button->ProcessMouse(mouse(wxEVT_LEFT_UP, 5, 5));  // a later release inside clicks
+  EXPECT_EQ(m_log, (log_t{"button up", "button click"}));
+  EXPECT_FALSE(button->IsPressed());
+}
+
+TEST_F(UIElementTest, AHandlerCanStopThePropagationToChildren) {
+  probe_ptr_t outer = probe(m_root, k_fill, wxSize(10, 10), "outer");
+  probe_ptr_t inner = probe(outer, k_fill, wxSize(10, 10), "inner");
+  m_root->ProcessMouse(mouse(wxEVT_MOTION, 5, 5));
+  EXPECT_EQ(m_log, (log_t{"outer move", "inner move"}));
+  m_log.clear();
+  outer->stop_propagation();
+  m_root->ProcessMouse(mouse(wxEVT_MOTION, 5, 5));
+  EXPECT_EQ(m_log, (log_t{"outer move"}));
+}
+
+TEST_F(UIElementTest, InvisibleChildrenAreNeitherHitNorPaintedNorSentTheMouse) {
+  probe_ptr_t hidden = probe(m_root, k_fill, wxSize(10, 10), "hidden");
+  hidden->SetAcceptFocus(true);
+  hidden->SetVisible(false);
+  EXPECT_EQ(m_log, (log_t{"hidden hidden"}));
+
+  m_log.clear();
+  EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(5, 5)), m_root);
+  paint();
+  m_root->ProcessMouse(mouse(wxEVT_LEFT_DOWN, 5, 5));
+  EXPECT_TRUE(m_log.empty());
+
+  m_root->ProcessVisibilityChanged();  // still visited
+  EXPECT_EQ(m_log, (log_t{"hidden hidden"}));
+  EXPECT_TRUE(m_root->ProcessChangeFocus(true));  // and still focusable this way
+  EXPECT_TRUE(hidden->IsFocused());
+}
+
+TEST_F(UIElementTest, SettingTheSameVisibilityDoesNothing) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
+  int signals = 0;
+  struct counter_t : talvar2::subscriber_base_t {
+    int* count;
+    void on(element_ptr_t) { ++*count; }
+  } counter;
+  counter.count = &signals;
+  child->VisibilityChanged.connect(&counter, &counter_t::on);
+  const int requests_before = m_host.holder_requests;
+  child->SetVisible(true);
+  EXPECT_EQ(signals, 0);
+  EXPECT_EQ(m_host.holder_requests, requests_before);
+  child->SetVisible(false);
+  EXPECT_EQ(signals, 1);
+  EXPECT_GT(m_host.holder_requests, requests_before);
+}
+
+TEST_F(UIElementTest, MarginsLargerThanTheRectangleLeaveAnEmptyInside) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 8), "child");
+  child->SetMargin(margin_t(6, 5, 7, 4));
+  paint();
+  EXPECT_EQ(child->drawn_in, wxRect(6, 5, 0, 0));
+  child->SetMargin(margin_t(1, 2, 3, 1));
+  paint();
+  EXPECT_EQ(child->drawn_in, wxRect(1, 2, 6, 5));
+}
+
+TEST_F(UIElementTest, FrozenElementsNeitherDirtyTheLayoutNorRepaint) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
+  paint();
+  EXPECT_FALSE(m_root->IsLayoutDirty());
+  const int requests = m_host.holder_requests;
+  child->FreezeUpdates(true);
+  child->Invalidate(true);
+  EXPECT_FALSE(m_root->IsLayoutDirty());
+  EXPECT_EQ(m_host.holder_requests, requests);
+
+  child->FreezeUpdates(false);
+  child->Invalidate(true);
+  EXPECT_TRUE(m_root->IsLayoutDirty());
+  EXPECT_EQ(m_host.holder_requests, requests + 1);
+}
+
+// root: a(0) [b(0) c(0) d(5)] e(2, not focusable) f(9)
+TEST_F(UIElementTest, TabWalkGoesDepthFirstInTabOrderBothWays) {
+  probe_ptr_t a = probe(m_root, k_left, wxSize(10, 10), "a");
+  probe_ptr_t b = probe(a, k_left, wxSize(1, 1), "b");
+  probe_ptr_t c = probe(a, k_left, wxSize(1, 1), "c");
+  probe_ptr_t d = probe(a, k_left, wxSize(1, 1), "d");
+  probe_ptr_t e = probe(m_root, k_left, wxSize(10, 10), "e");
+  probe_ptr_t f = probe(m_root, k_left, wxSize(10, 10), "f");
+  c->SetTabOrder(0);  // equal to b: only the first in list order is reachable
+  d->SetTabOrder(5);
+  e->SetTabOrder(2);
+  f->SetTabOrder(9);
+  for (probe_ptr_t element : {b, c, d, f}) element->SetAcceptFocus(true);
+
+  EXPECT_EQ(m_root->MoveFocusForward(element_ptr_t()), b);  // nothing focused: from the top
+  EXPECT_EQ(m_root->MoveFocusForward(b), d);
+  EXPECT_EQ(m_root->MoveFocusForward(d), f);  // e has no children and takes no focus
+  EXPECT_EQ(m_root->MoveFocusForward(f), element_ptr_t());  // no wrap-around
+
+  EXPECT_EQ(m_root->MoveFocusBack(f), d);
+  EXPECT_EQ(m_root->MoveFocusBack(d), b);
+  EXPECT_EQ(m_root->MoveFocusBack(b), element_ptr_t());
+  EXPECT_EQ(m_root->MoveFocusBack(element_ptr_t()), f);
+
+  d->SetVisible(false);  // invisible ones are passed over
+  EXPECT_EQ(m_root->MoveFocusForward(b), f);
+  EXPECT_EQ(m_host.requests.back(), "focus f");
+}
+
+TEST_F(UIElementTest, FocusNeedsConsent) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
+  EXPECT_FALSE(child->SetFocus(true));
+  EXPECT_FALSE(child->IsFocused());
+  child->SetAcceptFocus(true);
+  EXPECT_TRUE(child->SetFocus(true));
+  EXPECT_EQ(m_host.requests, (std::vector<std::string>{"focus child"}));
+  child->SetAcceptFocus(false);
+  EXPECT_FALSE(child->SetFocus(false));
+  EXPECT_TRUE(child->IsFocused());
+
+  probe_ptr_t clickable = probe(m_root, k_left, wxSize(10, 10), "clickable");
+  clickable->SetAcceptFocus(true);
+  paint();  // docked below and beside the first child: (10, 10, 10, 10)
+  clickable->ProcessMouse(mouse(wxEVT_LEFT_DOWN, 15, 15));
+  clickable->ProcessMouse(mouse(wxEVT_LEFT_UP, 15, 15));
+  EXPECT_TRUE(clickable->IsFocused());  // click-to-focus comes from the base
+}
+
+TEST_F(UIElementTest, TabOrdersOfNewChildren) {
+  EXPECT_EQ(m_root->GenerateUniqueTabOrder(), 0);
+  probe_ptr_t first = probe(m_root, k_left, wxSize(1, 1), "first");
+  probe_ptr_t second = probe(m_root, k_left, wxSize(1, 1), "second");
+  EXPECT_EQ(first->GetTabOrder(), 0);
+  EXPECT_EQ(second->GetTabOrder(), 1);
+  first->SetTabOrder(3);
+  second->SetTabOrder(7);
+  EXPECT_EQ(m_root->GenerateUniqueTabOrder(), 8);
+
+  probe_ptr_t other_parent = probe(m_root, k_left, wxSize(1, 1), "other");
+  probe_ptr_t moved = probe(other_parent, k_left, wxSize(1, 1), "moved");
+  moved->ChangeParent(m_root);
+  EXPECT_EQ(moved->GetParent(), m_root.get());
+  EXPECT_TRUE(other_parent->GetChildren().empty());
+  EXPECT_EQ(moved->GetTabOrder(), 9);  // among 3, 7, 8 and its own 0
+}
+
+TEST_F(UIElementTest, TreeOperationsAndTheirSignals) {
+  // Names are read at the end: a child joins its parent before it has one.
+  struct watcher_t : talvar2::subscriber_base_t {
+    std::vector<std::pair<char, element_ptr_t>> events;
+    void added(element_ptr_t, element_ptr_t child) { events.emplace_back('+', child); }
+    void removed(element_ptr_t, element_ptr_t child) { events.emplace_back('-', child); }
+    log_t names() const {
+      log_t result;
+      for (const auto& event : events) result.push_back(event.first + event.second->GetTestID());
+      return result;
+    }
+  } watcher;
+  m_root->ChildAdded.connect(&watcher, &watcher_t::added);
+  m_root->ChildRemoved.connect(&watcher, &watcher_t::removed);
+
+  probe_ptr_t a = probe(m_root, k_left, wxSize(1, 1), "a");
+  probe_ptr_t b = probe(m_root, k_left, wxSize(1, 1), "b");
+  probe_ptr_t c = probe(m_root, k_left, wxSize(1, 1), "c");
+  m_root->ChangeZOrderToBack(a);
+  m_root->ChangeZOrderToBeforeElement(c, b);
+  auto order = [this] {
+    std::string names;
+    for (const element_ptr_t& child : m_root->GetChildren()) names += child->GetTestID();
+    return names;
+  };
+  EXPECT_EQ(order(), "cba");
+  m_root->ChangeZOrderToAfterElement(c, a);
+  EXPECT_EQ(order(), "bac");
+
+  element_ptr_t d(new UIElement());
+  d->SetTestID("d");
+  m_root->ReplaceChild(a, d);
+  EXPECT_EQ(order(), "bdc");
+  EXPECT_EQ(a->GetParent(), nullptr);
+  EXPECT_EQ(d->GetParent(), m_root.get());
+
+  b->Destroy();
+  EXPECT_TRUE(b->IsDestroyed());
+  EXPECT_EQ(order(), "dc");
+  EXPECT_EQ(watcher.names(), (log_t{"+a", "+b", "+c", "-a", "+d", "-b"}));
+
+  // Misuse is reported and changes nothing.
+  m_root->AddChild(c);
+  m_root->RemoveChild(a);
+  m_root->ChangeZOrderToTop(a);
+  m_root->ChangeZOrderToBeforeElement(c, a);
+  const auto asserts = take_asserts();
+  ASSERT_EQ(asserts.size(), 4u);
+  EXPECT_EQ(asserts[0].condition,
+            "std::find(m_children.begin(),m_children.end(),element) == m_children.end()");
+  EXPECT_EQ(asserts[0].function, "AddChild");
+  EXPECT_EQ(asserts[1].condition,
+            "std::find(m_children.begin(),m_children.end(),element) != m_children.end()");
+  EXPECT_EQ(asserts[1].function, "RemoveChild");
+  EXPECT_EQ(asserts[2].condition, "element != m_children.end()");
+  EXPECT_EQ(asserts[3].condition, "pos != m_children.end()");
+  EXPECT_EQ(asserts[3].function, "ChangeZOrderToBeforeElement");
+  EXPECT_EQ(order(), "dc");
+}
+
+TEST_F(UIElementTest, DestroyingAParentTakesItsChildrenAndTimersAlong) {
+  probe_ptr_t parent = probe(m_root, k_left, wxSize(10, 10), "parent");
+  probe_ptr_t child = probe(parent, k_left, wxSize(5, 5), "child");
+  child->SetTimer(100);
+  EXPECT_TRUE(child->IsTimerRunning());
+  parent->Destroy();
+  EXPECT_TRUE(child->IsDestroyed());
+  EXPECT_FALSE(child->IsTimerRunning());
+  EXPECT_EQ(child->GetParent(), nullptr);
+  EXPECT_TRUE(m_root->GetChildren().empty());
+  EXPECT_EQ(m_host.requests, (std::vector<std::string>{"timer child 100", "kill child"}));
+}
+
+TEST_F(UIElementTest, TimersAndCaptureGoThroughTheRoot) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
+  child->SetTimer(250);
+  child->KillTimer();
+  child->CaptureMouse();
+  child->ReleaseMouse();
+  EXPECT_EQ(m_host.requests, (std::vector<std::string>{"timer child 250", "kill child",
+                                                       "capture child", "release"}));
+
+  element_ptr_t detached(new UIElement());
+  detached->SetTimer(10);
+  detached->CaptureMouse();
+  EXPECT_FALSE(detached->IsTimerRunning());
+  EXPECT_EQ(detached->GetRect(), wxRect());
+  const auto asserts = take_asserts();
+  ASSERT_EQ(asserts.size(), 3u);
+  EXPECT_EQ(asserts[0].condition, "GetRootElement()->RequestSetTimer.empty() == false");
+  EXPECT_EQ(asserts[0].function, "SetTimer");
+  EXPECT_EQ(asserts[1].condition, "GetRootElement()->RequestCaptureMouse.empty() == false");
+  EXPECT_EQ(asserts[2].condition, "RequestClientRect.empty() == false");
+  EXPECT_EQ(asserts[2].function, "GetRect");
+}
+
+TEST_F(UIElementTest, EnterAndLeaveHooksSignal) {
+  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
+  struct watcher_t : talvar2::subscriber_base_t {
+    log_t events;
+    void entered(element_ptr_t e) { events.push_back("enter " + e->GetTestID()); }
+    void left(element_ptr_t e) { events.push_back("leave " + e->GetTestID()); }
+  } watcher;
+  child->MouseEntered.connect(&watcher, &watcher_t::entered);
+  child->MouseLeft.connect(&watcher, &watcher_t::left);
+  child->OnMouseEnter(mouse(wxEVT_ENTER_WINDOW, 1, 1));
+  child->OnMouseLeave(mouse(wxEVT_LEAVE_WINDOW, 1, 1));
+  EXPECT_EQ(watcher.events, (log_t{"enter child", "leave child"}));
+}
+
+class plain_style_t : public orvix1::ui_style_t {};
+
+TEST_F(UIElementTest, StylesPropagateToNewChildrenAndColoursAreDropped) {
+  talvar2::intrusive_pointer_t<orvix1::ui_style_t> style(new plain_style_t);
+  probe_ptr_t parent = probe(m_root, k_left, wxSize(10, 10), "parent");
+  parent->SetStylePropagation(true);
+  parent->SetUiStyle(style);
+  probe_ptr_t child = probe(parent, k_left, wxSize(5, 5), "child");
+  EXPECT_EQ(child->GetUiStyle(), style);
+  probe_ptr_t unstyled = probe(m_root, k_left, wxSize(5, 5), "unstyled");
+
+  m_log.clear();
+  style->on_ui_settings_updated();  // the style changed: its users drop colours
+  EXPECT_EQ(m_log, (log_t{"parent colors", "child colors"}));
+
+  m_log.clear();
+  m_root->ProcessSysColorChanged();  // only unstyled elements drop theirs
+  EXPECT_EQ(m_log, (log_t{"unstyled colors"}));
+}
+
+TEST_F(UIElementTest, BindingsLiveAsLongAsTheElement) {
+  auto kept = std::make_shared<int>(7);
+  unsigned long first = 0;
+  {
+    probe_ptr_t child = probe(m_root, k_left, wxSize(1, 1), "child");
+    first = child->AddBinding(kept);
+    const unsigned long second = child->AddBinding(std::string("helper"));
+    EXPECT_NE(first, second);
+    EXPECT_EQ(kept.use_count(), 2);
+    child->RemoveBinding(second);
+    EXPECT_EQ(child->GetBindingsCount(), 1u);
+    child->Destroy();
+  }
+  EXPECT_EQ(kept.use_count(), 1);
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+#ifndef ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
+#define ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
+
+// A real holder window with an adapter and a tree of recording elements,
+// for the tests of the adapter and of what drives elements through it.
+//
+// frame > panel > { button "previous" (at 0,110), holder (200x100 at 0,0),
+//                   button "next" (at 210,0) }
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/frame.h>
+#include <wx/panel.h>
+
+#include "orvix1/elements/ElementAdapter.h"
+#include "support/wx_test_environment.h"
+
+namespace orvix1_test {
+
+using log_t = std::vector<std::string>;
+
+// An element of a fixed size that writes down what happens to it as
+// "<test id> <what>".
+class recording_element_t : public orvix1::elements::UIElement {
+ public:
+  using element_ptr_t = orvix1::elements::element_ptr_t;
+
+  // A root.
+  recording_element_t(log_t* log, const std::string& name) : m_log(log) { SetTestID(name); }
+  // A child docked to the left of its parent's remaining space, as high as
+  // its parent.
+  recording_element_t(element_ptr_t parent, wxSize size, log_t* log, const std::string& name)
+      : UIElement(parent, pfLeft | pfVExpand), m_size(size), m_log(log) {
+    SetTestID(name);
+  }
+
+  wxSize GetSize() const override { return GetParent() != nullptr ? m_size : UIElement::GetSize(); }
+  wxSize GetMinSize() const override { return GetSize(); }
+
+  void OnDraw(wxDC&, const wxRect& rect) override { drawn.push_back(rect); }
+  void OnTimer() override { write("timer"); }
+  void InvalidateColors() override { write("colours"); }
+  void OnVisibilityChanged(bool on_screen) override { write(on_screen ? "shown" : "hidden"); }
+  void OnMouseEnter(const wxMouseEvent& event) override {
+    write("enter");
+    UIElement::OnMouseEnter(event);
+  }
+  void OnMouseLeave(const wxMouseEvent& event) override {
+    write("leave");
+    UIElement::OnMouseLeave(event);
+  }
+  void OnMouseMove(const wxMouseEvent&, bool&) override { write("move"); }
+  void OnMouseDown(const wxMouseEvent&, bool&) override { write("down"); }
+  void OnMouseUp(const wxMouseEvent&, bool&) override { write("up"); }
+  void OnMouseClick(const wxMouseEvent& event, bool& propagate) override {
+    write("click");
+    UIElement::OnMouseClick(event, propagate);
+  }
+  void OnKeyPress(wxKeyEvent& event) override {
+    write("key " + std::to_string(event.GetKeyCode()));
+    if (skip_keys) event.Skip();
+  }
+
+  std::vector<wxRect> drawn;
+  bool skip_keys = false;
+
+ private:
+  void write(const std::string& what) {
+    if (m_log != nullptr) m_log->push_back(GetTestID() + " " + what);
+  }
+
+  wxSize m_size;
+  log_t* m_log;
+};
+
+using recording_ptr_t = talvar2::intrusive_pointer_t<recording_element_t>;
+
+class adapter_fixture_t : public ::testing::Test {
+ protected:
+  using element_ptr_t = orvix1::elements::element_ptr_t;
+
+  void SetUp() override {
+    take_asserts();
+    frame = new wxFrame(nullptr, wxID_ANY, "adapter", wxPoint(20, 20), wxSize(400, 200));
+    panel = new wxPanel(frame);
+    previous = new wxButton(panel, wxID_ANY, "previous", wxPoint(0, 110));
+    holder = new wxWindow(panel, wxID_ANY, wxPoint(0, 0), wxSize(200, 100));
+    holder->SetBackgroundStyle(wxBG_STYLE_PAINT);
+    next = new wxButton(panel, wxID_ANY, "next", wxPoint(210, 0));
+    frame->Show();
+    pump_events();
+    adapter = std::make_unique<orvix1::elements::ElementAdapter>(holder);
+    root = new recording_element_t(&log, "root");
+    adapter->SetRootElement(root);
+  }
+  void TearDown() override {
+    adapter.reset();
+    if (holder != nullptr && holder->HasCapture()) holder->ReleaseMouse();
+    frame->Destroy();
+    pump_events();
+  }
+
+  recording_ptr_t add(const element_ptr_t& parent, wxSize size, const std::string& name) {
+    return new recording_element_t(parent, size, &log, name);
+  }
+
+  // Paints the holder at once, which lays the tree out as well.
+  void paint() {
+    holder->Refresh();
+    holder->Update();
+  }
+
+  // A mouse event as the holder receives it, through the holder's handlers.
+  void send_mouse(wxEventType type, int x, int y, bool left_down = false) {
+    wxMouseEvent event(type);
+    event.SetPosition(wxPoint(x, y));
+    event.SetLeftDown(left_down);
+    event.SetEventObject(holder);
+    holder->ProcessWindowEvent(event);
+  }
+
+  // What was recorded since the last call.
+  log_t take_log() {
+    log_t taken;
+    taken.swap(log);
+    return taken;
+  }
+
+  log_t log;
+  wxFrame* frame = nullptr;
+  wxPanel* panel = nullptr;
+  wxWindow* holder = nullptr;
+  wxButton* previous = nullptr;
+  wxButton* next = nullptr;
+  std::unique_ptr<orvix1::elements::ElementAdapter> adapter;
+  recording_ptr_t root;
+};
+
+}  // namespace orvix1_test
+
+#endif

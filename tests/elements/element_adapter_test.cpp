@@ -1,0 +1,485 @@
+#include "orvix1/elements/ElementAdapter.h"
+
+#include <algorithm>
+
+#include <gtk/gtk.h>
+#include <gtest/gtest.h>
+
+#include "elements/adapter_fixture.h"
+
+namespace {
+
+using namespace orvix1::elements;
+using orvix1_test::log_t;
+using orvix1_test::recording_ptr_t;
+using orvix1_test::take_asserts;
+
+std::vector<std::string> conditions(const std::vector<orvix1_test::recorded_assert_t>& asserts) {
+  std::vector<std::string> texts;
+  for (const auto& recorded : asserts) texts.push_back(recorded.condition);
+  return texts;
+}
+
+// The widget with the toolkit's keyboard focus inside `frame`.
+GtkWidget* toolkit_focus(wxWindow* frame) {
+  return gtk_window_get_focus(GTK_WINDOW(frame->GetHandle()));
+}
+
+// Without a window manager no top-level window is active, and the toolkit
+// moves no focus in an inactive one: give the frame the input focus. The
+// round trip to the display brings the focus-in event before the pump.
+bool activate(wxWindow* frame) {
+  gtk_window_present(GTK_WINDOW(frame->GetHandle()));
+  gdk_display_sync(gtk_widget_get_display(frame->GetHandle()));
+  orvix1_test::pump_events();
+  return gtk_window_is_active(GTK_WINDOW(frame->GetHandle()));
+}
+
+// --- mouse: enter and leave, capture, routing ---------------------------------
+
+// root (200x100) > group (100x100 at 0,0) > { a (40x100 at 0,0), b (40x100 at 40,0) }
+class ElementAdapterMouse : public orvix1_test::adapter_fixture_t {
+ protected:
+  void SetUp() override {
+    adapter_fixture_t::SetUp();
+    group = add(root, wxSize(100, 60), "group");
+    a = add(group, wxSize(40, 40), "a");
+    b = add(group, wxSize(40, 40), "b");
+    paint();
+    take_log();
+  }
+  recording_ptr_t group, a, b;
+};
+
+TEST_F(ElementAdapterMouse, MovingBetweenSiblingsLeavesOneEntersTheOtherAndSparesTheParent) {
+  ASSERT_EQ(a->GetRect(), wxRect(0, 0, 40, 100));
+  ASSERT_EQ(b->GetRect(), wxRect(40, 0, 40, 100));
+
+  send_mouse(wxEVT_ENTER_WINDOW, 10, 10);
+  EXPECT_EQ(take_log(), (log_t{"a enter", "group enter", "root enter"}));  // deepest first
+  EXPECT_EQ(adapter->GetHoveredElement(), a);
+
+  send_mouse(wxEVT_MOTION, 12, 10);  // still over a: no enter or leave
+  EXPECT_EQ(take_log(), (log_t{"root move", "group move", "a move"}));
+
+  send_mouse(wxEVT_MOTION, 50, 10);
+  EXPECT_EQ(take_log(), (log_t{"a leave", "b enter", "root move", "group move", "b move"}));
+
+  send_mouse(wxEVT_MOTION, 150, 80);  // over the root alone
+  EXPECT_EQ(take_log(), (log_t{"b leave", "group leave", "root move"}));
+
+  send_mouse(wxEVT_LEAVE_WINDOW, 250, 80);  // out of the holder
+  EXPECT_EQ(take_log(), (log_t{"root leave"}));
+  EXPECT_FALSE(adapter->GetHoveredElement());
+}
+
+TEST_F(ElementAdapterMouse, PressesAreConsumedEverythingElseGoesOnToTheHolder) {
+  struct case_t {
+    wxEventType type;
+    bool skipped;
+  };
+  for (const case_t& c : {case_t{wxEVT_MOTION, true}, case_t{wxEVT_LEFT_DOWN, false},
+                          case_t{wxEVT_LEFT_UP, true}, case_t{wxEVT_RIGHT_DOWN, false},
+                          case_t{wxEVT_LEFT_DCLICK, true}, case_t{wxEVT_MOUSEWHEEL, true}}) {
+    wxMouseEvent event(c.type);
+    event.SetPosition(wxPoint(10, 10));
+    adapter->OnMouse(event);
+    EXPECT_EQ(event.GetSkipped(), c.skipped) << "event type " << c.type;
+  }
+}
+
+TEST_F(ElementAdapterMouse, UnderCaptureOnlyTheCapturedElementHearsAndReleaseCatchesUp) {
+  send_mouse(wxEVT_MOTION, 10, 10);
+  a->CaptureMouse();
+  EXPECT_EQ(adapter->GetCaptureElement(), a);
+  EXPECT_TRUE(holder->HasCapture());
+  take_log();
+
+  send_mouse(wxEVT_MOTION, 50, 10);  // over b
+  send_mouse(wxEVT_LEFT_DOWN, 150, 80, true);  // over the root alone
+  send_mouse(wxEVT_LEFT_UP, 150, 80);
+  EXPECT_EQ(take_log(), (log_t{"a move", "a down", "a up"}));
+  EXPECT_EQ(adapter->GetHoveredElement(), a);
+
+  send_mouse(wxEVT_MOTION, 50, 10);  // back over b, then let go there
+  take_log();
+  a->ReleaseMouse();
+  EXPECT_FALSE(adapter->GetCaptureElement());
+  EXPECT_FALSE(holder->HasCapture());
+  EXPECT_EQ(take_log(), (log_t{"a leave", "b enter"}));
+  EXPECT_EQ(adapter->GetHoveredElement(), b);
+
+  send_mouse(wxEVT_MOTION, 51, 10);  // routing is back to normal
+  EXPECT_EQ(take_log(), (log_t{"root move", "group move", "b move"}));
+}
+
+TEST_F(ElementAdapterMouse, LosingTheCaptureCatchesUpWithoutReleasing) {
+  send_mouse(wxEVT_MOTION, 10, 10);
+  a->CaptureMouse();
+  send_mouse(wxEVT_MOTION, 150, 80);  // off the group
+  take_log();
+
+  // What the toolkit does when another application grabs the pointer.
+  holder->GTKReleaseMouseAndNotify();
+  EXPECT_FALSE(holder->HasCapture());
+  EXPECT_FALSE(adapter->GetCaptureElement());
+  EXPECT_EQ(take_log(), (log_t{"a leave", "group leave"}));
+  EXPECT_EQ(adapter->GetHoveredElement(), root);
+  EXPECT_TRUE(conditions(take_asserts()).empty());
+}
+
+TEST_F(ElementAdapterMouse, ASecondCaptureIsReportedAndTheWindowIsCapturedOnce) {
+  a->CaptureMouse();
+  b->CaptureMouse();
+  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_mouse_capture_element == __null"}));
+  EXPECT_EQ(adapter->GetCaptureElement(), b);
+  b->ReleaseMouse();
+  EXPECT_FALSE(holder->HasCapture());  // one release undoes it
+  EXPECT_TRUE(take_asserts().empty());
+}
+
+// --- timers -----------------------------------------------------------------
+
+class ElementAdapterTimers : public orvix1_test::adapter_fixture_t {
+ protected:
+  void SetUp() override {
+    adapter_fixture_t::SetUp();
+    fast = add(root, wxSize(10, 10), "fast");
+    slow = add(root, wxSize(10, 10), "slow");
+    take_log();
+  }
+  void TearDown() override {
+    if (fast->IsTimerRunning()) fast->KillTimer();
+    if (slow->IsTimerRunning()) slow->KillTimer();
+    adapter_fixture_t::TearDown();
+  }
+  // One tick of the shared timer, as wx delivers it.
+  void tick() {
+    wxTimerEvent event(*adapter->GetTimer());
+    holder->ProcessWindowEvent(event);
+  }
+  recording_ptr_t fast, slow;
+};
+
+TEST_F(ElementAdapterTimers, TheSharedTimerTicksAtTheShortestIntervalAndLongerOnesFireOnTheTickAfter) {
+  EXPECT_EQ(adapter->GetTimer(), nullptr);
+  fast->SetTimer(100);
+  slow->SetTimer(250);
+  wxTimer* timer = adapter->GetTimer();
+  ASSERT_NE(timer, nullptr);
+  EXPECT_EQ(timer->GetId(), ElementAdapter::timer_id);
+  EXPECT_EQ(timer->GetOwner(), holder);
+  EXPECT_EQ(timer->GetInterval(), 100);
+  EXPECT_TRUE(timer->IsRunning());
+
+  tick();
+  tick();
+  EXPECT_EQ(take_log(), (log_t{"fast timer", "fast timer"}));
+  tick();  // 300 ms: the first tick at or after 250
+  log_t third = take_log();
+  std::sort(third.begin(), third.end());
+  EXPECT_EQ(third, (log_t{"fast timer", "slow timer"}));
+
+  fast->KillTimer();
+  EXPECT_EQ(timer->GetInterval(), 250);
+  EXPECT_TRUE(timer->IsRunning());
+  tick();  // one tick is now 250 ms
+  EXPECT_EQ(take_log(), (log_t{"slow timer"}));
+  slow->KillTimer();
+  EXPECT_FALSE(timer->IsRunning());
+  tick();
+  EXPECT_TRUE(take_log().empty());
+}
+
+TEST_F(ElementAdapterTimers, TicksOfOtherTimersAreLeftAlone) {
+  fast->SetTimer(100);
+  wxTimer other(holder, ElementAdapter::timer_id + 1);
+  wxTimerEvent event(other);
+  holder->ProcessWindowEvent(event);
+  EXPECT_TRUE(take_log().empty());
+}
+
+TEST_F(ElementAdapterTimers, AnElementHoldsOneTimer) {
+  fast->SetTimer(100);
+  fast->SetTimer(300);
+  EXPECT_EQ(conditions(take_asserts()),
+            (std::vector<std::string>{"m_timers.find(sender) == m_timers.end()"}));
+  EXPECT_EQ(adapter->GetTimer()->GetInterval(), 300);  // the later request stands
+}
+
+// --- focus and keyboard ---------------------------------------------------
+
+// Focusable a (tab 2), b (tab 0), c (tab 1) and a plain element between them.
+class ElementAdapterFocus : public orvix1_test::adapter_fixture_t {
+ protected:
+  void SetUp() override {
+    adapter_fixture_t::SetUp();
+    a = focusable("a", 2);
+    add(root, wxSize(10, 10), "plain")->SetTabOrder(3);
+    b = focusable("b", 0);
+    c = focusable("c", 1);
+    take_log();
+  }
+  recording_ptr_t focusable(const std::string& name, int tab_order) {
+    recording_ptr_t element = add(root, wxSize(10, 10), name);
+    element->SetAcceptFocus(true);
+    element->SetTabOrder(tab_order);
+    return element;
+  }
+  void press(int key_code, bool shift = false) {
+    wxKeyEvent event(wxEVT_KEY_DOWN);
+    event.m_keyCode = key_code;
+    event.SetShiftDown(shift);
+    event.SetEventObject(holder);
+    holder->ProcessWindowEvent(event);
+  }
+  std::string focused() const {
+    const element_ptr_t element = adapter->GetFocusedElement();
+    return element ? element->GetTestID() : "";
+  }
+  recording_ptr_t a, b, c;
+};
+
+TEST_F(ElementAdapterFocus, TabAndShiftTabWalkTheTabOrder) {
+  press(WXK_TAB);
+  EXPECT_EQ(focused(), "b");
+  press(WXK_TAB);
+  EXPECT_EQ(focused(), "c");
+  EXPECT_FALSE(b->IsFocused());
+  press(WXK_TAB);
+  EXPECT_EQ(focused(), "a");
+  press(WXK_TAB, true);
+  EXPECT_EQ(focused(), "c");
+  EXPECT_TRUE(c->IsFocused());
+  EXPECT_FALSE(a->IsFocused());
+  EXPECT_FALSE(b->IsFocused());
+  // Every key went to the element focused at the time.
+  EXPECT_EQ(take_log(), (log_t{"b key 9", "c key 9", "a key 9"}));
+}
+
+TEST_F(ElementAdapterFocus, TabPastTheEndsLeavesTheHolderForItsSiblings) {
+  ASSERT_TRUE(activate(frame));
+  a->SetFocus(true);  // the last in tab order
+  ASSERT_EQ(toolkit_focus(frame), holder->GetHandle());
+  press(WXK_TAB);
+  EXPECT_EQ(toolkit_focus(frame), next->GetHandle());
+  orvix1_test::pump_events();
+  EXPECT_FALSE(a->IsFocused());  // the holder's focus-out took it away
+  EXPECT_FALSE(adapter->GetFocusedElement());
+
+  b->SetFocus(true);  // the first in tab order
+  ASSERT_EQ(toolkit_focus(frame), holder->GetHandle());
+  press(WXK_TAB, true);
+  EXPECT_EQ(toolkit_focus(frame), previous->GetHandle());
+}
+
+TEST_F(ElementAdapterFocus, AnElementThatSkipsTheKeyKeepsTabForItself) {
+  c->SetFocus(true);
+  c->skip_keys = true;
+  take_log();
+  press(WXK_TAB);
+  EXPECT_EQ(take_log(), (log_t{"c key 9"}));
+  EXPECT_EQ(focused(), "c");
+  c->skip_keys = false;
+  press('x');  // not Tab: the element has it, the focus stays
+  EXPECT_EQ(take_log(), (log_t{"c key 120"}));
+  EXPECT_EQ(focused(), "c");
+}
+
+TEST_F(ElementAdapterFocus, FocusEventsOfTheHolderReachTheElements) {
+  wxFocusEvent set_focus(wxEVT_SET_FOCUS, holder->GetId());
+  set_focus.SetEventObject(holder);
+  holder->ProcessWindowEvent(set_focus);
+  EXPECT_EQ(focused(), "a");  // the first in the list that accepts it
+
+  c->SetFocus(true);
+  EXPECT_FALSE(a->IsFocused());
+  wxFocusEvent kill_focus(wxEVT_KILL_FOCUS, holder->GetId());
+  kill_focus.SetEventObject(holder);
+  holder->ProcessWindowEvent(kill_focus);
+  EXPECT_FALSE(c->IsFocused());
+  EXPECT_FALSE(adapter->GetFocusedElement());
+}
+
+TEST_F(ElementAdapterFocus, AHolderWithNothingToFocusPassesTheFocusOn) {
+  for (recording_ptr_t element : {a, b, c}) element->SetAcceptFocus(false);
+  ASSERT_TRUE(activate(frame));
+  holder->SetFocus();  // the holder's focus-in reaches the adapter
+  orvix1_test::pump_events();
+  EXPECT_EQ(toolkit_focus(frame), next->GetHandle());
+  EXPECT_EQ(wxWindow::FindFocus(), next);
+}
+
+TEST_F(ElementAdapterFocus, ATopLevelHolderHasNowhereToPassTheFocus) {
+  wxFrame* lone = new wxFrame(nullptr, wxID_ANY, "lone");
+  {
+    ElementAdapter lone_adapter(lone);
+    EXPECT_FALSE(lone_adapter.PassFocusToNextWindow(1));
+  }
+  lone->Destroy();
+  EXPECT_TRUE(adapter->PassFocusToNextWindow(1));
+}
+
+// --- painting and the other window events -------------------------------------
+
+class ElementAdapterWindowEvents : public orvix1_test::adapter_fixture_t {};
+
+TEST_F(ElementAdapterWindowEvents, PaintingDrawsTheWholeTreeInTheClientRectangle) {
+  recording_ptr_t child = add(root, wxSize(30, 20), "child");
+  root->drawn.clear();
+  holder->Refresh();
+  holder->Update();
+  EXPECT_EQ(root->drawn, (std::vector<wxRect>{wxRect(0, 0, 200, 100)}));
+  EXPECT_EQ(child->drawn, (std::vector<wxRect>{wxRect(0, 0, 30, 100)}));
+
+  holder->SetSize(160, 90);
+  root->drawn.clear();
+  holder->Refresh();
+  holder->Update();
+  EXPECT_EQ(root->drawn, (std::vector<wxRect>{wxRect(0, 0, 160, 90)}));
+}
+
+TEST_F(ElementAdapterWindowEvents, OnlyTheHoldersOwnSizeEventsCount) {
+  holder->Refresh();
+  holder->Update();
+  ASSERT_FALSE(root->IsLayoutDirty());
+
+  wxSizeEvent of_button(wxSize(5, 5), next->GetId());
+  of_button.SetEventObject(next);
+  adapter->OnSize(of_button);
+  EXPECT_FALSE(root->IsLayoutDirty());
+
+  wxSizeEvent of_holder(wxSize(200, 100), holder->GetId());
+  of_holder.SetEventObject(holder);
+  holder->ProcessWindowEvent(of_holder);
+  EXPECT_TRUE(root->IsLayoutDirty());
+  EXPECT_TRUE(of_holder.GetSkipped());  // the holder's own handling goes on
+}
+
+TEST_F(ElementAdapterWindowEvents, EraseEventsAreSkippedUnlessTheAdapterIsToldToTakeThem) {
+  wxEraseEvent first(holder->GetId());
+  adapter->OnEraseBackground(first);
+  EXPECT_TRUE(first.GetSkipped());
+  adapter->HandleEraseBackground(true);
+  wxEraseEvent second(holder->GetId());
+  adapter->OnEraseBackground(second);
+  EXPECT_FALSE(second.GetSkipped());
+}
+
+TEST_F(ElementAdapterWindowEvents, ShowAndColourChangesReachEveryElement) {
+  add(root, wxSize(10, 10), "child");
+  take_log();
+  wxShowEvent shown(holder->GetId(), true);
+  shown.SetEventObject(holder);
+  holder->ProcessWindowEvent(shown);
+  EXPECT_EQ(take_log(), (log_t{"root shown", "child shown"}));
+
+  wxSysColourChangedEvent colours;
+  colours.SetEventObject(holder);
+  holder->ProcessWindowEvent(colours);
+  EXPECT_EQ(take_log(), (log_t{"root colours", "child colours"}));
+}
+
+// --- lifetime and preconditions ---------------------------------------------
+
+class ElementAdapterLifetime : public orvix1_test::adapter_fixture_t {};
+
+TEST_F(ElementAdapterLifetime, AHolderDestroyedFirstDetachesTheAdapter) {
+  recording_ptr_t child = add(root, wxSize(10, 10), "child");
+  child->SetTimer(100);
+  child->CaptureMouse();
+  ASSERT_TRUE(holder->HasCapture());
+
+  holder->Destroy();
+  holder = nullptr;
+  EXPECT_EQ(adapter->GetHolder(), nullptr);
+  EXPECT_EQ(adapter->GetTimer(), nullptr);
+  EXPECT_FALSE(adapter->GetCaptureElement());
+  EXPECT_EQ(wxWindow::GetCapture(), nullptr);
+
+  // Later requests find no window and do nothing.
+  child->KillTimer();
+  child->SetTimer(50);
+  EXPECT_EQ(adapter->GetTimer(), nullptr);
+  child->CaptureMouse();
+  EXPECT_FALSE(adapter->GetCaptureElement());
+  child->ReleaseMouse();
+  EXPECT_EQ(root->GetHolder(), nullptr);
+  EXPECT_EQ(root->GetRect(), wxRect());
+  EXPECT_TRUE(take_asserts().empty());
+}
+
+TEST_F(ElementAdapterLifetime, DestroyingTheAdapterLetsGoOfTheTreeAndTheWindow) {
+  recording_ptr_t child = add(root, wxSize(10, 10), "child");
+  child->SetTimer(100);
+  child->CaptureMouse();
+  send_mouse(wxEVT_MOTION, 5, 5);
+  EXPECT_TRUE(root->RequestClientRect.has_connections());
+
+  adapter.reset();
+  for (const talvar2::_internal::signal_base_t* signal :
+       {static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestClientRect),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestHolderWindow),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestSetTimer),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestKillTimer),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestCaptureMouse),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestReleaseMouse),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestSetTooltip),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestClearTooltip),
+        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestChangeFocus)})
+    EXPECT_FALSE(signal->has_connections());
+  EXPECT_FALSE(holder->HasCapture());
+
+  // The holder's events no longer reach the tree.
+  root->drawn.clear();
+  take_log();
+  holder->Refresh();
+  holder->Update();
+  send_mouse(wxEVT_MOTION, 5, 5);
+  EXPECT_TRUE(root->drawn.empty());
+  EXPECT_TRUE(take_log().empty());
+  EXPECT_EQ(child->ref_count(), 2u);  // the test's and the parent's; no adapter's
+}
+
+TEST_F(ElementAdapterLifetime, ANewRootTakesOverTheRequests) {
+  recording_ptr_t child = add(root, wxSize(10, 10), "child");
+  child->SetTimer(100);
+  send_mouse(wxEVT_MOTION, 5, 5);
+  element_ptr_t other = new UIElement();
+  adapter->SetRootElement(other);
+  EXPECT_FALSE(root->RequestClientRect.has_connections());
+  EXPECT_TRUE(other->RequestClientRect.has_connections());
+  EXPECT_EQ(other->GetRect(), wxRect(0, 0, 200, 100));
+  EXPECT_FALSE(adapter->GetHoveredElement());
+  EXPECT_FALSE(adapter->GetTimer()->IsRunning());  // the old tree's timers went with it
+  EXPECT_EQ(child->ref_count(), 2u);
+}
+
+TEST_F(ElementAdapterLifetime, BrokenPreconditionsAreReportedWithTheirTexts) {
+  {
+    ElementAdapter without_holder(nullptr);
+  }
+  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"holder != __null"}));
+
+  element_ptr_t docked = new UIElement();
+  docked->SetPositionFlags(UIElement::pfLeft | UIElement::pfVCenter);
+  take_asserts();  // without a host the element cannot ask for a repaint
+  {
+    ElementAdapter second(holder);
+    second.SetRootElement(docked);
+  }
+  EXPECT_EQ(conditions(take_asserts()),
+            (std::vector<std::string>{"(element->GetPositionFlags()&(UIElement::pfVCenter|UIElement::"
+                                      "pfHCenter)) == (UIElement::pfVCenter|UIElement::pfHCenter)"}));
+
+  adapter->SetRootElement(element_ptr_t());
+  wxKeyEvent tab(wxEVT_KEY_DOWN);
+  tab.m_keyCode = WXK_TAB;
+  adapter->OnKeyPress(tab);
+  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_root_element != 0"}));
+
+  adapter->OnRequestSetTooltip(nullptr);
+  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_holder && tip"}));
+}
+
+}  // namespace

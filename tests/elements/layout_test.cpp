@@ -1,0 +1,544 @@
+#include "orvix1/elements/Layout.h"
+
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <wx/bitmap.h>
+#include <wx/dcmemory.h>
+
+#include "orvix1/elements/OptimalLayout.h"
+#include "orvix1/elements/SpacerElement.h"
+#include "orvix1/elements/StackLayout.h"
+#include "support/fake_element_host.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1::elements;
+using orvix1_test::fake_element_host_t;
+using orvix1_test::recorded_assert_t;
+using orvix1_test::take_asserts;
+
+constexpr int left = UIElement::pfLeft;
+constexpr int right = UIElement::pfRight;
+constexpr int top = UIElement::pfTop;
+constexpr int bottom = UIElement::pfBottom;
+constexpr int v_center = UIElement::pfVCenter;
+constexpr int v_expand = UIElement::pfVExpand;
+constexpr int h_center = UIElement::pfHCenter;
+constexpr int h_expand = UIElement::pfHExpand;
+
+// "function: condition" per recorded assertion, for readable comparisons.
+std::vector<std::string> describe(const std::vector<recorded_assert_t>& asserts) {
+  std::vector<std::string> texts;
+  for (const recorded_assert_t& recorded : asserts)
+    texts.push_back(recorded.function + ": " + recorded.condition);
+  return texts;
+}
+
+// A child with its own size and minimum size; `on_size_asked`, when set,
+// runs once from inside the next GetSize(), that is from inside a relayout.
+class sized_t : public UIElement {
+ public:
+  sized_t(element_ptr_t parent, int flags, wxSize size, wxSize minimum)
+      : UIElement(parent, flags), m_size(size), m_minimum(minimum) {}
+  ~sized_t() override {
+    if (destroyed != nullptr) *destroyed = true;
+  }
+
+  wxSize GetSize() const override {
+    if (on_size_asked) {
+      const std::function<void()> hook = std::move(on_size_asked);
+      on_size_asked = nullptr;
+      hook();
+    }
+    return m_size;
+  }
+  wxSize GetMinSize() const override { return m_minimum; }
+
+  mutable std::function<void()> on_size_asked;
+  bool* destroyed = nullptr;
+
+ private:
+  wxSize m_size;
+  wxSize m_minimum;
+};
+
+using sized_ptr_t = talvar2::intrusive_pointer_t<sized_t>;
+
+// A root answered by a fake host, and helpers to fill and lay it out.
+class layout_fixture_t : public ::testing::Test {
+ protected:
+  void SetUp() override { take_asserts(); }
+  void TearDown() override { EXPECT_EQ(describe(take_asserts()), std::vector<std::string>()); }
+
+  element_ptr_t spacer(int flags, wxSize size) { return new SpacerElement(m_root, flags, size); }
+  sized_ptr_t sized(int flags, wxSize size, wxSize minimum, bool resizable) {
+    sized_ptr_t child(new sized_t(m_root, flags, size, minimum));
+    child->SetResizable(resizable);
+    return child;
+  }
+  element_ptr_t named(element_ptr_t element, const std::string& id) {
+    element->SetTestID(id);
+    return element;
+  }
+  void use_stack(bool horizontal) {
+    talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
+    stack->SetOrientation(horizontal);
+    m_root->SetLayoutLogic(stack);
+  }
+  void relayout() { m_root->GetLayoutLogic()->Invalidate(); }
+  void paint() {
+    wxBitmap bitmap(100, 100);
+    wxMemoryDC dc(bitmap);
+    m_root->ProcessDraw(dc, m_host.m_client, false);
+  }
+  wxRect rect_of(const element_ptr_t& child) const {
+    return m_root->GetLayoutLogic()->GetChildRect(wxRect(), child);
+  }
+  wxSize size() const { return m_root->GetLayoutLogic()->GetSize(); }
+  wxSize min_size() const { return m_root->GetLayoutLogic()->GetMinSize(); }
+
+  element_ptr_t m_root{new UIElement()};
+  fake_element_host_t m_host{m_root, wxRect(0, 0, 100, 50)};
+};
+
+// --- placing one child in the remaining space ---
+
+class LayoutPositionTest : public layout_fixture_t {
+ protected:
+  wxRect place(wxRect& remaining, wxSize size, int flags) const {
+    return m_layout->ProcessPositionCalculation(remaining, size, flags);
+  }
+  talvar2::intrusive_pointer_t<Layout> m_layout{new OptimalLayout};
+};
+
+TEST_F(LayoutPositionTest, LeftAndTopDockingTakeTheirLengthAndClampToTheSpace) {
+  wxRect remaining(10, 20, 100, 50);
+  EXPECT_EQ(place(remaining, wxSize(30, 10), left | top), wxRect(10, 20, 30, 10));
+  EXPECT_EQ(remaining, wxRect(40, 30, 70, 40));
+  EXPECT_EQ(place(remaining, wxSize(200, 100), left | top), wxRect(40, 30, 70, 40));
+  EXPECT_EQ(remaining, wxRect(110, 70, 0, 0));
+
+  // The non-mutating form works on a copy.
+  const wxRect space(0, 0, 50, 50);
+  EXPECT_EQ(m_layout->CalcElementPosition(space, wxSize(20, 20), left | top), wxRect(0, 0, 20, 20));
+  EXPECT_EQ(space, wxRect(0, 0, 50, 50));
+}
+
+TEST_F(LayoutPositionTest, RightDockingGivesAWideChildTheRemainingWidthStartingLeftOfIt) {
+  wxRect remaining(0, 0, 100, 20);
+  EXPECT_EQ(place(remaining, wxSize(30, 20), right | v_expand), wxRect(70, 0, 30, 20));
+  EXPECT_EQ(remaining, wxRect(0, 0, 70, 20));
+
+  remaining = wxRect(10, 0, 50, 20);
+  EXPECT_EQ(place(remaining, wxSize(80, 5), right | v_expand), wxRect(-20, 0, 50, 20));
+  EXPECT_EQ(remaining, wxRect(10, 0, 0, 20));
+}
+
+TEST_F(LayoutPositionTest, BottomDockingIsNotClampedAndDrivesTheSpaceNegative) {
+  wxRect remaining(0, 0, 10, 40);
+  EXPECT_EQ(place(remaining, wxSize(1, 50), h_expand | bottom), wxRect(0, -10, 10, 50));
+  EXPECT_EQ(remaining.height, -10);
+  // The next bottom child lies higher still.
+  EXPECT_EQ(place(remaining, wxSize(1, 30), h_expand | bottom), wxRect(0, -40, 10, 30));
+  EXPECT_EQ(remaining, wxRect(0, 0, 10, -40));
+}
+
+TEST_F(LayoutPositionTest, CentringHalvesAreTruncatedAndLeaveTheSpaceAlone) {
+  wxRect remaining(5, 0, 7, 9);
+  EXPECT_EQ(place(remaining, wxSize(4, 4), h_center | v_center), wxRect(6, 2, 4, 4));
+  EXPECT_EQ(place(remaining, wxSize(20, 20), h_center | v_center), wxRect(5, 0, 7, 9));
+  EXPECT_EQ(place(remaining, wxSize(1, 1), h_expand | v_expand), wxRect(5, 0, 7, 9));
+  EXPECT_EQ(remaining, wxRect(5, 0, 7, 9));
+}
+
+TEST_F(LayoutPositionTest, AnAxisWithoutFlagsGetsNothingAndTheFirstFlagOfAGroupWins) {
+  wxRect remaining(5, 5, 50, 50);
+  EXPECT_EQ(place(remaining, wxSize(10, 10), 0), wxRect(0, 0, 0, 0));
+  EXPECT_EQ(place(remaining, wxSize(10, 10), left), wxRect(5, 0, 10, 0));
+  EXPECT_EQ(remaining, wxRect(15, 5, 40, 50));
+
+  struct case_t {
+    int flags;
+    wxRect expected;
+  };
+  const case_t cases[] = {
+      {left | right | h_center | h_expand | top, wxRect(0, 0, 10, 10)},
+      {right | h_center | h_expand | top, wxRect(90, 0, 10, 10)},
+      {h_center | h_expand | top, wxRect(45, 0, 10, 10)},
+      {top | bottom | v_center | v_expand | left, wxRect(0, 0, 10, 10)},
+      {bottom | v_center | v_expand | left, wxRect(0, 90, 10, 10)},
+      {v_center | v_expand | left, wxRect(0, 45, 10, 10)},
+  };
+  for (const case_t& c : cases) {
+    wxRect space(0, 0, 100, 100);
+    EXPECT_EQ(place(space, wxSize(10, 10), c.flags), c.expected) << "flags 0x" << std::hex << c.flags;
+  }
+}
+
+// --- the size an element asks for ---
+
+using LayoutSizeTest = layout_fixture_t;
+
+TEST_F(LayoutSizeTest, DockedChildrenAddUpAndCentredOnesAddUnlessAllAreCentred) {
+  EXPECT_EQ(size(), wxSize(0, 0));
+  spacer(left | top, wxSize(10, 5));
+  spacer(right | bottom, wxSize(20, 7));
+  EXPECT_EQ(size(), wxSize(30, 12));
+  spacer(h_center | v_center, wxSize(15, 9));
+  EXPECT_EQ(size(), wxSize(45, 21));
+  spacer(left | top, wxSize(500, 500))->SetVisible(false);
+  EXPECT_EQ(size(), wxSize(45, 21));
+}
+
+TEST_F(LayoutSizeTest, WhenAllAreCentredTheLargestOrTheDockedSumCounts) {
+  spacer(h_center | v_expand, wxSize(15, 9));
+  spacer(h_expand | v_center, wxSize(12, 20));
+  EXPECT_EQ(size(), wxSize(15, 20));
+
+  // Docked and centred at once: the docked sum is larger than any one child.
+  element_ptr_t a = spacer(left | h_center | v_center, wxSize(40, 10));
+  element_ptr_t b = spacer(left | h_center | v_center, wxSize(30, 10));
+  EXPECT_EQ(size(), wxSize(70, 20));
+  a->SetVisible(false);
+  b->SetVisible(false);
+
+  // A child without vertical flags makes the vertical spread add up.
+  spacer(h_center, wxSize(5, 100));
+  EXPECT_EQ(size(), wxSize(15, 29));
+}
+
+TEST_F(LayoutSizeTest, MinimumSizeAsksTheChildrenForTheirMinimum) {
+  sized(left | top, wxSize(50, 40), wxSize(20, 10), true);
+  sized(h_center | v_center, wxSize(30, 30), wxSize(5, 6), true);
+  EXPECT_EQ(size(), wxSize(80, 70));
+  EXPECT_EQ(min_size(), wxSize(25, 16));
+}
+
+// --- the rectangle cache and the relayout around it ---
+
+using LayoutCacheTest = layout_fixture_t;
+
+TEST_F(LayoutCacheTest, WithoutAControlledElementTheLayoutReportsAndGivesNothing) {
+  talvar2::intrusive_pointer_t<Layout> loose(new OptimalLayout);
+  EXPECT_EQ(loose->GetControlledElement(), element_ptr_t());
+  EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
+  loose->Invalidate();
+  EXPECT_EQ(describe(take_asserts()),
+            (std::vector<std::string>{"GetControlledElement: element != __null",
+                                      "GetControlledElement: element != __null",
+                                      "GetControlledElement: element != __null"}));
+  EXPECT_EQ(m_root->GetLayoutLogic()->GetControlledElement(), m_root);
+}
+
+TEST_F(LayoutCacheTest, ChildrenAreFrozenWhileLaidOutAndThawedAfter) {
+  sized_ptr_t first = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
+  sized_ptr_t second = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
+  std::vector<bool> frozen;
+  first->on_size_asked = [&] {
+    frozen = {first->IsUpdatesFrozen(), second->IsUpdatesFrozen(), m_root->IsUpdatesFrozen()};
+  };
+  relayout();
+  EXPECT_EQ(frozen, (std::vector<bool>{true, true, false}));
+  EXPECT_FALSE(first->IsUpdatesFrozen());
+  EXPECT_FALSE(second->IsUpdatesFrozen());
+}
+
+TEST_F(LayoutCacheTest, AChildThatLeavesDuringTheRelayoutLivesUntilItEnds) {
+  bool destroyed = false;
+  bool destroyed_inside = true;
+  {
+    sized_ptr_t leaving = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
+    leaving->destroyed = &destroyed;
+    sized_t* raw = leaving.get();
+    leaving->on_size_asked = [this, raw, &destroyed, &destroyed_inside] {
+      m_root->RemoveChild(raw);
+      destroyed_inside = destroyed;
+    };
+  }
+  relayout();
+  EXPECT_FALSE(destroyed_inside);
+  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE(m_root->GetChildren().empty());
+}
+
+TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
+  sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
+  child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };
+  relayout();
+  EXPECT_EQ(describe(take_asserts()),
+            (std::vector<std::string>{"OnInvalidate: m_rects.size() == children.size()"}));
+  EXPECT_EQ(rect_of(child), wxRect(0, 0, 10, 10));
+  EXPECT_EQ(rect_of(m_root->GetChildren().back()), wxRect());
+}
+
+TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
+  element_ptr_t child = spacer(left | top, wxSize(10, 10));
+  relayout();
+  EXPECT_EQ(child->GetRect(), wxRect(0, 0, 10, 10));
+
+  // A new layout has computed nothing yet.
+  use_stack(false);
+  EXPECT_EQ(rect_of(child), wxRect());
+  EXPECT_EQ(describe(take_asserts()), (std::vector<std::string>{"GetChildRect: it != m_rects.end()"}));
+  relayout();
+  EXPECT_EQ(rect_of(child), wxRect(0, 0, 100, 10));
+
+  // Nor does a layout know the children of other elements, or former children.
+  element_ptr_t stranger = new SpacerElement(child, left | top, wxSize(1, 1));
+  EXPECT_EQ(rect_of(stranger), wxRect());
+  m_root->RemoveChild(child);
+  EXPECT_EQ(rect_of(child), wxRect());
+  EXPECT_EQ(describe(take_asserts()), (std::vector<std::string>{"GetChildRect: it != m_rects.end()",
+                                                                "GetChildRect: it != m_rects.end()"}));
+}
+
+// --- placement order ---
+
+using LayoutPriorityTest = layout_fixture_t;
+
+TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvisible) {
+  named(spacer(left | top, wxSize()), "a");
+  named(spacer(h_center | top, wxSize()), "b");
+  named(spacer(right | v_center, wxSize()), "c");
+  named(spacer(h_expand | v_expand, wxSize()), "d");
+  named(spacer(left | top, wxSize()), "e")->SetVisible(false);
+  named(spacer(left | bottom, wxSize()), "f");
+  named(spacer(bottom | h_expand, wxSize()), "g");
+  named(spacer(left | v_center, wxSize()), "h");
+  named(spacer(0, wxSize()), "i");
+  named(spacer(left | h_center | v_center, wxSize()), "j");
+  named(spacer(h_expand | v_expand, wxSize()), "k")->SetVisible(false);
+
+  std::string order;
+  for (const element_ptr_t& child : ArrangeElementsByPriority(m_root->GetChildren()))
+    order += child->GetTestID();
+  EXPECT_EQ(order, "afibhgcdjek");
+  EXPECT_EQ(m_root->GetChildren().size(), 11u);
+}
+
+TEST_F(LayoutPriorityTest, TheLastOfTheRightDockedChildrenTakesTheOuterEdge) {
+  element_ptr_t fill = spacer(h_expand | v_expand, wxSize(1, 1));
+  element_ptr_t first = spacer(right | v_expand, wxSize(10, 1));
+  element_ptr_t second = spacer(right | v_expand, wxSize(20, 1));
+  element_ptr_t corner = spacer(left | top, wxSize(5, 5));
+  relayout();
+  EXPECT_EQ(rect_of(corner), wxRect(0, 0, 5, 5));
+  EXPECT_EQ(rect_of(second), wxRect(80, 5, 20, 45));
+  EXPECT_EQ(rect_of(first), wxRect(70, 5, 10, 45));
+  EXPECT_EQ(rect_of(fill), wxRect(5, 5, 65, 45));
+}
+
+// --- stack layout ---
+
+using StackLayoutTest = layout_fixture_t;
+
+TEST_F(StackLayoutTest, FixedChildrenTakeTheirLengthAndLeaveTheRestEmpty) {
+  m_host.m_client = wxRect(3, 4, 100, 50);
+  use_stack(false);
+  element_ptr_t a = spacer(left | top, wxSize(10, 5));
+  element_ptr_t hidden = spacer(left | top, wxSize(10, 20));
+  hidden->SetVisible(false);
+  element_ptr_t b = spacer(h_center | v_center, wxSize(20, 7));
+  element_ptr_t unplaced = spacer(0, wxSize(20, 7));
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(3, 4, 100, 5));
+  EXPECT_EQ(rect_of(hidden), wxRect(3, 9, 100, 20));  // hidden, yet keeps its place
+  EXPECT_EQ(rect_of(b), wxRect(3, 29, 100, 7));
+  EXPECT_EQ(rect_of(unplaced), wxRect(0, 0, 0, 0));
+  EXPECT_EQ(b->GetRect(), wxRect(3, 29, 100, 7));
+}
+
+TEST_F(StackLayoutTest, ResizableChildrenShareTheFreeLengthAndTheRemainderStaysEmpty) {
+  m_host.m_client = wxRect(0, 0, 130, 20);
+  use_stack(true);
+  sized_ptr_t first = sized(left | v_expand, wxSize(1, 1), wxSize(1, 1), true);
+  element_ptr_t gap = spacer(left | v_expand, wxSize(30, 1));
+  gap->SetResizable(true);  // a spacer never is
+  sized_ptr_t second = sized(left | v_expand, wxSize(1, 1), wxSize(1, 1), true);
+  sized_ptr_t third = sized(left | v_expand, wxSize(1, 1), wxSize(1, 1), true);
+  relayout();
+  EXPECT_EQ(rect_of(first), wxRect(0, 0, 33, 20));
+  EXPECT_EQ(rect_of(gap), wxRect(33, 0, 30, 20));
+  EXPECT_EQ(rect_of(second), wxRect(63, 0, 33, 20));
+  EXPECT_EQ(rect_of(third), wxRect(96, 0, 33, 20));
+
+  // No free length: the resizable children get nothing.
+  m_host.m_client = wxRect(0, 0, 20, 20);
+  relayout();
+  EXPECT_EQ(rect_of(first), wxRect(0, 0, 0, 20));
+  EXPECT_EQ(rect_of(gap), wxRect(0, 0, 30, 20));
+  EXPECT_EQ(rect_of(second), wxRect(30, 0, 0, 20));
+}
+
+TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
+  use_stack(false);
+  sized(left | top, wxSize(10, 5), wxSize(4, 2), false);
+  spacer(h_center | v_center, wxSize(30, 7));
+  spacer(top, wxSize(6, 20));   // no horizontal flag
+  spacer(left, wxSize(8, 50));  // no vertical flag
+  spacer(left | top, wxSize(99, 99))->SetVisible(false);
+  EXPECT_EQ(size(), wxSize(48, 82));
+  EXPECT_EQ(min_size(), wxSize(42, 79));
+
+  use_stack(true);
+  EXPECT_EQ(size(), wxSize(54, 32));
+  EXPECT_EQ(min_size(), wxSize(48, 29));
+}
+
+TEST_F(StackLayoutTest, ChangingTheOrientationMarksTheLayoutDirty) {
+  talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
+  element_ptr_t holder = new UIElement(m_root, h_expand | v_expand);
+  holder->SetLayoutLogic(stack);
+  element_ptr_t a = new SpacerElement(holder, left | top, wxSize(10, 5));
+  element_ptr_t b = new SpacerElement(holder, left | top, wxSize(10, 5));
+  paint();  // lays out the whole tree and leaves it clean
+  EXPECT_FALSE(m_root->IsLayoutDirty());
+  EXPECT_EQ(rect_of(holder), wxRect(0, 0, 100, 50));
+  EXPECT_EQ(b->GetRect(), wxRect(0, 5, 100, 5));
+  stack->SetOrientation(true);
+  EXPECT_TRUE(m_root->IsLayoutDirty());
+  stack->Invalidate();
+  EXPECT_EQ(a->GetRect(), wxRect(0, 0, 10, 50));
+  EXPECT_EQ(b->GetRect(), wxRect(10, 0, 10, 50));
+}
+
+// --- optimal layout ---
+
+using OptimalLayoutTest = layout_fixture_t;
+
+TEST_F(OptimalLayoutTest, DocksToTheSidesAndFillsTheRest) {
+  m_host.m_client = wxRect(5, 7, 100, 50);
+  element_ptr_t l = spacer(left | v_expand, wxSize(10, 1));
+  element_ptr_t r = spacer(right | v_expand, wxSize(20, 1));
+  element_ptr_t t = spacer(top | h_expand, wxSize(1, 8));
+  element_ptr_t b = spacer(bottom | h_expand, wxSize(1, 6));
+  element_ptr_t c = spacer(h_expand | v_expand, wxSize(1, 1));
+  element_ptr_t hidden = spacer(left | v_expand, wxSize(30, 1));
+  hidden->SetVisible(false);
+  element_ptr_t unplaced = spacer(0, wxSize(30, 30));
+  relayout();
+  EXPECT_EQ(rect_of(l), wxRect(5, 7, 10, 50));
+  EXPECT_EQ(rect_of(t), wxRect(15, 7, 90, 8));
+  EXPECT_EQ(rect_of(b), wxRect(15, 51, 90, 6));
+  EXPECT_EQ(rect_of(r), wxRect(85, 15, 20, 36));
+  EXPECT_EQ(rect_of(c), wxRect(15, 15, 70, 36));
+  EXPECT_EQ(rect_of(hidden), wxRect(0, 0, 0, 0));
+  EXPECT_EQ(rect_of(unplaced), wxRect(0, 0, 0, 0));
+}
+
+TEST_F(OptimalLayoutTest, AWidthShortageIsCoveredByShrinkingResizableChildren) {
+  sized_ptr_t a = sized(left | v_expand, wxSize(60, 1), wxSize(30, 1), true);
+  element_ptr_t b = spacer(left | v_expand, wxSize(50, 1));
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(0, 0, 50, 50));
+  EXPECT_EQ(rect_of(b), wxRect(50, 0, 50, 50));
+}
+
+TEST_F(OptimalLayoutTest, ACoveredShortageLiftsAChildBelowItsMinimumBackToIt) {
+  sized_ptr_t a = sized(left | v_expand, wxSize(70, 1), wxSize(20, 1), true);
+  element_ptr_t b = spacer(left | v_expand, wxSize(40, 1));
+  sized_ptr_t c = sized(left | v_expand, wxSize(10, 1), wxSize(25, 1), true);
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(0, 0, 35, 50));
+  EXPECT_EQ(rect_of(b), wxRect(35, 0, 40, 50));
+  EXPECT_EQ(rect_of(c), wxRect(75, 0, 25, 50));
+}
+
+TEST_F(OptimalLayoutTest, AHeightShortageRestartsThePassAtOnce) {
+  m_host.m_client = wxRect(0, 0, 100, 40);
+  sized_ptr_t a = sized(h_expand | top, wxSize(1, 40), wxSize(1, 10), true);
+  sized_ptr_t b = sized(left | v_center, wxSize(10, 8), wxSize(10, 8), false);
+  sized_ptr_t c = sized(left | v_center, wxSize(10, 5), wxSize(0, 0), false);
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(0, 0, 100, 32));
+  // The centred child got nothing in the short pass and keeps asking for that.
+  EXPECT_EQ(rect_of(b), wxRect(0, 36, 10, 0));
+  // The child after it was not placed in the short pass, so it kept its height.
+  EXPECT_EQ(rect_of(c), wxRect(10, 34, 10, 5));
+}
+
+TEST_F(OptimalLayoutTest, ResizableChildrenAreLiftedWhileTheHeightIsShared) {
+  m_host.m_client = wxRect(0, 0, 100, 40);
+  sized_ptr_t a = sized(h_expand | top, wxSize(1, 40), wxSize(1, 10), true);
+  sized_ptr_t b = sized(h_expand | top, wxSize(1, 30), wxSize(1, 30), true);
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(0, 0, 100, 10));
+  EXPECT_EQ(rect_of(b), wxRect(0, 10, 100, 30));
+}
+
+TEST_F(OptimalLayoutTest, WhenTheWidthRunsOutChildrenSpreadOverTheSumOfTheirWidths) {
+  m_host.m_client = wxRect(0, 0, 50, 20);
+  element_ptr_t s1 = spacer(left | v_center, wxSize(30, 10));
+  element_ptr_t s2 = spacer(left | v_center, wxSize(40, 10));
+  element_ptr_t s3 = spacer(left | v_center, wxSize(20, 10));
+  element_ptr_t edge = spacer(right | v_center, wxSize(10, 10));
+  element_ptr_t hidden = spacer(left | v_center, wxSize(100, 10));
+  hidden->SetVisible(false);
+  relayout();
+  EXPECT_EQ(rect_of(s1), wxRect(0, 5, 30, 10));
+  EXPECT_EQ(rect_of(s2), wxRect(30, 5, 40, 10));
+  EXPECT_EQ(rect_of(s3), wxRect(70, 5, 20, 10));
+  // The area is as wide as all sizes together, the hidden child's too.
+  EXPECT_EQ(rect_of(edge), wxRect(190, 5, 10, 10));
+  EXPECT_EQ(rect_of(hidden), wxRect(0, 0, 0, 0));
+}
+
+TEST_F(OptimalLayoutTest, AnUncoveredShortageKeepsWhatTheResizableChildrenGaveUp) {
+  m_host.m_client = wxRect(0, 0, 50, 50);
+  sized_ptr_t a = sized(left | v_expand, wxSize(40, 1), wxSize(30, 1), true);
+  element_ptr_t b = spacer(left | v_expand, wxSize(70, 1));
+  relayout();
+  EXPECT_EQ(rect_of(a), wxRect(0, 0, 30, 50));
+  EXPECT_EQ(rect_of(b), wxRect(30, 0, 70, 50));
+}
+
+TEST_F(OptimalLayoutTest, WhenTheHeightRunsOutChildrenSpreadOverTheSumOfTheirHeights) {
+  m_host.m_client = wxRect(0, 0, 40, 50);
+  element_ptr_t t1 = spacer(top | h_center, wxSize(10, 30));
+  element_ptr_t t2 = spacer(top | h_center, wxSize(10, 40));
+  element_ptr_t t3 = spacer(top | h_center, wxSize(10, 15));
+  relayout();
+  EXPECT_EQ(rect_of(t1), wxRect(15, 0, 10, 30));
+  // A top-docked child keeps the height it got before the space ran out.
+  EXPECT_EQ(rect_of(t2), wxRect(15, 30, 10, 20));
+  EXPECT_EQ(rect_of(t3), wxRect(15, 50, 10, 15));
+}
+
+// --- spacer ---
+
+using SpacerElementTest = layout_fixture_t;
+
+TEST_F(SpacerElementTest, KeepsItsSizeAndIsNeverResizable) {
+  talvar2::intrusive_pointer_t<SpacerElement> gap(new SpacerElement(m_root, left | top, wxSize(7, 3)));
+  EXPECT_EQ(gap->GetSize(), wxSize(7, 3));
+  EXPECT_EQ(gap->GetMinSize(), wxSize(7, 3));
+  gap->SetResizable(true);
+  EXPECT_FALSE(gap->IsResizable());
+
+  const int requests = m_host.holder_requests;
+  gap->SetSize(wxSize(12, 4));
+  EXPECT_EQ(gap->GetMinSize(), wxSize(12, 4));
+  EXPECT_GT(m_host.holder_requests, requests);  // repainted
+  relayout();
+  EXPECT_EQ(rect_of(gap), wxRect(0, 0, 12, 4));
+}
+
+TEST_F(SpacerElementTest, ConstructorsJoinTheParentWithTheirFlags) {
+  talvar2::intrusive_pointer_t<SpacerElement> loose(new SpacerElement());
+  EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
+  EXPECT_EQ(loose->GetParent(), nullptr);
+
+  talvar2::intrusive_pointer_t<SpacerElement> plain(new SpacerElement(m_root));
+  EXPECT_EQ(plain->GetPositionFlags(), left | v_center);
+  EXPECT_EQ(plain->GetMinSize(), wxSize(0, 0));
+  talvar2::intrusive_pointer_t<SpacerElement> flagged(new SpacerElement(m_root, right | bottom));
+  EXPECT_EQ(flagged->GetPositionFlags(), right | bottom);
+  EXPECT_EQ(m_root->GetChildren().size(), 2u);
+}
+
+}  // namespace

@@ -1,0 +1,370 @@
+#include <string>
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/settings.h>
+
+#include "orvix1/elements/BgImageElement.h"
+#include "orvix1/elements/DropArrowElement.h"
+#include "orvix1/elements/RectangleElement.h"
+#include "orvix1/ui_settings.h"
+#include "orvix1/ui_style.h"
+#include "orvix1/wxStaticPicture.h"
+#include "support/fake_element_host.h"
+#include "support/log_capture.h"
+#include "support/paint_canvas.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using namespace orvix1;
+using namespace orvix1::elements;
+using orvix1_test::fake_element_host_t;
+using orvix1_test::paint_canvas_t;
+using orvix1_test::take_asserts;
+
+const wxColour k_red(255, 0, 0);
+const wxColour k_blue(0, 0, 255);
+const wxColour k_green(0, 160, 0);
+const wxColour k_white(255, 255, 255);
+
+// Shows the rectangle that the element fills.
+class shape_probe_t : public RectangleElement {
+ public:
+  using RectangleElement::GetShapeRect;
+  using RectangleElement::RectangleElement;
+};
+
+// A style that answers the rectangle's keys with fixed colours.
+class fixed_style_t : public ui_style_t {
+ public:
+  fixed_style_t(const wxColour& background, const wxColour& border) {
+    internal_set_color("clBtnBgNormal", background);
+    internal_set_color("clBorderNormal", border);
+  }
+};
+
+// A top-level window for as long as the test runs.
+class scoped_frame_t {
+ public:
+  scoped_frame_t() : frame(new wxFrame(nullptr, wxID_ANY, "holder")) {}
+  ~scoped_frame_t() {
+    frame->Destroy();
+    orvix1_test::pump_events();
+  }
+  wxFrame* const frame;
+};
+
+template <class Element>
+class hosted_t {
+ public:
+  explicit hosted_t(wxRect client = wxRect(0, 0, 40, 30)) : host(element, client) {}
+  talvar2::intrusive_pointer_t<Element> element{new Element()};
+  fake_element_host_t host;
+};
+
+// --- RectangleElement ---------------------------------------------------------
+
+class RectangleElementTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    take_asserts();
+    rect().SetBkColor(k_red);
+    rect().SetBorderColor(k_blue);
+  }
+  void TearDown() override { EXPECT_TRUE(take_asserts().empty()); }
+
+  shape_probe_t& rect() { return *m_hosted.element; }
+  // The element drawn into (0, 0, 20, 20) of a 30x30 white canvas.
+  paint_canvas_t draw() {
+    paint_canvas_t canvas(30, 30);
+    canvas.paint([&](wxDC& dc) { rect().OnDraw(dc, wxRect(0, 0, 20, 20)); });
+    return canvas;
+  }
+
+  hosted_t<shape_probe_t> m_hosted;
+};
+
+TEST_F(RectangleElementTest, ABorderOfOnePixelRunsAlongTheWholeRectangle) {
+  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(0, 0, 20, 20));
+  const paint_canvas_t canvas = draw();
+  // The pen's round joins soften the four corner pixels.
+  EXPECT_TRUE(canvas.all(wxRect(1, 0, 18, 1), k_blue));
+  EXPECT_TRUE(canvas.all(wxRect(1, 19, 18, 1), k_blue));
+  EXPECT_TRUE(canvas.all(wxRect(0, 1, 1, 18), k_blue));
+  EXPECT_TRUE(canvas.all(wxRect(19, 1, 1, 18), k_blue));
+  EXPECT_TRUE(canvas.all(wxRect(1, 1, 18, 18), k_red));
+  EXPECT_TRUE(canvas.all(wxRect(20, 0, 10, 30), k_white));
+  EXPECT_TRUE(canvas.all(wxRect(0, 20, 30, 10), k_white));
+}
+
+TEST_F(RectangleElementTest, WiderBordersMoveTheShapeInByTwoAndShrinkItByTheThickness) {
+  rect().SetBorderThickness(2);
+  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(2, 2, 18, 18));
+  EXPECT_EQ(rect().GetShapeRect(wxRect(5, 7, 20, 20)), wxRect(7, 9, 18, 18));
+  paint_canvas_t canvas = draw();
+  // The pen is centred on the shape's outline: two pixels from x = 1.
+  EXPECT_EQ(canvas.at(0, 10), k_white);
+  EXPECT_EQ(canvas.at(1, 10), k_blue);
+  EXPECT_EQ(canvas.at(2, 10), k_blue);
+  EXPECT_EQ(canvas.at(3, 10), k_red);
+  EXPECT_EQ(canvas.at(19, 10), k_blue);
+  EXPECT_EQ(canvas.at(20, 10), k_white);
+
+  rect().SetBorderThickness(3);
+  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(2, 2, 17, 17));
+  canvas = draw();
+  EXPECT_EQ(canvas.at(10, 0), k_white);
+  EXPECT_TRUE(canvas.all(wxRect(10, 1, 1, 3), k_blue));
+  EXPECT_EQ(canvas.at(10, 4), k_red);
+  EXPECT_TRUE(canvas.all(wxRect(10, 17, 1, 3), k_blue));
+  EXPECT_EQ(canvas.at(10, 20), k_white);
+}
+
+TEST_F(RectangleElementTest, AHiddenBorderIsDrawnInTheFillColourOverTheSameArea) {
+  rect().SetBorderThickness(3);
+  const paint_canvas_t framed = draw();
+  rect().ShowBorder(false);
+  const paint_canvas_t plain = draw();
+  const wxRect all(0, 0, 30, 30);
+  EXPECT_EQ(plain.count(all, k_white), framed.count(all, k_white));
+  EXPECT_EQ(plain.count(all, k_blue), 0);
+  EXPECT_TRUE(plain.all(wxRect(1, 3, 19, 14), k_red));
+}
+
+TEST_F(RectangleElementTest, TheRoundedStyleCutsTheCorners) {
+  const wxRect top_left(0, 0, 3, 3);
+  const wxRect bottom_right(17, 17, 3, 3);
+  EXPECT_EQ(draw().count(top_left, k_white), 0);
+  rect().SetBorderStyle(RectangleElement::border_rounded);
+  rect().SetBorderRadius(6);
+  const paint_canvas_t canvas = draw();
+  EXPECT_GE(canvas.count(top_left, k_white), 3);
+  EXPECT_GE(canvas.count(bottom_right, k_white), 3);
+  EXPECT_EQ(canvas.at(10, 0), k_blue);
+  EXPECT_EQ(canvas.at(10, 10), k_red);
+}
+
+TEST_F(RectangleElementTest, ColourSettersRepaintWhileShapeSettersOnlyStore) {
+  const int before = m_hosted.host.holder_requests;
+  rect().ShowBorder(false);
+  rect().SetBorderStyle(RectangleElement::border_rounded);
+  rect().SetBorderThickness(4);
+  rect().SetBorderRadius(2.5);
+  EXPECT_EQ(m_hosted.host.holder_requests, before);
+  EXPECT_FALSE(rect().IsBorderShown());
+  EXPECT_EQ(rect().GetBorderStyle(), RectangleElement::border_rounded);
+  EXPECT_EQ(rect().GetBorderThickness(), 4);
+  EXPECT_DOUBLE_EQ(rect().GetBorderRadius(), 2.5);
+
+  rect().SetBkColor(k_green);
+  rect().SetBorderColor(k_green);
+  EXPECT_EQ(m_hosted.host.holder_requests, before + 2);
+}
+
+TEST(RectangleElementStyleTest, UnsetColoursComeFromThePaletteAndFollowIt) {
+  talvar2::intrusive_pointer_t<ui_settings_configure_t> palette =
+      ui_settings_configure_t::get();
+  hosted_t<RectangleElement> hosted;
+  RectangleElement& rect = *hosted.element;
+  EXPECT_TRUE(rect.GetBkColor().IsOk());
+  EXPECT_EQ(rect.GetBkColor(), palette->get_color(color_face));
+  EXPECT_EQ(rect.GetBorderColor(), palette->get_color(color_shadow_3d));
+  EXPECT_TRUE(rect.IsBorderShown());
+  EXPECT_EQ(rect.GetBorderThickness(), 1);
+
+  rect.SetBorderColor(k_green);
+  palette->set_color(color_face, wxColour(1, 2, 3));
+  palette->set_color(color_shadow_3d, wxColour(4, 5, 6));
+  palette->changed()();  // as after a change of the desktop's colours
+  EXPECT_EQ(rect.GetBkColor(), wxColour(1, 2, 3));
+  EXPECT_EQ(rect.GetBorderColor(), k_green);
+}
+
+TEST(RectangleElementStyleTest, ExplicitColoursWinOverStyleChangesUntilHandedBack) {
+  hosted_t<RectangleElement> hosted;
+  RectangleElement& rect = *hosted.element;
+  rect.SetBkColor(k_green);
+  talvar2::intrusive_pointer_t<fixed_style_t> style = new fixed_style_t(k_red, k_blue);
+  rect.SetUiStyle(style);
+  EXPECT_EQ(rect.GetBkColor(), k_green);
+  EXPECT_EQ(rect.GetBorderColor(), k_blue);
+
+  style->internal_set_color("clBorderNormal", k_white);
+  style->internal_set_color("clBtnBgNormal", k_white);
+  rect.InvalidateColors();
+  EXPECT_EQ(rect.GetBkColor(), k_green);
+  EXPECT_EQ(rect.GetBorderColor(), k_white);
+
+  rect.SetBkColor(wxNullColour);  // back to the style
+  EXPECT_EQ(rect.GetBkColor(), k_white);
+}
+
+TEST(RectangleElementStyleTest, AStyleWithoutTheKeysPaintsNothingAndAssertsNothing) {
+  take_asserts();
+  hosted_t<RectangleElement> hosted;
+  hosted.element->SetUiStyle(new ui_style_t);
+  EXPECT_FALSE(hosted.element->GetBkColor().IsOk());
+  paint_canvas_t canvas(30, 30);
+  canvas.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, wxRect(0, 0, 20, 20)); });
+  EXPECT_TRUE(canvas.all(wxRect(0, 0, 30, 30), k_white));
+  EXPECT_TRUE(take_asserts().empty());
+}
+
+TEST(RectangleElementStyleTest, AChildTakesThePropagatedStyleOfItsParent) {
+  hosted_t<RectangleElement> hosted;
+  hosted.element->SetStylePropagation(true);
+  hosted.element->SetUiStyle(new fixed_style_t(k_red, k_blue));
+  talvar2::intrusive_pointer_t<RectangleElement> child = new RectangleElement(hosted.element);
+  EXPECT_EQ(child->GetBkColor(), k_red);
+  EXPECT_EQ(child->GetBorderColor(), k_blue);
+}
+
+// --- BgImageElement -----------------------------------------------------------
+
+// A green 8x8 picture whose left half is masked out.
+wxImage half_masked_picture() {
+  return orvix1_test::half_masked_image(wxSize(8, 8), k_green, wxColour(1, 2, 3));
+}
+
+class BgImageElementTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    background().SetBkColor(k_red);
+    background().ShowBorder(false);
+    background().SetBgImage(half_masked_picture());
+  }
+  BgImageElement& background() { return *m_hosted.element; }
+  // The element drawn into `rect` on a canvas of the host's client size.
+  paint_canvas_t draw(const wxRect& rect) {
+    paint_canvas_t canvas(40, 30);
+    canvas.paint([&](wxDC& dc) { background().OnDraw(dc, rect); });
+    return canvas;
+  }
+
+  hosted_t<BgImageElement> m_hosted;
+};
+
+TEST_F(BgImageElementTest, AlignFivePinsThePictureToTheContextsOriginThroughItsMask) {
+  EXPECT_EQ(background().GetImageAlign(), 5);  // the default
+  const paint_canvas_t canvas = draw(wxRect(10, 10, 30, 20));
+  EXPECT_TRUE(canvas.all(wxRect(4, 0, 4, 8), k_green));  // not moved into the rectangle
+  EXPECT_TRUE(canvas.all(wxRect(0, 0, 4, 8), k_white));  // masked: what was below shows
+  EXPECT_TRUE(canvas.all(wxRect(11, 11, 28, 18), k_red));
+}
+
+TEST_F(BgImageElementTest, AlignSixPinsItToTheTopRightOfTheElementsWidth) {
+  background().SetImageAlign(6);
+  // Narrower than the element: the place follows the element's width (the
+  // host's client width for a root), not the rectangle's.
+  const paint_canvas_t canvas = draw(wxRect(0, 0, 24, 30));
+  EXPECT_TRUE(canvas.all(wxRect(36, 0, 4, 8), k_green));  // at 40 - 8
+  EXPECT_TRUE(canvas.all(wxRect(32, 0, 4, 8), k_white));
+  EXPECT_EQ(canvas.count(wxRect(0, 0, 40, 30), k_green), 32);
+}
+
+TEST_F(BgImageElementTest, OtherAlignValuesAndEmptyPicturesDrawOnlyTheRectangle) {
+  hosted_t<RectangleElement> plain;
+  plain.element->SetBkColor(k_red);
+  plain.element->ShowBorder(false);
+  paint_canvas_t rectangle_only(40, 30);
+  rectangle_only.paint([&](wxDC& dc) { plain.element->OnDraw(dc, wxRect(0, 0, 40, 30)); });
+
+  for (const int align : {0, 4, 7}) {
+    background().SetImageAlign(align);
+    EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only)) << align;
+  }
+  background().SetImageAlign(5);
+  background().SetBgImage(wxImage());
+  EXPECT_FALSE(background().GetBgStaticPicture().IsOk());
+  EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only));
+}
+
+TEST_F(BgImageElementTest, ThePictureComesFromAnImageOrFromAStaticPictureControl) {
+  const wxImage stored = background().GetBgImage();
+  EXPECT_EQ(stored.GetSize(), wxSize(8, 8));
+  EXPECT_TRUE(stored.HasMask());
+  EXPECT_NE(background().GetBgStaticPicture().getBitmap(true).GetMask(), nullptr);
+
+  const scoped_frame_t holder;
+  wxImage blue(6, 5);
+  blue.SetRGB(wxRect(0, 0, 6, 5), 0, 0, 255);
+  const orvix1::wxStaticPicture control(holder.frame, wxID_ANY, wxBitmap(blue));
+  background().SetBgStaticPicture(control);
+  EXPECT_EQ(background().GetBgStaticPicture().GetSize(), wxSize(6, 5));
+  EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).all(wxRect(0, 0, 6, 5), k_blue));
+}
+
+// --- DropArrowElement ---------------------------------------------------------
+
+// Answers the metrics from a table instead of the desktop.
+class metrics_probe_t : public DropArrowElement {
+ public:
+  int arrow_x = -1;
+  int arrow_y = -1;
+
+ protected:
+  int GetSystemMetric(wxSystemMetric metric) const override {
+    switch (metric) {
+      case wxSYS_VSCROLL_ARROW_X:
+        return arrow_x;
+      case wxSYS_VSCROLL_ARROW_Y:
+        return arrow_y;
+      case wxSYS_VSCROLL_X:
+        return 17;
+      case wxSYS_HSCROLL_Y:
+        return 13;
+      default:
+        return -1;
+    }
+  }
+};
+
+TEST(DropArrowElementTest, NegativeArrowMetricsFallBackToTheScrollBarSizes) {
+  hosted_t<metrics_probe_t> hosted;
+  metrics_probe_t& arrow = *hosted.element;
+  EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 13));
+  arrow.arrow_x = 11;
+  EXPECT_EQ(arrow.GetMinSize(), wxSize(11, 13));
+  arrow.arrow_x = -1;
+  arrow.arrow_y = 9;
+  EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 9));
+  arrow.arrow_x = 0;  // zero is a size, not a missing metric
+  EXPECT_EQ(arrow.GetSize(), wxSize(0, 9));
+}
+
+TEST(DropArrowElementTest, ThisDesktopGivesTheScrollBarSizes) {
+  hosted_t<DropArrowElement> hosted;
+  ASSERT_LT(wxSystemSettings::GetMetric(wxSYS_VSCROLL_ARROW_X), 0);  // GTK 3 reports none
+  const wxSize expected(wxSystemSettings::GetMetric(wxSYS_VSCROLL_X),
+                        wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y));
+  EXPECT_GT(expected.x, 0);
+  EXPECT_GT(expected.y, 0);
+  EXPECT_EQ(hosted.element->GetMinSize(), expected);
+  EXPECT_EQ(hosted.element->GetSize(), expected);
+}
+
+TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnTheHolder) {
+  const wxRect button(10, 10, 20, 20);
+  hosted_t<DropArrowElement> hosted(button);
+  const scoped_frame_t holder;
+  hosted.host.m_holder = holder.frame;
+  paint_canvas_t canvas(40, 40, k_red);
+  // The paint pass clips to the element; the theme may draw a shadow beyond.
+  canvas.paint([&](wxDC& dc) { hosted.element->ProcessDraw(dc, button, true); });
+  EXPECT_LT(canvas.count(button, k_red), button.width * button.height / 2);
+  EXPECT_EQ(canvas.count(wxRect(0, 0, 40, 40), k_red), 40 * 40 - button.width * button.height +
+                                                           canvas.count(button, k_red));
+}
+
+TEST(DropArrowElementTest, WithoutAHolderNothingIsDrawnAndTheLogSaysWhy) {
+  orvix1_test::log_capture_t log("orvix.elements");
+  hosted_t<DropArrowElement> hosted;  // the host gives a null holder
+  paint_canvas_t canvas(40, 40, k_red);
+  canvas.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, wxRect(10, 10, 20, 20)); });
+  EXPECT_TRUE(canvas.all(wxRect(0, 0, 40, 40), k_red));
+  ASSERT_EQ(log.entries().size(), 1u);
+  EXPECT_NE(log.entries()[0].message.find("holder"), std::string::npos);
+}
+
+}  // namespace
