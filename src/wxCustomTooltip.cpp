@@ -33,6 +33,8 @@ wxCustomTooltip::wxCustomTooltip()
   m_text->SetMargin(DefaultMargin);
   m_frame->ShowBorder(true);
 
+  // Bound after the adapter's: wx calls the handlers bound last first, so
+  // these see every mouse event before the content's elements do.
   Bind(wxEVT_TIMER, &wxCustomTooltip::OnTimer, this);
   for (const wxEventTypeTag<wxMouseEvent>& type :
        std::initializer_list<wxEventTypeTag<wxMouseEvent>>{wxEVT_LEFT_DOWN, wxEVT_LEFT_UP, wxEVT_LEFT_DCLICK, wxEVT_MIDDLE_DOWN, wxEVT_MIDDLE_UP,
@@ -42,6 +44,7 @@ wxCustomTooltip::wxCustomTooltip()
     Bind(type, &wxCustomTooltip::OnMouse, this);
   Bind(wxEVT_ACTIVATE, &wxCustomTooltip::OnActivate, this);
   Bind(wxEVT_ACTIVATE_APP, &wxCustomTooltip::OnActivate, this);
+
 
   ui_settings_t::get()->changed().connect(this, &wxCustomTooltip::OnUISettingsUpdated);
   OnUISettingsUpdated();
@@ -177,19 +180,24 @@ void wxCustomTooltip::DoHideTooltip() {
   Hide();
 }
 
-wxPoint wxCustomTooltip::GetPointerPosition() const {
+wxPoint wxCustomTooltip::GetMouseScreenPosition() const { return wxGetMousePosition(); }
+
+wxRect wxCustomTooltip::GetWorkArea(const wxPoint& pointer) const {
+  const int display = wxDisplay::GetFromPoint(pointer);
+  return wxDisplay(display == wxNOT_FOUND ? 0u : static_cast<unsigned>(display)).GetClientArea();
+}
+
+wxPoint wxCustomTooltip::GetPlacementOrigin() const {
   if (m_custom_position != wxPoint(0, 0)) return m_custom_position;
-  return wxGetMousePosition();
+  return GetMouseScreenPosition();
 }
 
 void wxCustomTooltip::UpdateSizeAndPosition() {
   const wxSize size = CalculateSize();
   SetMinSize(size);
   SetSize(size);
-  const wxPoint pointer = GetPointerPosition();
-  const int display = wxDisplay::GetFromPoint(pointer);
-  const wxRect area = wxDisplay(display == wxNOT_FOUND ? 0u : static_cast<unsigned>(display))
-                          .GetClientArea();
+  const wxPoint pointer = GetPlacementOrigin();
+  const wxRect area = GetWorkArea(pointer);
   int x = pointer.x + m_offset.x;
   int y = pointer.y + m_offset.y;
   // Pushed left against the right edge, not flipped.
@@ -243,10 +251,12 @@ void wxCustomTooltip::OnOwnerDestroyed(wxWindowDestroyEvent& event) {
 
 // Input that lands on the tooltip outside its target goes on to the target.
 void wxCustomTooltip::OnMouse(wxMouseEvent& event) {
+  event.Skip();  // the content's elements see it too
   if (m_owner == nullptr || event.GetEventType() == wxEVT_LEAVE_WINDOW) return;
-  const wxPoint pointer = wxGetMousePosition();
+  const wxPoint pointer = GetMouseScreenPosition();
   const wxRect target_rect(m_owner->GetScreenPosition(), m_owner->GetSize());
   if (target_rect.Contains(pointer)) return;
+  event.Skip(false);
   DoHideTooltip();
   wxMouseEvent forwarded(event);
   forwarded.SetPosition(m_owner->ScreenToClient(ClientToScreen(event.GetPosition())));

@@ -81,9 +81,15 @@ class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::_intern
 
  protected:
   // The pointer's screen position; tests replace it.
-  virtual wxPoint GetPointerPosition() const;
+  virtual wxPoint GetMouseScreenPosition() const;
+  // The work area of the monitor under `pointer` (of the first monitor when
+  // no monitor has it); tests replace it.
+  virtual wxRect GetWorkArea(const wxPoint& pointer) const;
 
  private:
+  // Where the tooltip is placed from: the custom position, else the pointer.
+  wxPoint GetPlacementOrigin() const;
+
   void OnTimer(wxTimerEvent& event);
   void OnMouse(wxMouseEvent& event);
   void OnActivate(wxActivateEvent& event);

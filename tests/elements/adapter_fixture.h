@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 #include <wx/button.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
@@ -92,6 +93,8 @@ class adapter_fixture_t : public ::testing::Test {
     holder->SetBackgroundStyle(wxBG_STYLE_PAINT);
     next = new wxButton(panel, wxID_ANY, "next", wxPoint(210, 0));
     frame->Show();
+    // The round trip to the display brings the map events before the pump.
+    gdk_display_sync(gtk_widget_get_display(frame->GetHandle()));
     pump_events();
     adapter = std::make_unique<orvix1::elements::ElementAdapter>(holder);
     root = new recording_element_t(&log, "root");
