@@ -77,6 +77,9 @@ int take_screenshot(const host_window_t& host, const gallery_view_t& view,
 // Shows `page` in the host's window through the library's wrapper, until the
 // user closes the window or, with a screenshot path, the page is captured.
 int show_in_wrapper(host_window_t& host, const page_t& page, const std::string& screenshot_path) {
+  // The palette every page draws with, from the desktop, for the whole run.
+  const talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette =
+      orvix1::ui_settings_configure_t::get();
   talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
   if (!main_window) {
     std::fprintf(stderr, "gallery: the library did not wrap the host window\n");

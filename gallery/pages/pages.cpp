@@ -1,5 +1,6 @@
 #include "pages/pages.h"
 
+#include "pages/elements_page.h"
 #include "pages/palette_page.h"
 #include "pages/welcome_page.h"
 
@@ -9,6 +10,7 @@ const std::vector<page_t>& all_pages() {
   static const std::vector<page_t> pages = {
       {"welcome", "Welcome", &create_welcome_page},
       {"palette", "Palette", &create_palette_page},
+      {"elements", "Elements", &create_elements_page},
   };
   return pages;
 }

@@ -120,9 +120,14 @@ wxDC* TextElement::GetDC() {
     else
       dc = new wxScreenDC;
   }
-  // A null font (an unknown style key) leaves the context's own font.
-  if (m_font.value.IsOk()) dc->SetFont(m_font.value);
+  dc->SetFont(font_to_use());
   return dc;
+}
+
+// A null font (an empty palette, an unknown style key) falls back to the
+// desktop's GUI font: contexts have no font of their own to measure with.
+wxFont TextElement::font_to_use() const {
+  return m_font.value.IsOk() ? m_font.value : wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
 }
 
 void TextElement::ReleaseDC(wxDC* dc) {
@@ -174,7 +179,7 @@ std::string TextElement::AddEllipsis(const std::string& text, int max_width, boo
 
 void TextElement::OnDraw(wxDC& dc, const wxRect& rect) {
   if (m_color.value.IsOk()) dc.SetTextForeground(m_color.value);
-  if (m_font.value.IsOk()) dc.SetFont(m_font.value);
+  dc.SetFont(font_to_use());
   if (m_multiline) {
     dc.DrawLabel(to_display(m_text), wxNullBitmap, rect, 0, -1);
   } else {

@@ -98,6 +98,7 @@ class ORVIX1_API TextElement : public UIElement {
 
  private:
   void Init();
+  wxFont font_to_use() const;
   void UpdateSizeInternal();
   void SetTruncated(bool truncated);
 

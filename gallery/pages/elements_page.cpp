@@ -1,0 +1,203 @@
+#include "pages/elements_page.h"
+
+#include <cmath>
+
+#include <wx/anidecod.h>
+#include <wx/dcmemory.h>
+#include <wx/filename.h>
+#include <wx/imaggif.h>
+#include <wx/quantize.h>
+#include <wx/wfstream.h>
+#include <wx/window.h>
+
+#include "orvix1/elements/DropArrowElement.h"
+#include "orvix1/elements/ElementAdapter.h"
+#include "orvix1/elements/ImageElement.h"
+#include "orvix1/elements/RectangleElement.h"
+#include "orvix1/elements/SpacerElement.h"
+#include "orvix1/elements/StackLayout.h"
+#include "orvix1/elements/TextElement.h"
+#include "orvix1/ui_settings.h"
+#include "orvix1/wxCustomTooltip.h"
+
+namespace gallery {
+namespace {
+
+using namespace orvix1;
+using namespace orvix1::elements;
+
+constexpr int k_fill = UIElement::pfHExpand | UIElement::pfVExpand;
+
+// A rectangle of a fixed size.
+class box_t : public RectangleElement {
+ public:
+  box_t(element_ptr_t parent, int flags, wxSize size) : RectangleElement(parent, flags), m_size(size) {}
+  wxSize GetSize() const override { return m_size; }
+  wxSize GetMinSize() const override { return m_size; }
+
+ private:
+  wxSize m_size;
+};
+
+// A labelled box that takes the keyboard focus and shows it with its border.
+class focus_box_t : public box_t {
+ public:
+  focus_box_t(element_ptr_t parent, const std::string& label) : box_t(parent, k_fill, wxSize(170, 34)) {
+    SetAcceptFocus(true);
+    SetBorderStyle(border_rounded);
+    SetBorderRadius(5);
+    m_label = new TextElement(this, pfVCenter | pfHCenter, label);
+    show_focus(false);
+  }
+  bool SetFocus(bool focused) override {
+    const bool taken = box_t::SetFocus(focused);
+    if (taken) show_focus(focused);
+    return taken;
+  }
+
+ private:
+  void show_focus(bool focused) {
+    const auto settings = ui_settings_t::get();
+    SetBorderThickness(focused ? 3 : 1);
+    SetBorderColor(settings->get_color(focused ? color_selection_bg : color_shadow_3d));
+  }
+  talvar2::intrusive_pointer_t<TextElement> m_label;
+};
+
+// A small spinner, drawn here and saved as an animated GIF.
+wxString write_spinner_gif() {
+  wxImageArray frames;
+  const int size = 40;
+  for (int frame = 0; frame < 8; ++frame) {
+    wxBitmap bitmap(size, size);
+    {
+      wxMemoryDC dc(bitmap);
+      dc.SetBackground(*wxWHITE_BRUSH);
+      dc.Clear();
+      for (int dot = 0; dot < 8; ++dot) {
+        const double angle = dot * M_PI / 4;
+        const int shade = 40 + ((dot - frame + 8) % 8) * 26;
+        dc.SetBrush(wxBrush(wxColour(shade, shade, 255)));
+        dc.SetPen(*wxTRANSPARENT_PEN);
+        dc.DrawCircle(size / 2 + static_cast<int>(14 * std::cos(angle)),
+                      size / 2 + static_cast<int>(14 * std::sin(angle)), 4);
+      }
+    }
+    wxImage quantized;
+    wxQuantize::Quantize(bitmap.ConvertToImage(), quantized, 64);
+    frames.Add(quantized);
+  }
+  const wxString path = wxFileName::CreateTempFileName("orvix1-gallery-spinner") + ".gif";
+  wxFFileOutputStream out(path);
+  wxGIFHandler().SaveAnimation(frames, &out, false, 100);
+  return path;
+}
+
+// A window whose whole content is an element tree.
+class elements_page_t : public wxWindow {
+ public:
+  explicit elements_page_t(wxWindow* parent) {
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    // Tab is for the elements, not for dialog navigation.
+    Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+           wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE);
+    m_adapter = new ElementAdapter(this);
+    m_root = new RectangleElement();
+    m_adapter->SetRootElement(m_root);
+    build();
+    m_root->MoveFocusForward(element_ptr_t());
+  }
+  ~elements_page_t() override {
+    m_root->Destroy();
+    delete m_adapter;
+    wxRemoveFile(m_spinner_file);
+  }
+  bool AcceptsFocus() const override { return true; }
+
+ private:
+  void build() {
+    const auto settings = ui_settings_t::get();
+    m_root->SetBkColor(settings->get_color(color_window_bg));
+    m_root->ShowBorder(false);
+    // Margins pad an element's own drawing, not its children: spacers pad these.
+    new SpacerElement(m_root, UIElement::pfTop | UIElement::pfHExpand, wxSize(1, 10));
+    new SpacerElement(m_root, UIElement::pfLeft | UIElement::pfVExpand, wxSize(12, 1));
+    new SpacerElement(m_root, UIElement::pfRight | UIElement::pfVExpand, wxSize(12, 1));
+
+    auto* title = new TextElement(m_root, UIElement::pfTop | UIElement::pfHCenter,
+                                  "Elements: one window, no native controls");
+    title->SetFont(settings->get_font(font_title));
+    build_footer();
+    build_buttons();
+    build_shapes();
+  }
+
+  // Docked at the bottom across the width: cut with "..." as the window narrows.
+  void build_footer() {
+    new SpacerElement(m_root, UIElement::pfBottom | UIElement::pfHExpand, wxSize(1, 10));
+    new TextElement(m_root, UIElement::pfBottom | UIElement::pfHExpand,
+                    "This label is docked to the bottom and stretched across the window; make "
+                    "the window narrower and it ends in an ellipsis instead of overflowing.");
+  }
+
+  // A column stacked top to bottom; Tab walks it.
+  void build_buttons() {
+    element_ptr_t column(new UIElement(m_root, UIElement::pfLeft | UIElement::pfVExpand));
+    auto* stack = new StackLayout();
+    column->SetLayoutLogic(stack);
+    for (const char* label : {"First (Tab)", "Second", "Third (Shift+Tab)", "Fourth"}) {
+      auto* button = new focus_box_t(column, label);
+      button->GetTooltip()->SetText(std::string("Focus element: ") + label);
+      new SpacerElement(column, k_fill, wxSize(0, 8));
+    }
+  }
+
+  // Shapes side by side, a spinner centred below them, a drop arrow at the right.
+  void build_shapes() {
+    element_ptr_t area(new UIElement(m_root, k_fill));
+    new SpacerElement(area, UIElement::pfLeft | UIElement::pfVExpand, wxSize(16, 1));
+    element_ptr_t row(new UIElement(area, UIElement::pfTop | UIElement::pfLeft));
+    auto* stack = new StackLayout();
+    stack->SetOrientation(true);
+    row->SetLayoutLogic(stack);
+    const auto settings = ui_settings_t::get();
+    struct shape_t {
+      int thickness;
+      bool rounded;
+      bool border;
+      default_colors_t fill;
+    };
+    for (const shape_t& shape : {shape_t{1, false, true, color_note_bg},
+                                 shape_t{3, true, true, color_strip_bg},
+                                 shape_t{2, false, false, color_selection_bg},
+                                 shape_t{4, true, true, color_pane_bg}}) {
+      auto* box = new box_t(row, UIElement::pfLeft | UIElement::pfVCenter, wxSize(110, 70));
+      box->SetBkColor(settings->get_color(shape.fill));
+      box->SetBorderColor(settings->get_color(color_strip_border));
+      box->SetBorderThickness(shape.thickness);
+      box->ShowBorder(shape.border);
+      box->SetBorderStyle(shape.rounded ? RectangleElement::border_rounded
+                                        : RectangleElement::border_square);
+      box->SetBorderRadius(10);
+      new SpacerElement(row, UIElement::pfLeft | UIElement::pfVCenter, wxSize(12, 1));
+    }
+    // A stack gives its children the whole height of the row: the arrow keeps
+    // its own size docked in the area instead.
+    new DropArrowElement(area, UIElement::pfRight | UIElement::pfTop);
+
+    auto* spinner = new ImageElement(area, UIElement::pfVCenter | UIElement::pfHCenter);
+    m_spinner_file = write_spinner_gif();
+    spinner->SetAnimationFile(m_spinner_file);
+    spinner->GetTooltip()->SetText("An animated GIF, stepped by element timers");
+  }
+
+  ElementAdapter* m_adapter = nullptr;
+  talvar2::intrusive_pointer_t<RectangleElement> m_root;
+  wxString m_spinner_file;
+};
+
+}  // namespace
+
+wxWindow* create_elements_page(wxWindow* parent) { return new elements_page_t(parent); }
+
+}  // namespace gallery
