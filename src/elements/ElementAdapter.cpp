@@ -45,7 +45,6 @@ ElementAdapter::ElementAdapter(wxWindow* holder) : m_holder(holder) {
 ElementAdapter::~ElementAdapter() {
   DisconnectRoot();
   DetachHolder(false);
-  StopTimer();
   m_mouse_capture_element.reset();
   m_hovered.reset();
   m_focused.reset();
@@ -100,6 +99,7 @@ void ElementAdapter::DisconnectRoot() {
 }
 
 void ElementAdapter::ForgetTreeState() {
+  OnRequestClearTooltip();
   ReleaseHolderCapture();
   m_mouse_capture_element.reset();
   m_hovered.reset();
@@ -143,6 +143,7 @@ void ElementAdapter::UnbindHolder() {
 // timer and without a capture taken for an element.
 void ElementAdapter::DetachHolder(bool /*holder_is_dying*/) {
   if (m_holder == nullptr) return;
+  OnRequestClearTooltip();
   UnbindHolder();
   // The timer is owned by the holder: it must not fire at a window that is
   // gone. The elements' timers end with it.
@@ -330,8 +331,8 @@ void ElementAdapter::OnRequestCaptureMouse(element_ptr_t element) {
   const bool free = ORVIX_ASSERT_AT(!m_mouse_capture_element,
                                     "m_mouse_capture_element == __null", nullptr, __LINE__);
   m_mouse_capture_element = element;
-  // The window holds the capture already; wx keeps a stack of captures
-  // and would take a second one as a nested capture.
+  // Otherwise the window holds the capture already: wx would stack a second
+  // capture, and one release would no longer undo it.
   if (free) m_holder->CaptureMouse();
 }
 
@@ -342,7 +343,12 @@ void ElementAdapter::OnRequestReleaseMouse() {
   CatchUpHover();
 }
 
-void ElementAdapter::OnMouseCaptureLost(wxMouseCaptureLostEvent&) {
+void ElementAdapter::OnMouseCaptureLost(wxMouseCaptureLostEvent& event) {
+  // A capture the host took for itself is the host's business.
+  if (!m_mouse_capture_element) {
+    event.Skip();
+    return;
+  }
   // wx has taken the capture away already: nothing to release.
   m_mouse_capture_element.reset();
   CatchUpHover();
