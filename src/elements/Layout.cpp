@@ -117,23 +117,35 @@ void Layout::Invalidate() {
   UIElement* element = RequireControlled();
   if (element == nullptr) return;
   // The children are held by reference while they are laid out, so that
-  // one that leaves its parent meanwhile lives until it is unfrozen again.
-  // The entries of this relayout start at `first`: a relayout started from
-  // inside this one appends its own behind them and removes them again.
-  const std::size_t first = m_held_children.size();
+  // one that leaves its parent meanwhile lives until it is thawed again.
+  // A relayout that a child starts from inside this one gets a list of its
+  // own.
+  std::vector<UIElement*> nested;
+  std::vector<UIElement*>& held = m_held == nullptr ? m_held_children : nested;
+  held.clear();
   for (const element_ptr_t& child : element->GetChildren()) {
-    UIElement* held = child.get();
-    held->add_ref();
-    held->FreezeUpdates(true);
-    m_held_children.push_back(held);
+    UIElement* current = child.get();
+    current->add_ref();
+    current->FreezeUpdates(true);
+    held.push_back(current);
   }
-  const std::size_t last = m_held_children.size();
+  const std::vector<UIElement*>* outer = m_held;
+  m_held = &held;
   OnInvalidate();
-  for (std::size_t i = first; i != last; ++i) {
-    m_held_children[i]->FreezeUpdates(false);
-    m_held_children[i]->release_ref();
+  m_held = outer;
+  for (UIElement* current : held) {
+    current->FreezeUpdates(false);
+    current->release_ref();
   }
-  m_held_children.resize(first);
+  held.clear();
+}
+
+const std::vector<UIElement*>& Layout::ChildrenToLayOut() {
+  if (m_held != nullptr) return *m_held;
+  m_held_children.clear();
+  if (m_element != nullptr)
+    for (const element_ptr_t& child : m_element->GetChildren()) m_held_children.push_back(child.get());
+  return m_held_children;
 }
 
 void Layout::ClearChildRects() const {

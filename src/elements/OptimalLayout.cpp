@@ -19,29 +19,28 @@ wxRect OptimalLayout::GetChildRect(const wxRect& /*parent_rect*/, const element_
 void OptimalLayout::OnInvalidate() {
   UIElement* element = RequireControlled();
   if (element == nullptr) return;
-  ArrangeChildren(*element);
+  ArrangeChildren();
   const outcome_t outcome = PlaceWithinRect(*element);
   if (outcome != outcome_t::fitted) PlaceOverVirtualArea(*element, outcome);
   ORVIX_ASSERT_AT(CountChildRects() == element->GetChildren().size(),
                   "m_rects.size() == children.size()", nullptr, __LINE__);
 }
 
-void OptimalLayout::ArrangeChildren(const UIElement& element) {
-  // The child list is walked once, and the rectangles of the last relayout
-  // are forgotten on the way: with thousands of children every walk over
-  // them costs more than the arithmetic of the whole relayout.
+void OptimalLayout::ArrangeChildren() {
+  // With thousands of children every walk over them costs more than the
+  // arithmetic of the whole relayout: the rectangles of the last relayout
+  // are forgotten on the way.
   m_listed.clear();
-  for (const element_ptr_t& child : element.GetChildren()) {
-    UIElement& current = *child.get();
-    ClearChildRect(current);
-    m_listed.push_back({&current, wxSize(), detail::PlacementGroup(current)});
+  for (UIElement* child : ChildrenToLayOut()) {
+    ClearChildRect(*child);
+    m_listed.push_back({child, wxSize(), detail::PlacementGroup(*child)});
   }
   detail::ArrangeInPlacementOrder(m_listed, m_order, [](const placement_t& placement) {
     return static_cast<detail::placement_group_t>(placement.group);
   });
-  // Sizes are asked for once the order stands: a child may do anything in
-  // GetSize(), even change its siblings.
-  for (placement_t& placement : m_order) placement.size = placement.element->GetSize();
+  // Sizes are asked for once the order stands, by index: a child may do
+  // anything in GetSize(), even change its siblings.
+  for (std::size_t i = 0; i < m_order.size(); ++i) m_order[i].size = m_order[i].element->GetSize();
 }
 
 OptimalLayout::outcome_t OptimalLayout::PlaceWithinRect(const UIElement& element) {
@@ -85,8 +84,8 @@ bool OptimalLayout::CoverShortage(int deficit, bool horizontal) {
   for (std::size_t i = m_order.size(); i-- > 0;) {
     const UIElement& candidate = *m_order[i].element;
     if (!candidate.IsVisible() || !candidate.IsResizable()) continue;
-    int& length = horizontal ? m_order[i].size.x : m_order[i].size.y;
     const wxSize minimum = candidate.GetMinSize();
+    int& length = horizontal ? m_order[i].size.x : m_order[i].size.y;
     const int spare = length - (horizontal ? minimum.x : minimum.y);
     // A negative take lifts a child that fell below its minimum back to it.
     const int take = std::min(spare, deficit);

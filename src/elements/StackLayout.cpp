@@ -51,23 +51,23 @@ void StackLayout::OnInvalidate() {
   if (element == nullptr) return;
   const wxRect rect = element->GetRect();
 
-  // The child list is walked once and without calling into the children;
-  // the rest works on the copy.
-  m_slots.clear();
-  for (const element_ptr_t& child : element->GetChildren()) m_slots.push_back({child.get(), false, 0});
-
   // Hidden children keep their place: a stack does not close up when one
   // of its members is hidden.
+  m_slots.clear();
   int resizable_count = 0;
   int fixed_length = 0;
-  for (slot_t& slot : m_slots) {
-    slot.resizable = slot.element->IsResizable();
+  // By index: what a child does when asked must not leave a dangling iterator.
+  const std::vector<UIElement*>& children = ChildrenToLayOut();
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    UIElement* child = children[i];
+    slot_t slot{child, child->IsResizable(), 0};
     if (slot.resizable) {
       ++resizable_count;
     } else {
-      slot.length = Along(slot.element->GetSize(), m_horizontal);
+      slot.length = Along(child->GetSize(), m_horizontal);
       fixed_length += slot.length;
     }
+    m_slots.push_back(slot);
   }
   int share = 0;
   if (resizable_count > 0) {

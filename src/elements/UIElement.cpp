@@ -94,6 +94,7 @@ void UIElement::AddChild(element_ptr_t child) {
   if (child->m_parent != nullptr && child->m_parent != this) child->m_parent->RemoveChild(child);
   m_children.push_back(child);
   child->m_parent = this;
+  child->m_has_layout_rect = false;  // a rectangle from another parent's layout
   if (m_style_propagation) {
     if (talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle())
       child->SetStyleRecursively(style);

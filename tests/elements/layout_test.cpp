@@ -266,6 +266,30 @@ TEST_F(LayoutCacheTest, AChildThatLeavesDuringTheRelayoutLivesUntilItEnds) {
   EXPECT_TRUE(m_root->GetChildren().empty());
 }
 
+TEST_F(LayoutCacheTest, ARelayoutStartedFromInsideOneLeavesTheChildrenAsTheyWere) {
+  sized_ptr_t first = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
+  sized_ptr_t second = sized(left | top, wxSize(20, 10), wxSize(20, 10), false);
+  first->on_size_asked = [this] { m_root->GetLayoutLogic()->Invalidate(); };
+  relayout();
+  EXPECT_EQ(rect_of(first), wxRect(0, 0, 10, 10));
+  EXPECT_EQ(rect_of(second), wxRect(10, 10, 20, 10));
+  EXPECT_FALSE(first->IsUpdatesFrozen());
+  EXPECT_FALSE(second->IsUpdatesFrozen());
+  EXPECT_EQ(first->ref_count(), 2u);  // the list's and ours
+  EXPECT_EQ(second->ref_count(), 2u);
+}
+
+TEST_F(LayoutCacheTest, OnInvalidateAloneLaysOutFromTheChildList) {
+  use_stack(true);
+  element_ptr_t a = spacer(left | top, wxSize(10, 5));
+  element_ptr_t b = spacer(left | top, wxSize(20, 5));
+  m_root->GetLayoutLogic()->OnInvalidate();
+  EXPECT_EQ(rect_of(b), wxRect(10, 0, 20, 50));
+  m_root->SetLayoutLogic(new OptimalLayout);
+  m_root->GetLayoutLogic()->OnInvalidate();
+  EXPECT_EQ(rect_of(b), wxRect(10, 5, 20, 5));
+}
+
 TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
   sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
   child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };

@@ -51,6 +51,11 @@ class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
   // The same, but a missing element is reported as GetControlledElement()
   // reports it.
   UIElement* RequireControlled() const;
+  // The children to lay out, in list order: the copy that Invalidate() holds
+  // for the relayout under way, so that OnInvalidate() need not walk the
+  // list again, or a fresh copy when OnInvalidate() runs on its own. Walk it
+  // by index: a child may start another relayout when asked for its size.
+  const std::vector<UIElement*>& ChildrenToLayOut();
 
   // The rectangle cache. Each child keeps the rectangle its parent's layout
   // gave it, so that lookups cost nothing and relayouts allocate nothing.
@@ -60,6 +65,7 @@ class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
   void StoreChildRect(UIElement& child, const wxRect& rect) const;
   // False when `child` is not a laid-out child of the controlled element.
   bool FindChildRect(const UIElement& child, wxRect& rect) const;
+  // How many children of the controlled element have a rectangle.
   std::size_t CountChildRects() const;
 
   // The size along both axes of the children, from their GetSize() or
@@ -70,9 +76,11 @@ class ORVIX1_API Layout : public talvar2::intrusive_pointer_impl_t {
 
  private:
   UIElement* m_element = nullptr;
-  // The children of the relayouts under way, one reference each; kept to
-  // spare an allocation per relayout.
+  // The copy of the child list, kept to spare an allocation per relayout;
+  // while Invalidate() runs it holds one reference per child.
   std::vector<UIElement*> m_held_children;
+  // The copy Invalidate() holds for the relayout under way, if any.
+  const std::vector<UIElement*>* m_held = nullptr;
 };
 
 // Places `children` in the order the optimal layout fills them: docked ones

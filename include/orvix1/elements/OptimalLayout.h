@@ -31,7 +31,9 @@ class ORVIX1_API OptimalLayout : public Layout {
     int group = 0;  // the place in the order, while it is worked out
   };
 
-  void ArrangeChildren(const UIElement& element);
+  // Fills m_order with the children in placement order and their sizes,
+  // and drops the rectangles of the last relayout.
+  void ArrangeChildren();
   // Places the children into the element's rectangle, again and again while
   // shrinking resizable children makes up for a shortage.
   outcome_t PlaceWithinRect(const UIElement& element);
