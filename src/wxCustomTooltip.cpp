@@ -14,6 +14,17 @@ namespace orvix1 {
 using elements::UIElement;
 
 const elements::margin_t wxCustomTooltip::DefaultMargin(3, 3, 2, 2);
+
+namespace {
+
+// The palette's tooltip delay; a store without the metric (a plain one, no
+// palette yet) counts as the palette's own default.
+int palette_tooltip_delay() {
+  const int delay = ui_settings_t::get()->get_metric(metric_tooltip_delay);
+  return delay >= 0 ? delay : 500;
+}
+
+}  // namespace
 std::map<wxWindow*, wxCustomTooltip*> wxCustomTooltip::m_active_tooltips;
 
 wxCustomTooltip::tooltip_signal_t& wxCustomTooltip::GetDestroyedSignal() {
@@ -150,8 +161,7 @@ wxSize wxCustomTooltip::CalculateSize() const {
 
 void wxCustomTooltip::DoShowTooltip() {
   if (IsShown() || GetText().empty()) return;
-  const int delay = m_show_delay >= 0 ? m_show_delay
-                                      : ui_settings_t::get()->get_metric(metric_tooltip_delay);
+  const int delay = m_show_delay >= 0 ? m_show_delay : palette_tooltip_delay();
   if (delay == 0) {
     Popup(m_owner);
     return;
@@ -165,9 +175,7 @@ void wxCustomTooltip::Popup() { Popup(m_owner); }
 void wxCustomTooltip::Popup(wxWindow* target) {
   if (target == nullptr || GetText().empty()) return;
   UpdateSizeAndPosition();
-  const int hide_delay = m_hide_delay >= 0
-                             ? m_hide_delay
-                             : ui_settings_t::get()->get_metric(metric_tooltip_delay) * 10;
+  const int hide_delay = m_hide_delay >= 0 ? m_hide_delay : palette_tooltip_delay() * 10;
   // A hide delay of 0 keeps the tooltip from ever appearing.
   if (hide_delay <= 0) return;
   Show();

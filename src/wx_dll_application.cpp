@@ -10,6 +10,7 @@
 #include <wx/xrc/xmlres.h>
 
 #include "orvix1/error_dialog.h"
+#include "orvix1/html_help_window.h"
 #include "orvix1/native_window.h"
 #include "orvix1/xrc_handlers.h"
 #include "wx_assert.h"
@@ -83,7 +84,10 @@ bool initialize_wxwidgets(void* main_window) {
 }
 
 void cleanup_wxwidgets() {
-  if (g_initialization_counter == 1) destroy_error_dlg();
+  if (g_initialization_counter == 1) {
+    destroy_error_dlg();
+    destroy_html_help_window();
+  }
   process_message_loop();
   flush_clipboard();
   assert_not_over_cleaned();

@@ -1,0 +1,66 @@
+// Element tooltips end to end: the element makes its tooltip, the pointer
+// entering the element asks the host to show it on the holder, leaving
+// hides it, and a tooltip that dies is forgotten by its element.
+
+#include "orvix1/wxCustomTooltip.h"
+#include "elements/adapter_fixture.h"
+
+namespace {
+
+using orvix1::wxCustomTooltip;
+using orvix1_test::adapter_fixture_t;
+using orvix1_test::recording_ptr_t;
+
+class ElementTooltip : public adapter_fixture_t {
+ protected:
+  void SetUp() override {
+    adapter_fixture_t::SetUp();
+    left = add(root, wxSize(60, 100), "left");
+    right = add(root, wxSize(60, 100), "right");
+    paint();
+  }
+  recording_ptr_t left;
+  recording_ptr_t right;
+};
+
+TEST_F(ElementTooltip, ShownOnTheHolderWhileThePointerIsOverItsElement) {
+  wxCustomTooltip* tooltip = left->GetTooltip();
+  ASSERT_NE(tooltip, nullptr);
+  EXPECT_EQ(left->GetTooltip(), tooltip);  // made once
+  tooltip->SetText("left element");
+
+  send_mouse(wxEVT_MOTION, 10, 10);
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), tooltip);
+  EXPECT_TRUE(tooltip->IsShown());
+
+  send_mouse(wxEVT_MOTION, 70, 10);  // onto the sibling, which has none
+  EXPECT_FALSE(tooltip->IsShown());
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), nullptr);
+
+  wxCustomTooltip* other = right->GetTooltip();
+  other->SetText("right element");
+  send_mouse(wxEVT_MOTION, 10, 10);
+  send_mouse(wxEVT_MOTION, 70, 10);  // from one tooltip straight to another
+  EXPECT_FALSE(tooltip->IsShown());
+  EXPECT_TRUE(other->IsShown());
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), other);
+}
+
+TEST_F(ElementTooltip, DestroyedTooltipsAreForgotten) {
+  wxCustomTooltip* tooltip = left->GetTooltip();
+  tooltip->SetText("left element");
+  send_mouse(wxEVT_MOTION, 10, 10);
+  ASSERT_TRUE(tooltip->IsShown());
+  tooltip->Destroy();
+  orvix1_test::pump_events();
+  EXPECT_EQ(left->GetExistingTooltip(), nullptr);
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), nullptr);
+  send_mouse(wxEVT_MOTION, 70, 10);  // leaving asks for nothing that is gone
+
+  wxCustomTooltip* fresh = left->GetTooltip();
+  EXPECT_NE(fresh, nullptr);
+  left->Destroy();  // an element that goes takes its tooltip along
+  EXPECT_EQ(left->GetExistingTooltip(), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,214 @@
+#include "orvix1/help.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <wx/filesys.h>
+#include <wx/frame.h>
+
+#include "orvix1/html_help_window.h"
+#include "support/fake_programs.h"
+#include "support/log_capture.h"
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using orvix1_test::fake_programs_t;
+using orvix1_test::pump_events;
+using orvix1_test::started_program_t;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+// Fake viewers and "whereis" on PATH, the mailcap file in the same folder.
+class HelpTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_fakes.add_whereis();
+    orvix1::set_mailcap_path(mailcap_path());
+    m_fakes.folder().write("manual.pdf", "%PDF-1.4\n");
+  }
+  void TearDown() override {
+    orvix1::set_mailcap_path(talvar2::path_t("/etc/mailcap"));
+    orvix1::destroy_html_help_window();
+    pump_events();
+  }
+
+  std::string mailcap_path() const { return m_fakes.folder().file("mailcap"); }
+  void write_mailcap(const std::string& text) const { m_fakes.folder().write("mailcap", text); }
+  talvar2::path_t manual() const { return talvar2::path_t(m_fakes.folder().file("manual.pdf")); }
+
+  fake_programs_t m_fakes;
+};
+
+class HelpPdf : public HelpTest {};
+
+TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
+  write_mailcap(
+      "# viewers\n"
+      "text/html; browser %s\n"
+      "application/pdf;   pdfview --fit '%s'; test=test -n \"$DISPLAY\"  \n");
+  m_fakes.add_viewer("pdfview");
+  m_fakes.add_viewer("evince");
+
+  ASSERT_TRUE(orvix1::OpenPDF(manual(), 0));
+
+  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("pdfview"));
+  const started_program_t start = m_fakes.wait_for_start("pdfview");
+  ASSERT_TRUE(start.started);
+  EXPECT_THAT(start.arguments, ElementsAre(manual().as_string()));
+}
+
+TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
+  // No mailcap file at the configured place.
+  orvix1_test::log_capture_t capture("orvix.help");
+
+  EXPECT_FALSE(orvix1::OpenPDF(manual(), 0));
+
+  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
+  ASSERT_EQ(capture.entries().size(), 1u);
+  EXPECT_THAT(capture.entries()[0].message, HasSubstr("no PDF viewer could be started"));
+  EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
+}
+
+TEST_F(HelpPdf, MailcapEntriesComeFirstAndTheFirstViewerThatStartsWins) {
+  write_mailcap(
+      "application/pdf; first-missing %s\n"
+      "application/postscript; psview %s\n"
+      "application/pdf;second-missing\n");
+  m_fakes.add_viewer("evince");
+  m_fakes.add_viewer("xpdf");
+
+  ASSERT_TRUE(orvix1::OpenPDF(manual(), 0));
+
+  EXPECT_THAT(m_fakes.whereis_calls(),
+              ElementsAre("first-missing", "second-missing", "kpdf", "gpdf", "evince"));
+  EXPECT_THAT(m_fakes.wait_for_start("evince").arguments, ElementsAre(manual().as_string()));
+}
+
+TEST_F(HelpPdf, MissingFileStartsNothing) {
+  write_mailcap("application/pdf; pdfview %s\n");
+  m_fakes.add_viewer("pdfview");
+  // Trying to start it would leave a warning behind at once.
+  m_fakes.add_non_executable("acroread");
+  orvix1_test::log_capture_t capture("orvix.help");
+
+  EXPECT_FALSE(orvix1::OpenPDF(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 3));
+
+  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
+  ASSERT_EQ(capture.entries().size(), 1u);
+  EXPECT_THAT(capture.entries()[0].message, HasSubstr("missing.pdf"));
+}
+
+TEST_F(HelpPdf, APageGoesToAViewerThatTakesOne) {
+  write_mailcap("application/pdf; pdfview %s\n");
+  m_fakes.add_viewer("pdfview");
+  m_fakes.add_viewer("acroread");
+
+  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
+
+  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
+  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
+              ElementsAre("-openInNewInstance", "/a", "page=7", manual().as_string()));
+}
+
+TEST_F(HelpPdf, XpdfTakesThePageAfterTheFile) {
+  m_fakes.add_viewer("xpdf");
+
+  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
+
+  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(manual().as_string(), "12"));
+}
+
+class HelpHtml : public HelpTest {
+ protected:
+  std::string write_page(const std::string& name, const std::string& title) const {
+    m_fakes.folder().write(name, "<html><head><title>" + title +
+                                     "</title></head><body><p>Help text</p></body></html>");
+    return m_fakes.folder().file(name);
+  }
+};
+
+TEST_F(HelpHtml, TheDefaultBrowserGetsTheFileAddress) {
+  const std::string page = write_page("index.html", "Manual");
+  m_fakes.add_viewer("xdg-open");
+
+  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(page)));
+
+  EXPECT_THAT(m_fakes.wait_for_start("xdg-open").arguments, ElementsAre("file://" + page));
+  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
+}
+
+TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindow) {
+  const std::string first = write_page("help index.html", "Manual");
+  const std::string second = write_page("topic.html", "Topic");
+
+  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(first)));
+  pump_events();
+
+  wxFrame* window = orvix1::get_html_help_window();
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(window->IsShown());
+  EXPECT_EQ(window->GetTitle(), "Manual");
+  EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("index.html"));
+  EXPECT_THAT(wxFileSystem::URLToFileName(orvix1::get_html_help_window_page()).GetFullPath(),
+              first);
+
+  // The next page reuses the window; a fixed caption wins over the page's.
+  ASSERT_TRUE(orvix1::open_in_default_browser("file://" + second, "Guide"));
+  pump_events();
+  EXPECT_EQ(orvix1::get_html_help_window(), window);
+  EXPECT_EQ(window->GetTitle(), "Guide");
+  EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("topic.html"));
+}
+
+TEST_F(HelpHtml, PagesThatCannotBeShownOpenNothing) {
+  orvix1_test::log_capture_t capture("orvix.help");
+
+  EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));
+  EXPECT_FALSE(orvix1::open_in_default_browser("file://" + m_fakes.folder().file("gone.html"), ""));
+  EXPECT_FALSE(orvix1::open_in_default_browser("", ""));
+  pump_events();
+
+  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
+  std::string messages;
+  for (const auto& entry : capture.entries()) messages += entry.message + "\n";
+  EXPECT_THAT(messages, HasSubstr("missing.html"));
+  EXPECT_THAT(messages, HasSubstr("cannot show file://"));
+}
+
+class HelpHelper : public HelpTest {};
+
+TEST_F(HelpHelper, SourcesAreTriedInOrderAndMissingFilesAreSkipped) {
+  m_fakes.folder().write("help.html", "<html><head><title>Help</title></head></html>");
+  orvix1::open_help_helper_t helper;
+  helper.add_pdf(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 4)
+      .add_pdf(manual())
+      .add_html(talvar2::path_t(m_fakes.folder().file("help.html")))
+      .add_url("file:///never-reached.html");
+
+  ASSERT_TRUE(helper.try_open_help());
+  pump_events();
+
+  // Only the existing manual was offered to viewers (none is installed).
+  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
+  EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("help.html"));
+}
+
+TEST_F(HelpHelper, FailsWhenNoSourceOpens) {
+  orvix1_test::log_capture_t capture("orvix.help");
+  orvix1::open_help_helper_t helper;
+  EXPECT_FALSE(helper.try_open_help());
+  helper.add_html(talvar2::path_t(m_fakes.folder().file("missing.html")));
+  EXPECT_FALSE(helper.try_open_help());
+
+  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
+  ASSERT_EQ(capture.entries().size(), 2u);
+  EXPECT_THAT(capture.entries()[0].message, HasSubstr("no help to open"));
+  EXPECT_THAT(capture.entries()[1].message, HasSubstr("none of the help sources"));
+}
+
+TEST(HelpMailcap, DefaultsToTheSystemFile) {
+  EXPECT_EQ(orvix1::get_mailcap_path().as_string(), "/etc/mailcap");
+}
+
+}  // namespace
