@@ -134,24 +134,27 @@ void UIElement::ChangeZOrderToBack(element_ptr_t child) {
 }
 
 void UIElement::ChangeZOrderToBeforeElement(element_ptr_t child, element_ptr_t pos) {
-  const auto element = FindChild(child.get());
-  if (!ORVIX_ASSERT_AT(element != m_children.end(), "element != m_children.end()", nullptr, __LINE__))
-    return;
-  const auto position = FindChild(pos.get());
-  if (!ORVIX_ASSERT_AT(position != m_children.end(), "pos != m_children.end()", nullptr, __LINE__))
-    return;
-  m_children.splice(position, m_children, element);
-  Invalidate(true);
+  MoveChildNextTo(child.get(), pos.get(), false, __func__);
 }
 
 void UIElement::ChangeZOrderToAfterElement(element_ptr_t child, element_ptr_t pos) {
-  const auto element = FindChild(child.get());
-  if (!ORVIX_ASSERT_AT(element != m_children.end(), "element != m_children.end()", nullptr, __LINE__))
+  MoveChildNextTo(child.get(), pos.get(), true, __func__);
+}
+
+// The assertions report the public caller's name, as wxASSERT in it would.
+void UIElement::MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after,
+                                const char* caller) {
+  const auto element = FindChild(child);
+  if (element == m_children.end()) {
+    detail::report_wx_assert(__FILE__, __LINE__, caller, "element != m_children.end()", nullptr);
     return;
-  const auto position = FindChild(pos.get());
-  if (!ORVIX_ASSERT_AT(position != m_children.end(), "pos != m_children.end()", nullptr, __LINE__))
+  }
+  const auto position = FindChild(pos);
+  if (position == m_children.end()) {
+    detail::report_wx_assert(__FILE__, __LINE__, caller, "pos != m_children.end()", nullptr);
     return;
-  if (element != position) m_children.splice(std::next(position), m_children, element);
+  }
+  if (element != position) m_children.splice(after ? std::next(position) : position, m_children, element);
   Invalidate(true);
 }
 
