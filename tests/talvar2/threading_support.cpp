@@ -1,0 +1,209 @@
+#include "talvar2/threading_support.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+#include "talvar2/threading/thread_pool_unit.h"
+
+namespace talvar2_test {
+
+void gate_t::open() {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  m_open = true;
+  m_changed.notify_all();
+}
+
+bool gate_t::wait_open(std::chrono::milliseconds timeout) const {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  return m_changed.wait_for(lock, timeout, [this] { return m_open; });
+}
+
+bool gate_t::is_open() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_open;
+}
+
+void counter_t::add(long amount) {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  m_value += amount;
+  m_changed.notify_all();
+}
+
+long counter_t::value() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_value;
+}
+
+bool counter_t::wait_for_at_least(long target, std::chrono::milliseconds timeout) const {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  return m_changed.wait_for(lock, timeout, [&] { return m_value >= target; });
+}
+
+void recording_status_t::task_complete(const task_ptr_t& task) {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  ++m_completions[task];
+  ++m_completed;
+  m_changed.notify_all();
+}
+
+void recording_status_t::task_exception(const task_ptr_t& task, const std::string& what) {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  m_exceptions.push_back({task, what});
+}
+
+void recording_status_t::task_scheduling_error(const task_ptr_t& task, const std::string& what) {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  m_scheduling_errors.push_back({task, what});
+}
+
+int recording_status_t::completions_of(const task_ptr_t& task) const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  const auto found = m_completions.find(task);
+  return found == m_completions.end() ? 0 : found->second;
+}
+
+std::size_t recording_status_t::completed() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_completed;
+}
+
+std::vector<recording_status_t::report_t> recording_status_t::exceptions() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_exceptions;
+}
+
+std::vector<recording_status_t::report_t> recording_status_t::scheduling_errors() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_scheduling_errors;
+}
+
+bool recording_status_t::wait_completed(std::size_t total, std::chrono::milliseconds timeout) const {
+  std::unique_lock<std::mutex> lock(m_mutex);
+  return m_changed.wait_for(lock, timeout, [&] { return m_completed >= total; });
+}
+
+std::string thread_places_t::here() const {
+  for (const char* name : {service_unit_name, long_tasks_unit_name, delay_tasks_unit_name}) {
+    const auto pool = boost::dynamic_pointer_cast<thread_pool_unit_t>(m_scheduler->find_unit(name));
+    if (pool && pool->running_in_this_thread()) return name;
+  }
+  return std::this_thread::get_id() == m_test_thread ? "test thread" : "other";
+}
+
+stage_ptr_t stage_action_t::make_stage(const std::string& unit_name) {
+  stage_t::work_signal_t work;
+  work.connect(this, &stage_action_t::on_work);
+  return boost::make_shared<stage_t>(unit_name, work);
+}
+
+stage_ptr_t probe_task_t::make_work_stage(const std::string& unit, const std::string& label,
+                                          std::function<void()> body) {
+  m_actions.push_back(std::make_unique<stage_action_t>([this, label, body] {
+    if (m_in_flight.fetch_add(1) != 0) m_overlaps.fetch_add(1);
+    {
+      std::lock_guard<std::mutex> lock(m_mutex);
+      m_steps.push_back({label, place()});
+    }
+    struct leave_t {
+      std::atomic<int>& in_flight;
+      ~leave_t() { in_flight.fetch_sub(1); }
+    } leave{m_in_flight};
+    if (body) body();
+  }));
+  return m_actions.back()->make_stage(unit);
+}
+
+void probe_task_t::add(const std::string& unit, const std::string& label, std::function<void()> body) {
+  push_stage(make_work_stage(unit, label, std::move(body)));
+}
+
+void probe_task_t::add_final(const std::string& unit, const std::string& label,
+                             std::function<void()> body) {
+  push_finalization_stage(make_work_stage(unit, label, std::move(body)));
+}
+
+void probe_task_t::add_wait(const std::string& unit, int delay_ms) {
+  push_stage(boost::make_shared<stage_t>(unit, delay_ms));
+}
+
+void probe_task_t::add_final_wait(const std::string& unit, int delay_ms) {
+  push_finalization_stage(boost::make_shared<stage_t>(unit, delay_ms));
+}
+
+void probe_task_t::cancel() {
+  {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_cancel_seen) m_cancel_place = place();
+    m_cancel_seen = true;
+  }
+  default_task_t::cancel();
+}
+
+std::vector<probe_task_t::step_t> probe_task_t::steps() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_steps;
+}
+
+std::vector<std::string> probe_task_t::labels() const {
+  std::vector<std::string> labels;
+  for (const step_t& step : steps()) labels.push_back(step.label);
+  return labels;
+}
+
+std::string probe_task_t::cancel_place() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_cancel_place;
+}
+
+queue_driver_t::queue_driver_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {
+  m_queue->new_job.connect(this, &queue_driver_t::on_new_job);
+}
+
+queue_driver_t::~queue_driver_t() {
+  // Cut before dying: a worker may be emitting right now.
+  m_queue->new_job.disconnect(this, &queue_driver_t::on_new_job);
+}
+
+void queue_driver_t::on_new_job(const task_ptr_t&, const stage_ptr_t&) {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  ++m_signals;
+  m_new_job.notify_all();
+}
+
+std::size_t queue_driver_t::signals() const {
+  std::lock_guard<std::mutex> lock(m_mutex);
+  return m_signals;
+}
+
+void queue_driver_t::drive_once(std::chrono::milliseconds wait) {
+  std::size_t seen;
+  {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    seen = m_signals;
+  }
+  if (m_queue->process_queue(64) != 0) return;
+  // Nothing queued: wake on the next job, or soon anyway, since what the
+  // caller waits for may happen on a worker.
+  std::unique_lock<std::mutex> lock(m_mutex);
+  m_new_job.wait_for(lock, wait, [&] { return m_signals != seen; });
+}
+
+bool queue_driver_t::drive_until(const std::function<bool()>& done, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  while (!done()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    drive_once();
+  }
+  return true;
+}
+
+void driving_wait_t::wait(boost::weak_ptr<scheduler_operation_status_t> status) {
+  const int call = ++m_calls;
+  if (m_on_call) m_on_call(call);
+  const auto locked = status.lock();
+  if (!locked) return;
+  if (m_queue) m_queue->process_queue(64);
+  locked->wait_for(std::chrono::milliseconds(2));
+}
+
+}  // namespace talvar2_test

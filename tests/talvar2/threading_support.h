@@ -1,0 +1,196 @@
+#ifndef TALVAR2_TESTS_THREADING_SUPPORT_H
+#define TALVAR2_TESTS_THREADING_SUPPORT_H
+
+// Helpers for the threading tests: tasks built from functions that record
+// where and in which order their stages ran, a status callback that records
+// every report, a driver that drains a queue unit on the test thread the way
+// an event loop would, and gates and counters to wait on with a bound.
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "talvar2/functor/signal.h"
+#include "talvar2/threading/callbacks.h"
+#include "talvar2/threading/default_task.h"
+#include "talvar2/threading/queue_unit.h"
+#include "talvar2/threading/scheduler.h"
+#include "talvar2/threading/stage.h"
+
+namespace talvar2_test {
+
+using namespace talvar2::threading;
+
+// Bound of every wait in these tests: far beyond what a correct run needs.
+constexpr std::chrono::milliseconds k_timeout{10000};
+
+// Closed until opened; threads wait on it with a bound.
+class gate_t {
+ public:
+  void open();
+  bool wait_open(std::chrono::milliseconds timeout = k_timeout) const;
+  bool is_open() const;
+
+ private:
+  mutable std::mutex m_mutex;
+  mutable std::condition_variable m_changed;
+  bool m_open = false;
+};
+
+// A count that threads can wait to reach a value.
+class counter_t {
+ public:
+  void add(long amount = 1);
+  long value() const;
+  bool wait_for_at_least(long target, std::chrono::milliseconds timeout = k_timeout) const;
+
+ private:
+  mutable std::mutex m_mutex;
+  mutable std::condition_variable m_changed;
+  long m_value = 0;
+};
+
+// Records every report of a scheduler.
+class recording_status_t : public scheduler_status_callback_t {
+ public:
+  struct report_t {
+    task_ptr_t task;
+    std::string what;
+  };
+
+  void task_complete(const task_ptr_t& task) override;
+  void task_exception(const task_ptr_t& task, const std::string& what) override;
+  void task_scheduling_error(const task_ptr_t& task, const std::string& what) override;
+
+  int completions_of(const task_ptr_t& task) const;
+  std::size_t completed() const;
+  std::vector<report_t> exceptions() const;
+  std::vector<report_t> scheduling_errors() const;
+  bool wait_completed(std::size_t total, std::chrono::milliseconds timeout = k_timeout) const;
+
+ private:
+  mutable std::mutex m_mutex;
+  mutable std::condition_variable m_changed;
+  std::map<task_ptr_t, int> m_completions;  // holds the tasks: no address is reused
+  std::size_t m_completed = 0;
+  std::vector<report_t> m_exceptions;
+  std::vector<report_t> m_scheduling_errors;
+};
+
+// Says on which unit's thread the caller runs: a unit name of the default
+// scheduler, "test thread", or "other".
+class thread_places_t {
+ public:
+  explicit thread_places_t(boost::shared_ptr<scheduler_t> scheduler)
+      : m_scheduler(std::move(scheduler)), m_test_thread(std::this_thread::get_id()) {}
+  std::string here() const;
+
+ private:
+  boost::shared_ptr<scheduler_t> m_scheduler;
+  std::thread::id m_test_thread;
+};
+
+// Runs a function as the work of a stage.
+class stage_action_t : public talvar2::subscriber_base_t {
+ public:
+  explicit stage_action_t(std::function<void()> body) : m_body(std::move(body)) {}
+  stage_ptr_t make_stage(const std::string& unit_name);
+
+ private:
+  void on_work(const task_ptr_t&) { m_body(); }
+  std::function<void()> m_body;
+};
+
+// A task whose stages are functions. It records the label and place of
+// every stage that runs, in running order, counts stages that overlap, and
+// remembers the place of its first cancel().
+class probe_task_t : public default_task_t {
+ public:
+  struct step_t {
+    std::string label;
+    std::string place;
+  };
+  using place_function_t = std::function<std::string()>;
+
+  explicit probe_task_t(place_function_t place = {}) : m_place(std::move(place)) {}
+
+  void add(const std::string& unit, const std::string& label, std::function<void()> body = {});
+  void add_final(const std::string& unit, const std::string& label, std::function<void()> body = {});
+  void add_wait(const std::string& unit, int delay_ms);
+  void add_final_wait(const std::string& unit, int delay_ms);
+
+  void cancel() override;
+
+  std::vector<step_t> steps() const;
+  std::vector<std::string> labels() const;
+  int overlaps() const { return m_overlaps.load(); }
+  std::string cancel_place() const;
+
+ private:
+  stage_ptr_t make_work_stage(const std::string& unit, const std::string& label, std::function<void()> body);
+  std::string place() const { return m_place ? m_place() : std::string(); }
+
+  place_function_t m_place;
+  std::vector<std::unique_ptr<stage_action_t>> m_actions;
+  mutable std::mutex m_mutex;
+  std::vector<step_t> m_steps;
+  std::string m_cancel_place;
+  bool m_cancel_seen = false;
+  std::atomic<int> m_in_flight{0};
+  std::atomic<int> m_overlaps{0};
+};
+
+// Drains a queue unit on the calling thread, waking on its new-job signal.
+class queue_driver_t : public talvar2::subscriber_base_t {
+ public:
+  explicit queue_driver_t(boost::shared_ptr<queue_unit_t> queue);
+  ~queue_driver_t() override;
+
+  // Runs jobs until `done()` holds; false when `timeout` passes first.
+  bool drive_until(const std::function<bool()>& done, std::chrono::milliseconds timeout = k_timeout);
+  // Runs what is queued now and waits a little for more.
+  void drive_once(std::chrono::milliseconds wait = std::chrono::milliseconds(2));
+
+  std::size_t signals() const;
+  const boost::shared_ptr<queue_unit_t>& queue() const { return m_queue; }
+
+ private:
+  void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage);
+
+  boost::shared_ptr<queue_unit_t> m_queue;
+  mutable std::mutex m_mutex;
+  std::condition_variable m_new_job;
+  std::size_t m_signals = 0;
+};
+
+// A wait callback that drains a queue on the waiting thread, as a GUI's
+// event pump does, and counts its calls. `on_call(n)` runs at call n (from 1).
+class driving_wait_t : public scheduler_wait_callback_t {
+ public:
+  explicit driving_wait_t(boost::shared_ptr<queue_unit_t> queue,
+                          std::function<void(int)> on_call = {})
+      : m_queue(std::move(queue)), m_on_call(std::move(on_call)) {}
+
+  void wait(boost::weak_ptr<scheduler_operation_status_t> status) override;
+  int calls() const { return m_calls.load(); }
+
+ private:
+  boost::shared_ptr<queue_unit_t> m_queue;  // may be empty: then it only waits
+  std::function<void(int)> m_on_call;
+  std::atomic<int> m_calls{0};
+};
+
+}  // namespace talvar2_test
+
+#endif

@@ -1,0 +1,610 @@
+// The scheduler: stages in order on their units, worker pools that cannot
+// starve each other, waits, cancellation, exceptions, cancel-and-wait and
+// the scheduler's own lifetime.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+#include "talvar2/assertion_recorder.h"
+#include "talvar2/threading/queue_unit.h"
+#include "talvar2/threading/scheduler.h"
+#include "talvar2/threading/thread_pool_unit.h"
+#include "talvar2/threading_support.h"
+
+namespace talvar2_test {
+namespace {
+
+using strings = std::vector<std::string>;
+
+// A default scheduler with a "main" queue drained by the test thread. Every
+// test ends with the scheduler empty.
+class scheduler_test : public ::testing::Test {
+ protected:
+  void SetUp() override { create(nullptr); }
+
+  void TearDown() override {
+    if (!scheduler) return;
+    scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main));
+    EXPECT_EQ(scheduler->task_count(""), 0u);
+  }
+
+  void create(const boost::shared_ptr<scheduler_wait_callback_t>& default_wait) {
+    status = boost::make_shared<recording_status_t>();
+    scheduler = create_default_scheduler(status, default_wait, false);
+    main = boost::make_shared<queue_unit_t>();
+    scheduler->register_unit(main_unit_name, main);
+    driver = std::make_unique<queue_driver_t>(main);
+    places = std::make_unique<thread_places_t>(scheduler);
+  }
+
+  boost::shared_ptr<probe_task_t> probe() {
+    return boost::make_shared<probe_task_t>([this] { return places->here(); });
+  }
+
+  bool finish(const task_ptr_t& task) {
+    return driver->drive_until([&] { return status->completions_of(task) > 0; });
+  }
+
+  std::size_t pool_threads(const char* unit) const {
+    return boost::dynamic_pointer_cast<thread_pool_unit_t>(scheduler->find_unit(unit))->thread_count();
+  }
+
+  boost::shared_ptr<recording_status_t> status;
+  boost::shared_ptr<scheduler_t> scheduler;
+  boost::shared_ptr<queue_unit_t> main;
+  std::unique_ptr<queue_driver_t> driver;
+  std::unique_ptr<thread_places_t> places;
+};
+
+using SchedulerStages = scheduler_test;
+
+TEST_F(SchedulerStages, RunInOrderOneAtATimeEachOnItsUnit) {
+  std::vector<boost::shared_ptr<probe_task_t>> tasks;
+  for (int i = 0; i < 40; ++i) {
+    auto task = probe();
+    task->add(service_unit_name, "a");
+    task->add(long_tasks_unit_name, "b");
+    task->add(main_unit_name, "c");
+    task->add_wait(delay_tasks_unit_name, 0);
+    task->add(service_unit_name, "d");
+    task->add_final(main_unit_name, "e");
+    ASSERT_EQ(scheduler->schedule(task, "stages"), schedule_accepted);
+    tasks.push_back(task);
+  }
+  ASSERT_TRUE(driver->drive_until([&] { return status->completed() == tasks.size(); }));
+
+  for (const auto& task : tasks) {
+    const auto steps = task->steps();
+    ASSERT_EQ(task->labels(), (strings{"a", "b", "c", "d", "e"}));
+    EXPECT_EQ(steps[0].place, service_unit_name);
+    EXPECT_EQ(steps[1].place, long_tasks_unit_name);
+    EXPECT_EQ(steps[2].place, "test thread");
+    EXPECT_EQ(steps[3].place, service_unit_name);
+    EXPECT_EQ(steps[4].place, "test thread");
+    EXPECT_EQ(task->overlaps(), 0);
+    EXPECT_EQ(status->completions_of(task), 1);
+  }
+  EXPECT_TRUE(status->exceptions().empty());
+  EXPECT_EQ(scheduler->task_count(""), 0u);
+}
+
+TEST_F(SchedulerStages, DefaultUnitsHaveTheirOwnThreads) {
+  EXPECT_GE(pool_threads(service_unit_name), 2u);
+  EXPECT_GE(pool_threads(long_tasks_unit_name), 4u);
+  EXPECT_EQ(pool_threads(delay_tasks_unit_name), 1u);
+  EXPECT_FALSE(scheduler->find_unit("nowhere"));
+}
+
+TEST_F(SchedulerStages, LongTasksHoldingEveryLongWorkerDoNotDelayServiceTasks) {
+  const std::size_t long_workers = pool_threads(long_tasks_unit_name);
+  gate_t release;
+  counter_t blocked;
+  for (std::size_t i = 0; i <= long_workers; ++i) {  // one more than there are workers
+    auto task = probe();
+    task->add(long_tasks_unit_name, "block", [&] {
+      blocked.add();
+      release.wait_open();
+    });
+    ASSERT_EQ(scheduler->schedule(task, "long"), schedule_accepted);
+  }
+  ASSERT_TRUE(blocked.wait_for_at_least(static_cast<long>(long_workers)));
+
+  auto service = probe();
+  counter_t served;
+  service->add(service_unit_name, "serve", [&] { served.add(); });
+  ASSERT_EQ(scheduler->schedule(service, "service"), schedule_accepted);
+  EXPECT_TRUE(served.wait_for_at_least(1));
+  EXPECT_FALSE(release.is_open());
+  EXPECT_EQ(blocked.value(), static_cast<long>(long_workers));  // the extra one still queued
+
+  release.open();
+  EXPECT_TRUE(status->wait_completed(long_workers + 2));
+}
+
+// A timed unit that records the waits it is given and passes them on.
+class recording_timed_unit_t : public timed_unit_t {
+ public:
+  void post(const job_t& job) override { m_pool.post(job); }
+  void post_after(const job_t& job, std::chrono::milliseconds delay) override {
+    m_delays.push_back(delay.count());
+    m_pool.post_after(job, delay);
+  }
+  std::vector<long> delays() const { return m_delays; }  // read after the tasks ended
+
+ private:
+  thread_pool_unit_t m_pool{1};
+  std::vector<long> m_delays;
+};
+
+using SchedulerDelay = scheduler_test;
+
+TEST_F(SchedulerDelay, WaitStagesGoThroughTheirTimedUnitEvenAtZero) {
+  const auto timed = boost::make_shared<recording_timed_unit_t>();
+  scheduler->register_unit("recording", timed);
+  for (int delay : {0, 40}) {
+    auto task = probe();
+    task->add_wait("recording", delay);
+    task->add(service_unit_name, "after");
+    const auto scheduled = std::chrono::steady_clock::now();
+    ASSERT_EQ(scheduler->schedule(task, "delay"), schedule_accepted);
+    ASSERT_TRUE(status->wait_completed(delay == 0 ? 1 : 2));
+    EXPECT_GE(std::chrono::steady_clock::now() - scheduled, std::chrono::milliseconds(delay));
+    EXPECT_EQ(task->labels(), strings{"after"});
+  }
+  EXPECT_EQ(timed->delays(), (std::vector<long>{0, 40}));
+}
+
+TEST_F(SchedulerDelay, WaitOnAQueueUnitIsRefused) {
+  auto task = probe();
+  task->add_wait(main_unit_name, 10);
+  EXPECT_EQ(scheduler->schedule(task, "delay"), schedule_unknown_unit);
+  EXPECT_EQ(scheduler->task_count(""), 0u);
+}
+
+TEST_F(SchedulerDelay, CancelCutsAWaitShortOnTheTimerAndOnAWorkerPool) {
+  for (const char* unit : {delay_tasks_unit_name, service_unit_name}) {
+    SCOPED_TRACE(unit);
+    auto task = probe();
+    task->add_wait(unit, 600000);
+    task->add(service_unit_name, "after the wait");
+    task->add_final(main_unit_name, "finally");
+    ASSERT_EQ(scheduler->schedule(task, "sleepers"), schedule_accepted);
+    scheduler->cancel("sleepers");
+    ASSERT_TRUE(finish(task));  // within the test bound, not ten minutes
+    EXPECT_EQ(task->labels(), strings{"finally"});
+    EXPECT_EQ(task->steps()[0].place, "test thread");
+  }
+}
+
+TEST_F(SchedulerDelay, FinalizationWaitOfATaskCanceledBeforeEndsAtOnce) {
+  gate_t release;
+  counter_t working;
+  auto task = probe();
+  task->add(service_unit_name, "work", [&] {
+    working.add();
+    release.wait_open();
+  });
+  task->add_final_wait(delay_tasks_unit_name, 600000);
+  task->add_final(main_unit_name, "finally");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(working.wait_for_at_least(1));
+  scheduler->cancel("g");
+  release.open();
+  ASSERT_TRUE(finish(task));
+  EXPECT_EQ(task->labels(), (strings{"work", "finally"}));
+}
+
+using SchedulerCancel = scheduler_test;
+
+TEST_F(SchedulerCancel, TaskCanceledBeforeSchedulingRunsOnlyItsFinalizationStages) {
+  auto task = probe();
+  task->add(service_unit_name, "work");
+  task->add_final(main_unit_name, "first final");
+  task->add(long_tasks_unit_name, "more work");
+  task->add_final(service_unit_name, "second final");
+  task->cancel();
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+  const auto steps = task->steps();
+  ASSERT_EQ(task->labels(), (strings{"first final", "second final"}));
+  EXPECT_EQ(steps[0].place, "test thread");
+  EXPECT_EQ(steps[1].place, service_unit_name);
+  EXPECT_EQ(status->completions_of(task), 1);
+}
+
+TEST_F(SchedulerCancel, CancelingAGroupSkipsTheRestOfItsOrdinaryStagesOnly) {
+  gate_t release;
+  counter_t working;
+  auto make = [&](const std::string& group) {
+    auto task = probe();
+    task->add(service_unit_name, "work", [&] {
+      working.add();
+      release.wait_open();
+    });
+    task->add(long_tasks_unit_name, "more");
+    task->add_final(main_unit_name, "final");
+    task->add(service_unit_name, "after final");
+    task->add_final(service_unit_name, "last final");
+    EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
+    return task;
+  };
+  auto canceled = make("doomed");
+  auto spared = make("spared");
+  ASSERT_TRUE(working.wait_for_at_least(2));
+  scheduler->cancel("doomed");
+  release.open();
+  ASSERT_TRUE(finish(canceled));
+  ASSERT_TRUE(finish(spared));
+
+  EXPECT_TRUE(canceled->is_canceled());
+  EXPECT_EQ(canceled->labels(), (strings{"work", "final", "last final"}));
+  EXPECT_FALSE(spared->is_canceled());
+  EXPECT_EQ(spared->labels(), (strings{"work", "more", "final", "after final", "last final"}));
+}
+
+TEST_F(SchedulerCancel, CancelTaskReachesOnlyTasksInTheScheduler) {
+  auto parked = probe();
+  parked->add_wait(delay_tasks_unit_name, 600000);
+  parked->add_final(main_unit_name, "final");
+  auto outsider = probe();
+  ASSERT_EQ(scheduler->schedule(parked, "g"), schedule_accepted);
+
+  EXPECT_FALSE(scheduler->cancel_task(outsider));
+  EXPECT_FALSE(outsider->is_canceled());
+  EXPECT_TRUE(scheduler->cancel_task(parked));
+  ASSERT_TRUE(finish(parked));
+  EXPECT_EQ(parked->labels(), strings{"final"});
+  EXPECT_EQ(parked->cancel_place(), "test thread");
+  EXPECT_FALSE(scheduler->cancel_task(parked));  // it has left
+}
+
+using SchedulerExceptions = scheduler_test;
+
+TEST_F(SchedulerExceptions, ThrowingStageIsReportedAndTheTaskStillFinishes) {
+  auto task = probe();
+  task->add(service_unit_name, "throws", [] { throw std::runtime_error("disk on fire"); });
+  task->add(service_unit_name, "skipped");
+  task->add_final(main_unit_name, "final");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+
+  EXPECT_EQ(task->labels(), (strings{"throws", "final"}));
+  const auto reports = status->exceptions();
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0].task, task);
+  EXPECT_EQ(reports[0].what, "disk on fire");
+  EXPECT_EQ(status->completions_of(task), 1);
+  EXPECT_FALSE(task->is_canceled());  // skipping is not canceling
+}
+
+TEST_F(SchedulerExceptions, ThrowingFinalizationStageDoesNotStopTheNextOne) {
+  auto task = probe();
+  task->add_final(main_unit_name, "final throws", [] { throw 42; });
+  task->add(service_unit_name, "skipped");
+  task->add_final(long_tasks_unit_name, "final runs");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+
+  EXPECT_EQ(task->labels(), (strings{"final throws", "final runs"}));
+  const auto reports = status->exceptions();
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0].what, "unknown exception");
+}
+
+// A task whose own cancel query fails.
+class unreadable_task_t : public probe_task_t {
+ public:
+  bool is_canceled() const override { throw std::logic_error("flag lost"); }
+};
+
+TEST_F(SchedulerExceptions, ThrowingCancelQueryCountsAsAFailedStage) {
+  auto task = boost::make_shared<unreadable_task_t>();
+  task->add(service_unit_name, "skipped");
+  task->add_final(service_unit_name, "final");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+  EXPECT_EQ(task->labels(), strings{"final"});
+  const auto reports = status->exceptions();
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0].what, "flag lost");
+}
+
+// A unit that refuses every job.
+class broken_unit_t : public unit_t {
+ public:
+  void post(const job_t&) override { throw std::runtime_error("queue full"); }
+};
+
+TEST_F(SchedulerExceptions, UnitThatThrowsIsAReportedSchedulingError) {
+  scheduler->register_unit("broken", boost::make_shared<broken_unit_t>());
+  auto task = probe();
+  task->add("broken", "never");
+  task->add(service_unit_name, "skipped");
+  task->add_final(service_unit_name, "final");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+  EXPECT_EQ(task->labels(), strings{"final"});
+  const auto errors = status->scheduling_errors();
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].task, task);
+  EXPECT_EQ(errors[0].what, "unit \"broken\" threw: queue full");
+}
+
+using SchedulerStatus = scheduler_test;
+
+TEST_F(SchedulerStatus, ScheduleSaysWhyATaskIsRefused) {
+  EXPECT_EQ(scheduler->schedule(nullptr, "g"), schedule_invalid_task);
+
+  auto nowhere = probe();
+  nowhere->add("nowhere", "x");
+  EXPECT_EQ(scheduler->schedule(nowhere, "g"), schedule_unknown_unit);
+
+  auto parked = probe();
+  parked->add_wait(delay_tasks_unit_name, 600000);
+  ASSERT_EQ(scheduler->schedule(parked, "g"), schedule_accepted);
+  EXPECT_EQ(scheduler->schedule(parked, "other"), schedule_invalid_task);  // already in
+
+  std::string group;
+  EXPECT_TRUE(scheduler->task_group(parked, group));
+  EXPECT_EQ(group, "g");
+  EXPECT_FALSE(scheduler->task_group(nowhere, group));
+  EXPECT_EQ(scheduler->tasks("g"), std::vector<task_ptr_t>{parked});
+  EXPECT_EQ(scheduler->task_count("g"), 1u);
+  EXPECT_EQ(scheduler->task_count("other"), 0u);
+}
+
+TEST_F(SchedulerStatus, TaskWithoutStagesCompletesInsideSchedule) {
+  auto empty = probe();
+  ASSERT_EQ(scheduler->schedule(empty, "g"), schedule_accepted);
+  EXPECT_EQ(status->completions_of(empty), 1);
+  EXPECT_EQ(scheduler->task_count(""), 0u);
+  // Once it has left, it may be scheduled again.
+  ASSERT_EQ(scheduler->schedule(empty, "g"), schedule_accepted);
+  EXPECT_EQ(status->completions_of(empty), 2);
+}
+
+TEST_F(SchedulerStatus, EmptyGroupNameReachesEveryGroup) {
+  std::vector<boost::shared_ptr<probe_task_t>> tasks;
+  for (const char* group : {"", "a", "b"}) {
+    auto task = probe();
+    task->add_wait(delay_tasks_unit_name, 600000);
+    ASSERT_EQ(scheduler->schedule(task, group), schedule_accepted);
+    tasks.push_back(task);
+  }
+  EXPECT_EQ(scheduler->task_count(""), 3u);
+  EXPECT_EQ(scheduler->tasks("").size(), 3u);
+  EXPECT_EQ(scheduler->task_count("a"), 1u);
+  scheduler->cancel("");
+  for (const auto& task : tasks) EXPECT_TRUE(task->is_canceled());
+}
+
+class SchedulerCancelAndWait : public scheduler_test {
+ protected:
+  // `count` tasks in `group` whose work ignores canceling and holds until
+  // `release` opens, then a finalization stage on "main". Each work that
+  // starts counts itself in `started`.
+  std::vector<boost::shared_ptr<probe_task_t>> stubborn_tasks(int count, const std::string& group,
+                                                              const char* work_unit, gate_t& release,
+                                                              bool with_main = true) {
+    std::vector<boost::shared_ptr<probe_task_t>> tasks;
+    for (int i = 0; i < count; ++i) {
+      auto task = probe();
+      task->add(work_unit, "work", [this, &release] {
+        started.add();
+        release.wait_open();
+      });
+      if (with_main) task->add_final(main_unit_name, "final");
+      EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
+      tasks.push_back(task);
+    }
+    return tasks;
+  }
+
+  counter_t started;
+};
+
+TEST_F(SchedulerCancelAndWait, ReturnsOnlyWhenEveryTaskOfTheGroupHasLeft) {
+  gate_t release;
+  // Both pools have at least two workers: every work starts.
+  auto tasks = stubborn_tasks(2, "g", service_unit_name, release);
+  auto more = stubborn_tasks(2, "g", long_tasks_unit_name, release);
+  tasks.insert(tasks.end(), more.begin(), more.end());
+  ASSERT_TRUE(started.wait_for_at_least(4));
+  auto other = probe();
+  other->add_wait(delay_tasks_unit_name, 600000);
+  ASSERT_EQ(scheduler->schedule(other, "other"), schedule_accepted);
+
+  const auto callback = boost::make_shared<driving_wait_t>(main, [&](int call) {
+    if (call == 3) release.open();
+  });
+  scheduler->cancel_and_wait("g", callback);
+
+  EXPECT_GE(callback->calls(), 3);
+  for (const auto& task : tasks) {
+    EXPECT_EQ(status->completions_of(task), 1);
+    EXPECT_EQ(task->labels(), (strings{"work", "final"}));
+  }
+  EXPECT_EQ(scheduler->task_count("g"), 0u);
+  EXPECT_EQ(scheduler->task_count(""), 1u);
+  EXPECT_FALSE(other->is_canceled());
+}
+
+TEST_F(SchedulerCancelAndWait, RefusesTheGroupWhileWaitingAndAcceptsItAfterwards) {
+  gate_t release;
+  stubborn_tasks(1, "g", service_unit_name, release);
+  int same_group = -1, other_group = -1;
+  auto late = probe();
+  auto elsewhere = probe();
+  const auto callback = boost::make_shared<driving_wait_t>(main, [&](int call) {
+    if (call != 1) return;
+    same_group = scheduler->schedule(late, "g");
+    other_group = scheduler->schedule(elsewhere, "h");
+    release.open();
+  });
+  scheduler->cancel_and_wait("g", callback);
+
+  EXPECT_EQ(same_group, schedule_group_canceling);
+  EXPECT_EQ(other_group, schedule_accepted);
+  EXPECT_EQ(status->completions_of(late), 0);
+  EXPECT_EQ(scheduler->schedule(late, "g"), schedule_accepted);
+}
+
+TEST_F(SchedulerCancelAndWait, EveryGroupRefusesTasksWhileAllAreWaitedFor) {
+  gate_t release;
+  stubborn_tasks(1, "g", service_unit_name, release);
+  std::vector<int> refused;
+  const auto callback = boost::make_shared<driving_wait_t>(main, [&](int call) {
+    if (call != 1) return;
+    for (const char* group : {"", "g", "h"}) refused.push_back(scheduler->schedule(probe(), group));
+    release.open();
+  });
+  scheduler->cancel_and_wait("", callback);
+  EXPECT_EQ(refused, std::vector<int>(3, schedule_group_canceling));
+  EXPECT_EQ(scheduler->schedule(probe(), "h"), schedule_accepted);
+}
+
+TEST_F(SchedulerCancelAndWait, WithoutAnyCallbackItBlocksAndProcessesNothing) {
+  gate_t release;
+  // Work on the workers only: nobody drains "main" while the test thread waits.
+  auto tasks = stubborn_tasks(2, "g", service_unit_name, release, false);
+  ASSERT_TRUE(started.wait_for_at_least(2));
+  auto gui_job = probe();
+  gui_job->add(main_unit_name, "gui");
+  ASSERT_EQ(scheduler->schedule(gui_job, "gui"), schedule_accepted);
+
+  // Opens the gate once every task has been asked to cancel.
+  std::thread opener([&] {
+    const auto deadline = std::chrono::steady_clock::now() + k_timeout;
+    auto all_canceled = [&] {
+      for (const auto& task : tasks)
+        if (!task->is_canceled()) return false;
+      return true;
+    };
+    while (!all_canceled() && std::chrono::steady_clock::now() < deadline)
+      release.wait_open(std::chrono::milliseconds(1));
+    release.open();
+  });
+  scheduler->cancel_and_wait("g");
+  opener.join();
+
+  for (const auto& task : tasks) EXPECT_EQ(status->completions_of(task), 1);
+  EXPECT_EQ(scheduler->task_count("g"), 0u);
+  EXPECT_EQ(main->queued_jobs(), 1u);
+  EXPECT_TRUE(gui_job->labels().empty());
+}
+
+TEST_F(SchedulerCancelAndWait, DefaultCallbackWaitsWhenNoneIsGiven) {
+  scheduler.reset();
+  const auto default_wait = boost::make_shared<driving_wait_t>(nullptr);
+  create(default_wait);
+  gate_t release;
+  auto tasks = stubborn_tasks(2, "g", service_unit_name, release);
+  const auto given = boost::make_shared<driving_wait_t>(main, [&](int) { release.open(); });
+
+  // The default callback drains nothing: the given one must do it.
+  scheduler->cancel_and_wait("g", given);
+  EXPECT_GE(given->calls(), 1);
+  EXPECT_EQ(default_wait->calls(), 0);
+
+  gate_t second_release;
+  auto parked = probe();
+  parked->add(service_unit_name, "work", [&] { second_release.wait_open(); });
+  ASSERT_EQ(scheduler->schedule(parked, "g"), schedule_accepted);
+  std::thread opener([&] {
+    const auto deadline = std::chrono::steady_clock::now() + k_timeout;
+    while (default_wait->calls() == 0 && std::chrono::steady_clock::now() < deadline)
+      second_release.wait_open(std::chrono::milliseconds(1));
+    second_release.open();
+  });
+  scheduler->cancel_and_wait("g");
+  opener.join();
+  EXPECT_GE(default_wait->calls(), 1);
+  EXPECT_EQ(status->completions_of(parked), 1);
+}
+
+TEST_F(SchedulerCancelAndWait, NothingToWaitForReturnsWithoutCallingTheCallback) {
+  const auto callback = boost::make_shared<driving_wait_t>(main);
+  scheduler->cancel_and_wait("empty", callback);
+  scheduler->cancel_and_wait("", callback);
+  EXPECT_EQ(callback->calls(), 0);
+}
+
+TEST_F(SchedulerCancelAndWait, InsideAStageOfAWaitedTaskItOnlyCancels) {
+  assertion_recorder recorder;
+  auto task = probe();
+  task->add(main_unit_name, "waits for itself", [&] {
+    scheduler->cancel_and_wait("self", boost::make_shared<driving_wait_t>(main));
+  });
+  task->add(service_unit_name, "skipped");
+  task->add_final(main_unit_name, "final");
+  ASSERT_EQ(scheduler->schedule(task, "self"), schedule_accepted);
+  ASSERT_TRUE(finish(task));
+
+  EXPECT_EQ(task->labels(), (strings{"waits for itself", "final"}));
+  EXPECT_EQ(recorder.single().expression, "cancel_and_wait inside a stage of a task it waits for");
+  EXPECT_EQ(scheduler->schedule(probe(), "self"), schedule_accepted);  // the group is open again
+}
+
+TEST(SchedulerLifetime, RequiresAStatusCallbackAndCanBringItsOwnMainQueue) {
+  {
+    assertion_recorder recorder;
+    EXPECT_FALSE(create_default_scheduler(nullptr, nullptr, false));
+    EXPECT_EQ(recorder.single().expression, "status_callback");
+  }
+  const auto status = boost::make_shared<recording_status_t>();
+  EXPECT_FALSE(create_default_scheduler(status, nullptr, false)->find_unit(main_unit_name));
+  const auto scheduler = create_default_scheduler(status, nullptr, true);
+  const auto main = boost::dynamic_pointer_cast<queue_unit_t>(scheduler->find_unit(main_unit_name));
+  ASSERT_TRUE(main);
+
+  auto task = boost::make_shared<probe_task_t>();
+  task->add(main_unit_name, "gui");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  EXPECT_EQ(main->process_queue(1), 1u);
+  EXPECT_EQ(status->completions_of(task), 1);
+}
+
+TEST(SchedulerLifetime, DestroyingTheSchedulerAbandonsAndReleasesItsTasks) {
+  const auto status = boost::make_shared<recording_status_t>();
+  auto scheduler = create_default_scheduler(status, nullptr, false);
+  const auto main = boost::make_shared<queue_unit_t>();
+  scheduler->register_unit(main_unit_name, main);
+
+  auto sleeping = boost::make_shared<probe_task_t>();
+  sleeping->add_wait(delay_tasks_unit_name, 600000);
+  sleeping->add_final(service_unit_name, "final");
+  auto queued = boost::make_shared<probe_task_t>();
+  queued->add(main_unit_name, "gui");
+  ASSERT_EQ(scheduler->schedule(sleeping, "g"), schedule_accepted);
+  ASSERT_EQ(scheduler->schedule(queued, "g"), schedule_accepted);
+  const boost::weak_ptr<probe_task_t> sleeping_watch = sleeping, queued_watch = queued;
+  sleeping.reset();
+  queued.reset();
+
+  scheduler.reset();
+  EXPECT_TRUE(sleeping_watch.expired());
+  EXPECT_FALSE(queued_watch.expired());  // its job still sits in the queue
+  EXPECT_EQ(main->process_queue(10), 1u);
+  EXPECT_TRUE(queued_watch.expired());
+  EXPECT_EQ(status->completed(), 0u);
+}
+
+TEST(SchedulerLifetime, ProcessWideSchedulerIsInstalledAndCleared) {
+  EXPECT_FALSE(get_scheduler());
+  const auto scheduler = create_default_scheduler(boost::make_shared<recording_status_t>(), nullptr, false);
+  set_scheduler(scheduler);
+  EXPECT_EQ(get_scheduler(), scheduler);
+  set_scheduler(nullptr);
+  EXPECT_FALSE(get_scheduler());
+}
+
+}  // namespace
+}  // namespace talvar2_test

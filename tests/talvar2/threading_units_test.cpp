@@ -1,0 +1,341 @@
+// The pieces around the scheduler: the queue unit a GUI thread drains, batch
+// cancellation, operation statuses, stages and the default task.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+#include "talvar2/assertion_recorder.h"
+#include "talvar2/threading/batch_cancel.h"
+#include "talvar2/threading/operation_status.h"
+#include "talvar2/threading/queue_unit.h"
+#include "talvar2/threading/scheduler.h"
+#include "talvar2/threading_support.h"
+
+namespace talvar2_test {
+namespace {
+
+using strings = std::vector<std::string>;
+
+// Records every new-job signal: the job's task and unit, and the place it
+// was emitted from.
+class job_listener_t : public talvar2::subscriber_base_t {
+ public:
+  struct heard_t {
+    task_ptr_t task;
+    std::string unit;
+    std::string place;
+  };
+  job_listener_t(boost::shared_ptr<queue_unit_t> queue, const thread_places_t& places)
+      : m_queue(std::move(queue)), m_places(places) {
+    m_queue->new_job.connect(this, &job_listener_t::on_new_job);
+  }
+  ~job_listener_t() override { m_queue->new_job.disconnect(this, &job_listener_t::on_new_job); }
+
+  std::vector<heard_t> heard() const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_heard;
+  }
+
+ private:
+  void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_heard.push_back({task, stage->unit_name(), m_places.here()});
+  }
+
+  boost::shared_ptr<queue_unit_t> m_queue;
+  const thread_places_t& m_places;
+  mutable std::mutex m_mutex;
+  std::vector<heard_t> m_heard;
+};
+
+class QueueUnit : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    scheduler = create_default_scheduler(status, nullptr, false);
+    scheduler->register_unit(main_unit_name, main);
+    places = std::make_unique<thread_places_t>(scheduler);
+  }
+  void TearDown() override { scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main)); }
+
+  boost::shared_ptr<recording_status_t> status = boost::make_shared<recording_status_t>();
+  boost::shared_ptr<queue_unit_t> main = boost::make_shared<queue_unit_t>();
+  boost::shared_ptr<scheduler_t> scheduler;
+  std::unique_ptr<thread_places_t> places;  // outlives the tasks that ask it
+};
+
+TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
+  std::vector<boost::shared_ptr<probe_task_t>> tasks;
+  for (int i = 0; i < 5; ++i) {
+    auto task = boost::make_shared<probe_task_t>();
+    task->add(main_unit_name, "job " + std::to_string(i));
+    ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+    tasks.push_back(task);
+  }
+  EXPECT_EQ(main->queued_jobs(), 5u);
+  EXPECT_EQ(main->process_queue(0), 0u);
+  EXPECT_EQ(main->process_queue(2), 2u);
+  EXPECT_EQ(main->queued_jobs(), 3u);
+  EXPECT_EQ(status->completed(), 2u);
+  EXPECT_EQ(tasks[1]->labels(), strings{"job 1"});
+  EXPECT_TRUE(tasks[2]->labels().empty());
+  EXPECT_EQ(main->process_queue(10), 3u);
+  EXPECT_EQ(main->process_queue(1), 0u);
+  EXPECT_EQ(status->completed(), 5u);
+}
+
+TEST_F(QueueUnit, JobsQueuedWhileProcessingCountTowardsTheLimit) {
+  auto task = boost::make_shared<probe_task_t>();
+  task->add(main_unit_name, "first");
+  task->add(main_unit_name, "second");
+  task->add(main_unit_name, "third");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+  EXPECT_EQ(main->process_queue(2), 2u);  // the second stage was queued by the first
+  EXPECT_EQ(task->labels(), (strings{"first", "second"}));
+  EXPECT_EQ(main->process_queue(5), 1u);
+}
+
+TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
+  job_listener_t listener(main, *places);
+  auto direct = boost::make_shared<probe_task_t>();
+  direct->add(main_unit_name, "gui");
+  auto from_worker = boost::make_shared<probe_task_t>();
+  from_worker->add(service_unit_name, "work");
+  from_worker->add(main_unit_name, "gui");
+  ASSERT_EQ(scheduler->schedule(direct, "g"), schedule_accepted);
+  ASSERT_EQ(scheduler->schedule(from_worker, "g"), schedule_accepted);
+
+  queue_driver_t driver(main);
+  ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 2; }));
+  const auto heard = listener.heard();
+  ASSERT_EQ(heard.size(), 2u);
+  EXPECT_EQ(heard[0].task, direct);
+  EXPECT_EQ(heard[0].unit, main_unit_name);
+  EXPECT_EQ(heard[0].place, "test thread");
+  EXPECT_EQ(heard[1].task, from_worker);
+  EXPECT_EQ(heard[1].place, service_unit_name);
+}
+
+TEST_F(QueueUnit, AJobMayDrainTheQueueItself) {
+  auto inner = boost::make_shared<probe_task_t>();
+  inner->add(main_unit_name, "inner");
+  auto outer = boost::make_shared<probe_task_t>();
+  outer->add(main_unit_name, "outer", [&] {
+    ASSERT_EQ(scheduler->schedule(inner, "g"), schedule_accepted);
+    EXPECT_EQ(main->process_queue(10), 1u);  // as a modal loop inside a GUI stage would
+  });
+  ASSERT_EQ(scheduler->schedule(outer, "g"), schedule_accepted);
+  EXPECT_EQ(main->process_queue(1), 1u);
+  EXPECT_EQ(inner->labels(), strings{"inner"});
+  EXPECT_EQ(status->completed(), 2u);
+}
+
+// A new-job slot that fails.
+class throwing_listener_t : public talvar2::subscriber_base_t {
+ public:
+  explicit throwing_listener_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {
+    m_queue->new_job.connect(this, &throwing_listener_t::on_new_job);
+  }
+  ~throwing_listener_t() override {
+    m_queue->new_job.disconnect(this, &throwing_listener_t::on_new_job);
+  }
+
+ private:
+  void on_new_job(const task_ptr_t&, const stage_ptr_t&) { throw std::runtime_error("slot failed"); }
+  boost::shared_ptr<queue_unit_t> m_queue;
+};
+
+TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
+  throwing_listener_t listener(main);
+  auto task = boost::make_shared<probe_task_t>();
+  task->add(main_unit_name, "gui");
+  task->add_final(service_unit_name, "final");
+  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
+
+  const auto errors = status->scheduling_errors();
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].what, "unit \"main\" threw: slot failed");
+  ASSERT_TRUE(status->wait_completed(1));
+  EXPECT_EQ(task->labels(), strings{"final"});
+  EXPECT_EQ(main->process_queue(5), 1u);  // the job was queued all the same, but is void
+  EXPECT_EQ(task->labels(), strings{"final"});
+  EXPECT_EQ(status->completions_of(task), 1);
+}
+
+class BatchCancel : public QueueUnit {
+ protected:
+  // A task parked in a long wait, with work after it and a finalization.
+  boost::shared_ptr<probe_task_t> parked(const std::string& group) {
+    auto task = boost::make_shared<probe_task_t>([this] { return places->here(); });
+    task->add_wait(delay_tasks_unit_name, 600000);
+    task->add(service_unit_name, "work");
+    task->add_final(main_unit_name, "final");
+    EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
+    return task;
+  }
+};
+
+TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
+  auto first = parked("g1"), second = parked("g1");
+  auto listed = parked("g2"), spared = parked("g2"), other = parked("g3");
+  const auto batch = batch_cancel_t::create();
+  batch->add_group("g1");
+  batch->add_task(listed);
+
+  ASSERT_EQ(batch->execute(scheduler, main_unit_name), schedule_accepted);
+  EXPECT_FALSE(first->is_canceled());  // not before "main" runs it
+  EXPECT_FALSE(listed->is_canceled());
+
+  queue_driver_t driver(main);
+  ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 4; }));  // the batch and 3 tasks
+  for (const auto& task : {first, second, listed}) {
+    EXPECT_EQ(task->labels(), strings{"final"});
+    EXPECT_EQ(task->cancel_place(), "test thread");
+  }
+  EXPECT_FALSE(spared->is_canceled());
+  EXPECT_FALSE(other->is_canceled());
+  EXPECT_EQ(scheduler->task_count(""), 2u);
+}
+
+TEST_F(BatchCancel, RunsOnAWorkerUnitAndMayRunAgain) {
+  auto task = parked("g");
+  const auto batch = batch_cancel_t::create();
+  batch->add_group("g");
+  ASSERT_EQ(batch->execute(scheduler, service_unit_name), schedule_accepted);
+  queue_driver_t driver(main);
+  ASSERT_TRUE(driver.drive_until([&] { return status->completions_of(task) == 1; }));
+  EXPECT_EQ(task->cancel_place(), service_unit_name);
+
+  auto later = parked("g");
+  ASSERT_EQ(batch->execute(scheduler, long_tasks_unit_name), schedule_accepted);
+  ASSERT_TRUE(driver.drive_until([&] { return status->completions_of(later) == 1; }));
+  EXPECT_EQ(later->cancel_place(), long_tasks_unit_name);
+}
+
+TEST_F(BatchCancel, SkipsTasksThatAreGoneAndReportsBadCalls) {
+  const auto batch = batch_cancel_t::create();
+  {
+    auto gone = boost::make_shared<probe_task_t>();
+    batch->add_task(gone);
+  }
+  EXPECT_EQ(batch->execute(scheduler, "nowhere"), schedule_unknown_unit);
+  ASSERT_EQ(batch->execute(scheduler, service_unit_name), schedule_accepted);
+  ASSERT_TRUE(status->wait_completed(1));
+  EXPECT_TRUE(status->exceptions().empty());
+
+  assertion_recorder recorder;
+  EXPECT_EQ(batch->execute(nullptr, service_unit_name), schedule_invalid_task);
+  EXPECT_EQ(recorder.single().expression, "scheduler");
+}
+
+TEST(OperationStatus, FinishesWhenEveryPartIsDoneAndWakesItsWaiters) {
+  scheduler_operation_status_t status(2);
+  EXPECT_FALSE(status.is_finished());
+  EXPECT_FALSE(status.wait_for(std::chrono::milliseconds(1)));
+  status.count_down();
+  EXPECT_EQ(status.pending(), 1u);
+
+  bool woke = false;
+  std::thread waiter([&] {
+    status.wait();
+    woke = true;
+  });
+  status.count_down();
+  waiter.join();
+  EXPECT_TRUE(woke);
+  EXPECT_TRUE(status.is_finished());
+  EXPECT_TRUE(status.wait_for(std::chrono::milliseconds(0)));
+
+  assertion_recorder recorder;
+  status.count_down();
+  EXPECT_EQ(recorder.single().expression, "m_pending > 0");
+  EXPECT_EQ(status.pending(), 0u);
+  EXPECT_TRUE(scheduler_operation_status_t().is_finished());
+}
+
+class named_task_t : public default_task_t {};
+
+TEST(DefaultTask, KeepsStagesInPushOrderWithTheirKindAndItsName) {
+  const auto work = boost::make_shared<stage_t>(service_unit_name, stage_t::work_signal_t());
+  const auto wait = boost::make_shared<stage_t>(delay_tasks_unit_name, 5);
+  named_task_t task;
+  task.push_stage(wait);
+  task.push_finalization_stage(work);
+  task.push_stage(work);
+  const auto stages = task.stages();
+  ASSERT_EQ(stages.size(), 3u);
+  EXPECT_EQ(stages[0].stage, wait);
+  EXPECT_FALSE(stages[0].finalization);
+  EXPECT_TRUE(stages[1].finalization);
+  EXPECT_FALSE(stages[2].finalization);
+
+  EXPECT_EQ(task.display_name(), "talvar2_test::(anonymous namespace)::named_task_t");
+  EXPECT_EQ(default_task_t("loader").display_name(), "loader");
+  EXPECT_FALSE(task.is_canceled());
+  task.cancel();
+  task.cancel();
+  EXPECT_TRUE(task.is_canceled());
+
+  assertion_recorder recorder;
+  task.push_stage(nullptr);
+  EXPECT_EQ(recorder.single().expression, "stage");
+  EXPECT_EQ(task.stages().size(), 3u);
+}
+
+class work_counter_t : public talvar2::subscriber_base_t {
+ public:
+  void on_work(const task_ptr_t& task) {
+    ++calls;
+    last = task;
+  }
+  int calls = 0;
+  task_ptr_t last;
+};
+
+TEST(TaskStage, WorkStageEmitsWithTheTaskAndKeepsTheConnectionsItWasGiven) {
+  work_counter_t counter, late;
+  stage_t::work_signal_t work;
+  work.connect(&counter, &work_counter_t::on_work);
+  const stage_t stage(service_unit_name, work);
+  work.connect(&late, &work_counter_t::on_work);  // after the copy: not in the stage
+
+  const task_ptr_t task = boost::make_shared<default_task_t>();
+  stage.run(task);
+  EXPECT_EQ(counter.calls, 1);
+  EXPECT_EQ(counter.last, task);
+  EXPECT_EQ(late.calls, 0);
+  EXPECT_FALSE(stage.is_wait());
+  EXPECT_EQ(stage.delay().count(), 0);
+  EXPECT_EQ(stage.unit_name(), service_unit_name);
+
+  boost::shared_ptr<stage_t> outliving;
+  {
+    work_counter_t dying;
+    work.connect(&dying, &work_counter_t::on_work);
+    outliving = boost::make_shared<stage_t>(service_unit_name, work);
+  }
+  outliving->run(task);  // `dying` is cut from the copy as from the original
+  EXPECT_EQ(counter.calls, 2);
+  EXPECT_EQ(late.calls, 1);
+}
+
+TEST(TaskStage, WaitStageKeepsItsDelayAndClampsANegativeOne) {
+  const stage_t wait(delay_tasks_unit_name, 250);
+  EXPECT_TRUE(wait.is_wait());
+  EXPECT_EQ(wait.delay().count(), 250);
+  wait.run(nullptr);  // does nothing
+
+  assertion_recorder recorder;
+  const stage_t negative(delay_tasks_unit_name, -3);
+  EXPECT_EQ(recorder.single().expression, "delay_ms >= 0");
+  EXPECT_EQ(negative.delay().count(), 0);
+}
+
+}  // namespace
+}  // namespace talvar2_test
