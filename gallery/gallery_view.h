@@ -19,14 +19,16 @@ class gallery_view_t {
 
   // Gives the wrapper and the page the host window's size.
   void fit(int width, int height);
-  // True once the page has handled a paint event.
-  bool has_painted() const { return m_painted; }
+  // True once the page and every window in it have been painted.
+  bool has_painted() const { return m_unpainted == 0; }
 
  private:
+  void watch_painting(wxWindow* window);
+
   // Dropping the last handle deletes the wrapper and the page with it.
   talvar2::smart_pointer_t<wxWindow> m_main_window;
   wxWindow* m_page;
-  bool m_painted = false;
+  int m_unpainted = 0;
 };
 
 }  // namespace gallery
