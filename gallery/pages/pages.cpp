@@ -1,6 +1,7 @@
 #include "pages/pages.h"
 
 #include "pages/elements_page.h"
+#include "pages/help_page.h"
 #include "pages/palette_page.h"
 #include "pages/welcome_page.h"
 
@@ -11,6 +12,7 @@ const std::vector<page_t>& all_pages() {
       {"welcome", "Welcome", &create_welcome_page},
       {"palette", "Palette", &create_palette_page},
       {"elements", "Elements", &create_elements_page},
+      {"help", "Help", &create_help_page},
   };
   return pages;
 }
