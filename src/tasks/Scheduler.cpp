@@ -1,0 +1,367 @@
+#include "orvix1/tasks/Scheduler.h"
+
+#include <chrono>
+#include <thread>
+
+#include <boost/make_shared.hpp>
+
+#include "log.h"
+#include "orvix1/tasks/WaitCallback.h"
+#include "talvar2/threading/batch_cancel.h"
+#include "talvar2/threading/default_task.h"
+#include "talvar2/threading/stage.h"
+#include "tasks/usage_statistics.h"
+#include "wx_assert.h"
+
+namespace orvix1 {
+namespace tasks {
+
+using talvar2::threading::scheduler_t;
+using talvar2::threading::stage_t;
+using talvar2::threading::task_ptr_t;
+
+namespace {
+
+log4cplus::Logger scheduler_logger() { return log::get_logger("orvix.scheduler"); }
+
+// One ITask as a staged task: [wait on "delay tasks"], TaskStarted on
+// "main", DoTask where the task asks, TaskFinished on "main" (also when
+// canceled). Canceling and the display name belong to the ITask.
+class TaskAdapter : public talvar2::threading::default_task_t, public talvar2::subscriber_base_t {
+ public:
+  static constexpr int no_delay = -1;
+
+  TaskAdapter(const ITaskPtr& task, int delay_ms) : m_task(task) {
+    if (delay_ms != no_delay)
+      push_stage(boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms));
+    push_stage(MakeStage(talvar2::threading::main_unit_name, &TaskAdapter::Start));
+    push_stage(MakeStage(WorkUnit(), &TaskAdapter::Work));
+    push_finalization_stage(MakeStage(talvar2::threading::main_unit_name, &TaskAdapter::Finish));
+  }
+
+  const ITaskPtr& GetTask() const { return m_task; }
+
+  void cancel() override { m_task.get()->Cancel(); }
+  bool is_canceled() const override { return m_task.get()->IsCanceled(); }
+  std::string display_name() const override { return m_task.get()->GetDisplayName(); }
+
+ private:
+  using stage_member_t = void (TaskAdapter::*)(const task_ptr_t&);
+
+  const char* WorkUnit() {
+    if (!m_task->IsServiceThreadNeeded()) return talvar2::threading::main_unit_name;
+    if (!m_task->IsLongTask()) return talvar2::threading::service_unit_name;
+    return talvar2::threading::long_tasks_unit_name;
+  }
+
+  talvar2::threading::stage_ptr_t MakeStage(const char* unit, stage_member_t member) {
+    stage_t::work_signal_t work;
+    work.connect(this, member);
+    return boost::make_shared<stage_t>(unit, work);
+  }
+
+  void Start(const task_ptr_t&) { m_task->TaskStarted(); }
+  void Work(const task_ptr_t&) { m_task->DoTask(); }
+  void Finish(const task_ptr_t&) { m_task->TaskFinished(); }
+
+  ITaskPtr m_task;
+};
+
+ITaskPtr task_of_adapter(const task_ptr_t& companion) {
+  const TaskAdapter* adapter = dynamic_cast<const TaskAdapter*>(companion.get());
+  return adapter != nullptr ? adapter->GetTask() : ITaskPtr();
+}
+
+// Turns the threading layer's reports into the Scheduler's bookkeeping and
+// the application's ISchedulerStatusCallback. Runs on any thread.
+class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_status_callback_t {
+ public:
+  explicit SchedulerStatusCallbackAdapter(const ISchedulerStatusCallbackPtr& callback)
+      : m_callback(callback) {}
+
+  talvar2::signal_t<const task_ptr_t&> completed;
+  talvar2::signal_t<const task_ptr_t&, const std::string&> failed;
+
+  void task_complete(const task_ptr_t& task) override {
+    completed(task);
+    const ITaskPtr itask = task_of_adapter(task);
+    if (m_callback && itask) m_callback.get()->OnTaskComplete(itask);
+  }
+
+  void task_exception(const task_ptr_t& task, const std::string& what) override {
+    failed(task, what);
+    const ITaskPtr itask = task_of_adapter(task);
+    if (m_callback && itask) m_callback.get()->OnTaskException(itask, what);
+  }
+
+  void task_scheduling_error(const task_ptr_t&, const std::string&) override {
+    ORVIX_FAIL_AT("Scheduling error detected", __LINE__);
+  }
+
+ private:
+  ISchedulerStatusCallbackPtr m_callback;
+};
+
+class BatchCancelImpl : public IBatchCancel {
+ public:
+  BatchCancelImpl(const boost::shared_ptr<talvar2::threading::batch_cancel_t>& batch,
+                  const boost::shared_ptr<scheduler_t>& scheduler, signal_context_t context)
+      : m_batch(batch), m_scheduler(scheduler), m_context(context) {}
+
+  int Execute() override { return m_batch->execute(m_scheduler, UnitName()); }
+
+ private:
+  const char* UnitName() const {
+    switch (m_context) {
+      case main_context:
+        return talvar2::threading::main_unit_name;
+      case service_context:
+        return talvar2::threading::service_unit_name;
+      case long_tasks_context:
+        return talvar2::threading::long_tasks_unit_name;
+    }
+    ORVIX_FAIL_AT("Invalid condition", __LINE__);
+    return talvar2::threading::service_unit_name;
+  }
+
+  boost::shared_ptr<talvar2::threading::batch_cancel_t> m_batch;
+  boost::shared_ptr<scheduler_t> m_scheduler;
+  signal_context_t m_context;
+};
+
+}  // namespace
+
+// The one-byte spin lock of the task maps. It is held only for map updates
+// and the group hooks, never across calls into tasks or the threading layer.
+class Scheduler::MapsLock {
+ public:
+  explicit MapsLock(Scheduler& scheduler) : m_flag(scheduler.m_maps_flag) {
+    while (m_flag.test_and_set(std::memory_order_acquire))
+      std::this_thread::sleep_for(std::chrono::nanoseconds(1000));
+  }
+  ~MapsLock() { m_flag.clear(std::memory_order_release); }
+  MapsLock(const MapsLock&) = delete;
+  MapsLock& operator=(const MapsLock&) = delete;
+
+ private:
+  std::atomic_flag& m_flag;
+};
+
+ISchedulerStatusCallback::~ISchedulerStatusCallback() {}
+void ISchedulerStatusCallback::OnTaskComplete(const ITaskPtr&) {}
+void ISchedulerStatusCallback::OnTaskException(const ITaskPtr&, const std::string&) {}
+
+IBatchCancel::~IBatchCancel() {}
+
+SchedulerPtr Scheduler::m_self;
+wxMutex Scheduler::m_self_mutex;
+
+SchedulerPtr Scheduler::Get(const ISchedulerStatusCallbackPtr& callback) {
+  SchedulerPtr created;  // a failed instance dies after the mutex is let go
+  wxMutexLocker lock(m_self_mutex);
+  if (m_self) return m_self;
+  created = new Scheduler(callback);
+  if (!created->Initialize()) return SchedulerPtr();
+  m_self = created;
+  return m_self;
+}
+
+bool Scheduler::IsInitialized() {
+  wxMutexLocker lock(m_self_mutex);
+  return static_cast<bool>(m_self);
+}
+
+void Scheduler::Release() {
+  SchedulerPtr released;
+  wxMutexLocker lock(m_self_mutex);
+  released = m_self;
+  m_self.reset();
+}
+
+Scheduler::Scheduler(const ISchedulerStatusCallbackPtr& callback)
+    : m_status_callback(callback), m_shut_down(false) {}
+
+Scheduler::~Scheduler() {
+  // Workers may still report tasks of a threading layer that outlives us
+  // (a batch cancel holds it): cut their way in first.
+  if (m_status_adapter) {
+    auto* adapter = static_cast<SchedulerStatusCallbackAdapter*>(m_status_adapter.get());
+    adapter->completed.disconnect(this, &Scheduler::HandleTaskComplete);
+    adapter->failed.disconnect(this, &Scheduler::HandleTaskException);
+  }
+  if (m_scheduler && talvar2::threading::get_scheduler() == m_scheduler)
+    talvar2::threading::set_scheduler(boost::shared_ptr<scheduler_t>());
+  m_scheduler.reset();
+  m_wait_callback.reset();
+  m_companion_of.clear();
+  m_task_of.clear();
+  m_status_callback.reset();
+}
+
+bool Scheduler::Initialize() {
+  auto adapter = boost::make_shared<SchedulerStatusCallbackAdapter>(m_status_callback);
+  adapter->completed.connect(this, &Scheduler::HandleTaskComplete);
+  adapter->failed.connect(this, &Scheduler::HandleTaskException);
+  m_status_adapter = adapter;
+
+  m_wait_callback = boost::make_shared<WaitCallback>();
+  m_scheduler = talvar2::threading::create_default_scheduler(adapter, m_wait_callback, false);
+  if (!m_scheduler) return false;
+  m_scheduler->register_unit(talvar2::threading::main_unit_name, m_gui_unit.GetQueuePtr());
+  talvar2::threading::set_scheduler(m_scheduler);
+  return true;
+}
+
+int Scheduler::AddTask(const ITaskPtr& task, const std::string& group) {
+  return HandleNewTask(boost::make_shared<TaskAdapter>(task, TaskAdapter::no_delay), task, group);
+}
+
+int Scheduler::AddDelayedTask(const ITaskPtr& task, int delay_ms, const std::string& group) {
+  if (delay_ms < 0) delay_ms = 0;  // keeps the wait stage; a negative delay means none to wait
+  return HandleNewTask(boost::make_shared<TaskAdapter>(task, delay_ms), task, group);
+}
+
+void Scheduler::IncreasePriority(const std::string&) {}
+
+void Scheduler::Cancel(const std::string& group) { m_scheduler->cancel(group); }
+
+void Scheduler::CancelAndWait(const dialog_info_t& info, bool shut_down) {
+  CancelAndWait(std::string(), info, shut_down);
+}
+
+void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down) {
+  const usage_statistics_scope_t usage("scheduler.cancel_and_wait", ".start", ".finish");
+  if (!ORVIX_ASSERT_AT(wxThread::IsMain() == true, "wxThread::IsMain() == true", nullptr, __LINE__)) {
+    Cancel(group);
+  } else if (info.empty()) {
+    m_scheduler->cancel_and_wait(group);  // the default wait callback keeps the loop turning
+  } else {
+    auto callback = boost::make_shared<WaitCallback>();
+    callback->SetDialogInfo(info);
+    m_scheduler->cancel_and_wait(group, callback);
+  }
+  if (shut_down) m_shut_down = true;
+}
+
+IBatchCancelPtr Scheduler::BatchCancel(const std::list<ITaskPtr>& tasks,
+                                       const std::list<std::string>& groups,
+                                       IBatchCancel::signal_context_t context) {
+  if (tasks.empty() && groups.empty()) return IBatchCancelPtr();
+  auto batch = talvar2::threading::batch_cancel_t::create();
+  {
+    MapsLock lock(*this);
+    for (const ITaskPtr& task : tasks) {
+      auto found = m_companion_of.find(task);
+      if (found != m_companion_of.end()) batch->add_task(found->second);
+    }
+  }
+  for (const std::string& group : groups) batch->add_group(group);
+  return IBatchCancelPtr(new BatchCancelImpl(batch, m_scheduler, context));
+}
+
+std::vector<ITaskPtr> Scheduler::GetTasks(const std::string& group) {
+  const std::vector<task_ptr_t> companions = m_scheduler->tasks(group);
+  std::vector<ITaskPtr> result;
+  MapsLock lock(*this);
+  for (const task_ptr_t& companion : companions) {
+    auto found = m_task_of.find(companion);
+    if (found != m_task_of.end()) result.push_back(found->second);
+  }
+  return result;
+}
+
+bool Scheduler::GetTaskGroup(const ITaskPtr& task, std::string& group) {
+  task_ptr_t companion;
+  {
+    MapsLock lock(*this);
+    auto found = m_companion_of.find(task);
+    if (found == m_companion_of.end()) return false;
+    companion = found->second;
+  }
+  return m_scheduler->task_group(companion, group);
+}
+
+const dialog_info_t& Scheduler::GetDefaultDialogInfo() const { return m_default_dialog_info; }
+
+void Scheduler::SetDefaultDialogInfo(const dialog_info_t& info) { m_default_dialog_info = info; }
+
+void Scheduler::addToGroup(const ITaskPtr&, const std::string&) {}
+void Scheduler::removeFromGroup(const ITaskPtr&, const std::string&) {}
+void Scheduler::notifyGroupStart(const std::string&) {}
+void Scheduler::notifyGroupEnd(const std::string&) {}
+bool Scheduler::isGroupEmpty(const std::string&) { return false; }
+
+std::string Scheduler::getTaskGroup(const task_ptr_t& task) {
+  std::string group;
+  m_scheduler->task_group(task, group);
+  return group;
+}
+
+// The task is registered before it is scheduled: a task added from a worker
+// may run to completion before schedule() even returns, and its completion
+// must find it in the maps, or they would keep a finished task for ever. A
+// refused task is taken out again.
+int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
+                             const std::string& group) {
+  const log4cplus::Logger logger = scheduler_logger();
+  if (m_shut_down && logger.isEnabledFor(log4cplus::ERROR_LOG_LEVEL))
+    ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
+                                << task.get()->GetDisplayName());
+  {
+    MapsLock lock(*this);
+    if (isGroupEmpty(group)) notifyGroupStart(group);
+    addToGroup(task, group);
+    m_companion_of[task] = companion;
+    m_task_of[companion] = task;
+  }
+  const int status = m_scheduler->schedule(companion, group);
+  if (status == talvar2::threading::schedule_accepted) return status;
+
+  {
+    MapsLock lock(*this);
+    m_task_of.erase(companion);
+    auto found = m_companion_of.find(task);
+    if (found != m_companion_of.end() && found->second == companion) m_companion_of.erase(found);
+    removeFromGroup(task, group);
+    if (isGroupEmpty(group)) notifyGroupEnd(group);
+  }
+  if (status == talvar2::threading::schedule_group_canceling)
+    ORVIX_LOG_WARNING(logger, "Failed to schedule task " << task.get()->GetDisplayName()
+                                                         << ", it's group " << group
+                                                         << "is being canceled");
+  else
+    ORVIX_FAIL_AT("Failed to schedule task. See debug output for details.", __LINE__);
+  return status;
+}
+
+void Scheduler::HandleTaskComplete(const task_ptr_t& companion) {
+  // The group is asked for before the lock: it is a call into the threading
+  // layer, which still knows the task while it reports its completion.
+  const std::string group = getTaskGroup(companion);
+  MapsLock lock(*this);
+  auto found = m_task_of.find(companion);
+  if (found == m_task_of.end()) return;
+  const ITaskPtr task = found->second;
+  m_task_of.erase(found);
+  // The same ITask may have been scheduled again meanwhile: keep the newer entry.
+  auto entry = m_companion_of.find(task);
+  if (entry != m_companion_of.end() && entry->second == companion) m_companion_of.erase(entry);
+  removeFromGroup(task, group);
+  if (isGroupEmpty(group)) notifyGroupEnd(group);
+}
+
+void Scheduler::HandleTaskException(const task_ptr_t& companion, const std::string&) {
+  const ITaskPtr task = FindTask(companion);
+  const std::string name = task ? task.get()->GetDisplayName() : std::string("UNKNOWN_TASK");
+  ORVIX_LOG_ERROR(scheduler_logger(),
+                  "Task: " << name << "has generated exception which wasn't appropriately handled.");
+}
+
+ITaskPtr Scheduler::FindTask(const task_ptr_t& companion) {
+  MapsLock lock(*this);
+  auto found = m_task_of.find(companion);
+  return found != m_task_of.end() ? found->second : ITaskPtr();
+}
+
+}  // namespace tasks
+}  // namespace orvix1
