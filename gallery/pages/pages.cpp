@@ -3,6 +3,7 @@
 #include "pages/elements_page.h"
 #include "pages/help_page.h"
 #include "pages/palette_page.h"
+#include "pages/tasks_page.h"
 #include "pages/welcome_page.h"
 
 namespace gallery {
@@ -12,6 +13,7 @@ const std::vector<page_t>& all_pages() {
       {"welcome", "Welcome", &create_welcome_page},
       {"palette", "Palette", &create_palette_page},
       {"elements", "Elements", &create_elements_page},
+      {"tasks", "Tasks", &create_tasks_page},
       {"help", "Help", &create_help_page},
   };
   return pages;
