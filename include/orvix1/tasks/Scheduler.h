@@ -49,7 +49,9 @@ using ISchedulerStatusCallbackPtr = talvar2::intrusive_pointer_t<ISchedulerStatu
 class ORVIX1_API IBatchCancel : public talvar2::intrusive_pointer_impl_t {
  public:
   // The unit that executes the cancellation.
-  enum signal_context_t { main_context = 0, service_context = 1, long_tasks_context = 2 };
+  // A fixed underlying type: a caller may pass any int, and an unknown one
+  // is reported rather than undefined.
+  enum signal_context_t : int { main_context = 0, service_context = 1, long_tasks_context = 2 };
 
   ~IBatchCancel() override;
   // Schedules the cancellation; returns the schedule status (0 = accepted).
