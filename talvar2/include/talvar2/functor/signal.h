@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <atomic>
 #include <cstring>
 #include <type_traits>
 #include <vector>
@@ -50,8 +51,12 @@ class TALVAR2_API subscriber_base_t {
   void add_signal(signal_base_t* signal);
   void remove_signal(signal_base_t* signal);
 
+  // Made on the first connection: most subscribers (every signal among
+  // them) are never connected to, and elements carry many of them.
+  threading::mutex_t& subscriber_mutex();
+
   std::vector<signal_base_t*> m_signals;  // one entry per connection; entries may repeat
-  threading::mutex_t m_subscriber_mutex;
+  std::atomic<threading::mutex_t*> m_subscriber_mutex{nullptr};
 };
 
 // Generic function pointer type under which a connection keeps its invoker.
