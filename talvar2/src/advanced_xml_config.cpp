@@ -35,7 +35,8 @@ mode_t mode_for(const std::string& path) {
 // renames it over the target.
 bool write_atomically(const pugi::xml_document& document, const path_t& path,
                       std::string* error) {
-  std::string temporary = path.as_string() + ".XXXXXX";
+  // mkstemp replaces the six trailing X's with a unique suffix.
+  std::string temporary = path.as_string() + "." + std::string(6, 'X');
   const int descriptor = ::mkstemp(&temporary[0]);
   if (descriptor < 0) {
     set_error(error, system_error("cannot create a temporary file for", path.as_string()));
