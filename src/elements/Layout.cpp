@@ -168,10 +168,19 @@ bool Layout::FindChildRect(const UIElement& child, wxRect& rect) const {
 
 std::size_t Layout::CountChildRects() const {
   if (m_element == nullptr) return 0;
+  const UIElement* parent = m_element;
+  const auto has_rect = [parent](const UIElement* child) {
+    return child->m_parent == parent && child->m_has_layout_rect;
+  };
+  // During a relayout the held children are at hand in contiguous memory; a
+  // walk over the child list would chase one pointer per child. A held child
+  // may have left the element meanwhile.
+  if (m_held != nullptr)
+    return static_cast<std::size_t>(std::count_if(m_held->begin(), m_held->end(), has_rect));
   const auto& children = m_element->GetChildren();
   return static_cast<std::size_t>(std::count_if(
       children.begin(), children.end(),
-      [](const element_ptr_t& child) { return child.get()->m_has_layout_rect; }));
+      [&has_rect](const element_ptr_t& child) { return has_rect(child.get()); }));
 }
 
 wxSize Layout::CalculateSize(bool minimum, wxSize* visible_total) const {

@@ -12,31 +12,59 @@ constexpr int k_unknown_connection_line = 292;
 
 }  // namespace
 
-signal_base_t::signal_base_t() : m_mutex(new threading::mutex_t) {}
+// The list may only change under `mutex`. `emission_state` points at the
+// outermost running emission's alive flag; while it is set, cut connections
+// are only emptied and the list keeps its shape.
+struct signal_base_t::core_t {
+  threading::mutex_t mutex;
+  node_t* head = nullptr;
+  node_t* tail = nullptr;
+  bool* emission_state = nullptr;
 
-signal_base_t::signal_base_t(const signal_base_t& other)
-    : subscriber_base_t(), m_mutex(new threading::mutex_t) {
-  threading::mutex_guard_t guard(*other.m_mutex);
-  for (const node_t* node = other.m_head; node != nullptr; node = node->next)
+  void append(const connection_t& connection);
+  void unlink(node_t* node, node_t* previous);
+  void remove_emptied();
+  void free_nodes();
+  // Cuts `node`'s connection: unlinks it, or only empties it during an emission.
+  void cut(node_t* node, node_t* previous);
+};
+
+signal_base_t::core_t& signal_base_t::core() {
+  core_t* existing = current_core();
+  if (existing != nullptr) return *existing;
+  auto* created = new core_t;
+  if (m_core.compare_exchange_strong(existing, created, std::memory_order_acq_rel))
+    return *created;
+  delete created;  // another thread made it first
+  return *existing;
+}
+
+signal_base_t::signal_base_t(const signal_base_t& other) : subscriber_base_t() {
+  core_t* source = other.current_core();
+  if (source == nullptr) return;
+  threading::mutex_guard_t guard(source->mutex);
+  for (const node_t* node = source->head; node != nullptr; node = node->next)
     if (!node->connection.empty()) _insert(node->connection);
 }
 
 signal_base_t::~signal_base_t() {
-  threading::mutex_t* mutex = m_mutex;
-  mutex->acquire();
-  const bool emitting = m_emission_state != nullptr;
-  if (emitting) *m_emission_state = false;
+  core_t* core = current_core();
+  if (core == nullptr) return;  // never connected to
+  core->mutex.acquire();
+  const bool emitting = core->emission_state != nullptr;
+  if (emitting) *core->emission_state = false;
   _erase_all();
-  free_nodes();
-  mutex->release();
-  // A running emission still holds the mutex and frees it when it unwinds.
-  if (!emitting) delete mutex;
-  m_mutex = nullptr;
+  core->free_nodes();
+  core->mutex.release();
+  // A running emission still holds the mutex and frees the core when it unwinds.
+  if (!emitting) delete core;
+  m_core.store(nullptr, std::memory_order_release);
 }
 
 void signal_base_t::_insert(const connection_t& connection) {
-  threading::mutex_guard_t guard(*m_mutex);
-  for (const node_t* node = m_head; node != nullptr; node = node->next) {
+  core_t& list = core();
+  threading::mutex_guard_t guard(list.mutex);
+  for (const node_t* node = list.head; node != nullptr; node = node->next) {
     if (node->connection == connection) {
       debug::assertion_failed("\"signal_t::_insert: this connection is already exists.\" == NULL",
                               k_signal_header, k_duplicate_connection_line, __PRETTY_FUNCTION__);
@@ -44,13 +72,14 @@ void signal_base_t::_insert(const connection_t& connection) {
     }
   }
   connection.subscriber->add_signal(this);  // lock order: signal, then subscriber
-  append(connection);
+  list.append(connection);
 }
 
 void signal_base_t::_erase(const connection_t& connection) {
-  threading::mutex_guard_t guard(*m_mutex);
+  core_t& list = core();
+  threading::mutex_guard_t guard(list.mutex);
   node_t* previous = nullptr;
-  node_t* node = m_head;
+  node_t* node = list.head;
   while (node != nullptr && !(node->connection == connection)) {
     previous = node;
     node = node->next;
@@ -63,62 +92,69 @@ void signal_base_t::_erase(const connection_t& connection) {
     return;
   }
   subscriber_base_t* subscriber = node->connection.subscriber;
-  if (m_emission_state == nullptr)
-    unlink(node, previous);
-  else
-    node->connection = connection_t();  // the running emission skips it
+  list.cut(node, previous);
   // Every back-reference to this signal goes, even if the subscriber holds
   // further connections to it.
   if (subscriber != nullptr) subscriber->remove_signal(this);
 }
 
 void signal_base_t::_erase_all() {
-  threading::mutex_guard_t guard(*m_mutex);
-  for (node_t* node = m_head; node != nullptr; node = node->next) {
+  core_t* list = current_core();
+  if (list == nullptr) return;
+  threading::mutex_guard_t guard(list->mutex);
+  for (node_t* node = list->head; node != nullptr; node = node->next) {
     if (node->connection.empty()) continue;
     node->connection.subscriber->remove_signal(this);
-    if (m_emission_state != nullptr) node->connection = connection_t();
+    if (list->emission_state != nullptr) node->connection = connection_t();
   }
-  if (m_emission_state == nullptr) free_nodes();
+  if (list->emission_state == nullptr) list->free_nodes();
 }
 
 void signal_base_t::on_subscriber_destroy(subscriber_base_t* subscriber) {
-  threading::mutex_guard_t guard(*m_mutex);
+  core_t* list = current_core();
+  if (list == nullptr) return;
+  threading::mutex_guard_t guard(list->mutex);
   node_t* previous = nullptr;
-  node_t* node = m_head;
+  node_t* node = list->head;
   while (node != nullptr) {
     node_t* next = node->next;
     if (node->connection.subscriber != subscriber) {
       previous = node;
-    } else if (m_emission_state != nullptr) {
-      node->connection = connection_t();
-      previous = node;
     } else {
-      unlink(node, previous);
+      list->cut(node, previous);
+      if (list->emission_state != nullptr) previous = node;
     }
     node = next;
   }
 }
 
 std::size_t signal_base_t::connection_count() const {
-  threading::mutex_guard_t guard(*m_mutex);
+  core_t* list = current_core();
+  if (list == nullptr) return 0;
+  threading::mutex_guard_t guard(list->mutex);
   std::size_t live = 0;
-  for (const node_t* node = m_head; node != nullptr; node = node->next)
+  for (const node_t* node = list->head; node != nullptr; node = node->next)
     if (!node->connection.empty()) ++live;
   return live;
 }
 
+signal_base_t::node_t* signal_base_t::first_node(const onstack_signal_state_t& state) {
+  return state.core->head;
+}
+
 bool signal_base_t::begin_emission(onstack_signal_state_t& state) const {
-  state.mutex->acquire();
-  if (m_emission_state == nullptr) {
-    m_emission_state = &state.alive;
+  core_t* list = state.core;
+  if (list == nullptr) return false;  // never connected to: no one to call
+  list->mutex.acquire();
+  if (list->emission_state == nullptr) {
+    list->emission_state = &state.alive;
     state.nested = false;
   } else {
     state.nested = true;
   }
-  state.alive_in_force = m_emission_state;
+  state.alive_in_force = list->emission_state;
   if (!*state.alive_in_force) {
-    state.mutex->release();
+    list->mutex.release();
     return false;
   }
   return true;
@@ -130,41 +166,47 @@ bool signal_base_t::check_valid_state_after_call(onstack_signal_state_t& state) 
   return false;
 }
 
-void signal_base_t::post_call(onstack_signal_state_t& state) const {
+void signal_base_t::post_call(onstack_signal_state_t& state) {
+  core_t* list = state.core;
   if (!state.nested) {
-    m_emission_state = nullptr;
-    remove_emptied();
+    list->emission_state = nullptr;
+    list->remove_emptied();
   }
-  state.mutex->release();
+  list->mutex.release();
 }
 
 void signal_base_t::end_after_destruction(onstack_signal_state_t& state) {
-  state.mutex->release();
-  // The destructor left the mutex to the outermost emission.
-  if (!state.nested) delete state.mutex;
+  state.core->mutex.release();
+  // The destructor left the core to the outermost emission.
+  if (!state.nested) delete state.core;
 }
 
-void signal_base_t::append(const connection_t& connection) {
+void signal_base_t::core_t::append(const connection_t& connection) {
   node_t* node = new node_t;
   node->connection = connection;
-  if (m_tail == nullptr)
-    m_head = node;
+  if (tail == nullptr)
+    head = node;
   else
-    m_tail->next = node;
-  m_tail = node;
-  ++m_count;
+    tail->next = node;
+  tail = node;
 }
 
-void signal_base_t::unlink(node_t* node, node_t* previous) const {
-  (previous == nullptr ? m_head : previous->next) = node->next;
-  if (m_tail == node) m_tail = previous;
+void signal_base_t::core_t::unlink(node_t* node, node_t* previous) {
+  (previous == nullptr ? head : previous->next) = node->next;
+  if (tail == node) tail = previous;
   delete node;
-  --m_count;
 }
 
-void signal_base_t::remove_emptied() const {
+void signal_base_t::core_t::cut(node_t* node, node_t* previous) {
+  if (emission_state == nullptr)
+    unlink(node, previous);
+  else
+    node->connection = connection_t();  // the running emission skips it
+}
+
+void signal_base_t::core_t::remove_emptied() {
   node_t* previous = nullptr;
-  node_t* node = m_head;
+  node_t* node = head;
   while (node != nullptr) {
     node_t* next = node->next;
     if (node->connection.empty())
@@ -175,14 +217,13 @@ void signal_base_t::remove_emptied() const {
   }
 }
 
-void signal_base_t::free_nodes() const {
-  while (m_head != nullptr) {
-    node_t* next = m_head->next;
-    delete m_head;
-    m_head = next;
+void signal_base_t::core_t::free_nodes() {
+  while (head != nullptr) {
+    node_t* next = head->next;
+    delete head;
+    head = next;
   }
-  m_tail = nullptr;
-  m_count = 0;
+  tail = nullptr;
 }
 
 }  // namespace _internal

@@ -47,7 +47,9 @@ class inspectable_signal_t : public talvar2::signal_t<A...> {
  public:
   std::size_t node_count() const {
     std::size_t count = 0;
-    for (auto node = this->first_node(); node != nullptr; node = node->next) ++count;
+    const typename talvar2::signal_t<A...>::onstack_signal_state_t state(this->current_core());
+    if (state.core == nullptr) return 0;
+    for (auto node = this->first_node(state); node != nullptr; node = node->next) ++count;
     return count;
   }
 };

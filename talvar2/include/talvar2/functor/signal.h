@@ -14,7 +14,6 @@
 #include <atomic>
 #include <cstring>
 #include <type_traits>
-#include <vector>
 
 #include "talvar2/export.h"
 #include "talvar2/threading/mutex.h"
@@ -48,15 +47,17 @@ class TALVAR2_API subscriber_base_t {
 
  private:
   friend class signal_base_t;
+  struct connections_t;
+
   void add_signal(signal_base_t* signal);
   void remove_signal(signal_base_t* signal);
 
-  // Made on the first connection: most subscribers (every signal among
-  // them) are never connected to, and elements carry many of them.
-  threading::mutex_t& subscriber_mutex();
+  // Made on the first connection: most subscribers (every signal among them)
+  // are never connected to, and elements carry many of them, so an unused
+  // subscriber costs one pointer.
+  connections_t& connections();
 
-  std::vector<signal_base_t*> m_signals;  // one entry per connection; entries may repeat
-  std::atomic<threading::mutex_t*> m_subscriber_mutex{nullptr};
+  std::atomic<connections_t*> m_connections{nullptr};
 };
 
 // Generic function pointer type under which a connection keeps its invoker.
@@ -80,17 +81,19 @@ struct connection_t {
 // The untyped part of every signal: connection list, emission state, locks.
 class TALVAR2_API signal_base_t : public subscriber_base_t {
  public:
+  struct core_t;
+
   // The state of one emission, kept on the emitting thread's stack so that it
   // survives the destruction of the signal by one of its slots.
   struct onstack_signal_state_t {
-    explicit onstack_signal_state_t(threading::mutex_t* signal_mutex) : mutex(signal_mutex) {}
-    threading::mutex_t* mutex;
+    explicit onstack_signal_state_t(core_t* signal_core) : core(signal_core) {}
+    core_t* core;
     bool alive = true;
     bool nested = false;
     bool* alive_in_force = nullptr;  // the outermost emission's flag
   };
 
-  signal_base_t();
+  signal_base_t() = default;
   // The copy starts empty and takes the source's connections in order.
   signal_base_t(const signal_base_t& other);
   signal_base_t& operator=(const signal_base_t&) = delete;
@@ -114,32 +117,29 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
     node_t* next = nullptr;
   };
 
-  // Takes the mutex and registers the emission. False (mutex released) when
-  // the signal is already dead.
+  // Takes the mutex and registers the emission. False when there is nothing
+  // to call: the signal was never connected to, or it is already dead (the
+  // mutex is then released).
   bool begin_emission(onstack_signal_state_t& state) const;
   // After a slot has thrown: true when the signal is still alive and
   // post_call must follow; false when it died and the mutex has been let go.
   // Touches only `state`: the slot may have destroyed the signal.
   static bool check_valid_state_after_call(onstack_signal_state_t& state);
   // Ends an emission: the outermost one removes emptied connections.
-  void post_call(onstack_signal_state_t& state) const;
+  static void post_call(onstack_signal_state_t& state);
   // Ends an emission whose signal was destroyed by a slot. Touches only `state`.
   static void end_after_destruction(onstack_signal_state_t& state);
 
-  node_t* first_node() const { return m_head; }
-  threading::mutex_t* signal_mutex() const { return m_mutex; }
+  static node_t* first_node(const onstack_signal_state_t& state);
+  core_t* current_core() const { return m_core.load(std::memory_order_acquire); }
 
  private:
-  void append(const connection_t& connection);
-  void unlink(node_t* node, node_t* previous) const;
-  void remove_emptied() const;
-  void free_nodes() const;
+  // The list, its mutex and the emission state, made on the first
+  // connection: a signal no one connects to costs two pointers. The core may
+  // outlive the signal when a slot destroys it during an emission.
+  core_t& core();
 
-  mutable node_t* m_head = nullptr;
-  mutable node_t* m_tail = nullptr;
-  mutable std::size_t m_count = 0;
-  mutable bool* m_emission_state = nullptr;  // the outermost emission's alive flag
-  threading::mutex_t* m_mutex;               // on the heap: may outlive the signal
+  std::atomic<core_t*> m_core{nullptr};
 };
 
 // The typed part: connect, disconnect and emit for one argument list.
@@ -196,12 +196,12 @@ class signal_templ : public signal_base_t {
 
 template <class... A>
 void signal_templ<A...>::operator()(A... args) const {
-  onstack_signal_state_t state(signal_mutex());
+  onstack_signal_state_t state(current_core());
   if (!begin_emission(state)) return;
   try {
     // The next node is read after each call, so connections appended by a
     // slot are called in this emission and emptied ones are skipped.
-    for (const node_t* node = first_node(); node != nullptr;) {
+    for (const node_t* node = first_node(state); node != nullptr;) {
       const connection_t& connection = node->connection;
       if (!connection.empty())
         reinterpret_cast<invoker_t>(connection.caster)(connection.target, connection.member, args...);
