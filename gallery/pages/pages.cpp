@@ -3,6 +3,7 @@
 #include "pages/elements_page.h"
 #include "pages/help_page.h"
 #include "pages/palette_page.h"
+#include "pages/splitters_page.h"
 #include "pages/tasks_page.h"
 #include "pages/welcome_page.h"
 
@@ -15,6 +16,7 @@ const std::vector<page_t>& all_pages() {
       {"elements", "Elements", &create_elements_page},
       {"tasks", "Tasks", &create_tasks_page},
       {"help", "Help", &create_help_page},
+      {"splitters", "Splitters", &create_splitters_page},
   };
   return pages;
 }

@@ -1,0 +1,175 @@
+#include "orvix1/wxAdvancedSplitter.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/panel.h>
+
+#include "support/wx_test_environment.h"
+
+namespace {
+
+using orvix1::wxAdvancedSplitter;
+using orvix1::wxSplitterElement;
+
+// A shown frame holding splitters of 400x200 with two panels each.
+class AdvancedSplitterTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_frame = new wxFrame(nullptr, wxID_ANY, "splitters", wxPoint(0, 0), wxSize(900, 500));
+    m_frame->Show();
+    m_splitter = make_splitter(wxPoint(0, 0));
+    orvix1_test::pump_events();
+  }
+  void TearDown() override {
+    m_frame->Destroy();
+    orvix1_test::pump_events();
+  }
+
+  wxAdvancedSplitter* make_splitter(wxPoint where) {
+    auto* splitter = new wxAdvancedSplitter(m_frame, wxID_ANY, where, wxSize(400, 200));
+    EXPECT_TRUE(splitter->SplitVertically(new wxPanel(splitter), new wxPanel(splitter)));
+    return splitter;
+  }
+  int sash() const { return m_splitter->GetSplitterElement()->GetSashPosition(); }
+  int max_sash() const { return m_splitter->GetSplitterElement()->GetMaxSashPosition(); }
+
+  void mouse(wxEventType type, int x, int y, bool left_held = false) {
+    wxMouseEvent event(type);
+    event.SetPosition(wxPoint(x, y));
+    event.SetLeftDown(left_held || type == wxEVT_LEFT_DOWN);
+    event.SetEventObject(m_splitter);
+    m_splitter->GetEventHandler()->ProcessEvent(event);
+  }
+  void click(int x, int y) {
+    mouse(wxEVT_LEFT_DOWN, x, y);
+    mouse(wxEVT_LEFT_UP, x, y);
+  }
+  // Ticks the animation until it stops (at most 200 ticks); the positions seen.
+  std::vector<int> run_animation() {
+    std::vector<int> positions;
+    wxTimerEvent tick(m_splitter->GetAnimationTimer());
+    for (int i = 0; i < 200 && m_splitter->IsAnimating(); ++i) {
+      m_splitter->OnTimer(tick);
+      positions.push_back(sash());
+    }
+    return positions;
+  }
+
+  wxFrame* m_frame = nullptr;
+  wxAdvancedSplitter* m_splitter = nullptr;
+};
+
+TEST_F(AdvancedSplitterTest, AClosedPaneReopensFromAnywhereOnTheSashAnOpenOneOnlyFromTheButton) {
+  m_splitter->EnableAnimation(false);
+  ASSERT_EQ(sash(), 198);  // the middle of 3..397
+  const int top = 5, button = 100;
+  click(sash(), top);
+  EXPECT_FALSE(m_splitter->IsSecondPaneClosed());
+  EXPECT_FALSE(m_splitter->IsModifiedByUser());
+  click(sash(), button);
+  EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+  EXPECT_EQ(sash(), max_sash());
+  EXPECT_FALSE(m_splitter->GetPanel2()->IsShown());
+  EXPECT_TRUE(m_splitter->IsModifiedByUser());
+  click(sash(), top);
+  EXPECT_FALSE(m_splitter->IsSecondPaneClosed());
+  EXPECT_EQ(sash(), 198);
+  EXPECT_EQ(m_splitter->GetPanel1()->GetSize(), wxSize(195, 200));
+
+  // A double-click away from the button toggles once; a disabled button none.
+  click(sash(), top);
+  mouse(wxEVT_LEFT_DCLICK, sash(), top);
+  EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+  m_splitter->EnableCloseButton(false);
+  click(sash(), top);
+  EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+}
+
+TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {
+  const int start = sash();
+  mouse(wxEVT_LEFT_DOWN, start, 10);
+  EXPECT_EQ(wxWindow::GetCapture(), m_splitter);
+  mouse(wxEVT_MOTION, start + 20, 12, true);
+  mouse(wxEVT_MOTION, start + 50, 40, true);
+  EXPECT_EQ(sash(), start + 50);
+  EXPECT_EQ(m_splitter->GetPanel1()->GetSize().x, start + 50 - 3);
+  mouse(wxEVT_LEFT_UP, start + 50, 40);
+  EXPECT_EQ(wxWindow::GetCapture(), nullptr);
+  mouse(wxEVT_MOTION, start + 90, 40);  // no button held: no drag
+  EXPECT_EQ(sash(), start + 50);
+  EXPECT_TRUE(m_splitter->IsModifiedByUser());
+  EXPECT_FLOAT_EQ(m_splitter->GetRelativeSashPosition(), (start + 50) / 400.0f);
+}
+
+TEST_F(AdvancedSplitterTest, CollapseAcceleratesOpenDeceleratesAndBothEndExactlyOnTarget) {
+  m_splitter->ChangePaneState(false);
+  ASSERT_TRUE(m_splitter->IsAnimating());
+  EXPECT_FALSE(m_splitter->IsSecondPaneClosed());  // not before it has closed
+  std::vector<int> closing = run_animation();
+  ASSERT_GE(closing.size(), 3u);
+  EXPECT_EQ(closing.back(), max_sash());
+  EXPECT_FALSE(m_splitter->GetAnimationTimer().IsRunning());
+  EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+  EXPECT_LT(closing[1] - closing[0], closing[2] - closing[1]);
+
+  m_splitter->ChangePaneState(true);
+  std::vector<int> opening = run_animation();
+  ASSERT_GE(opening.size(), 3u);
+  EXPECT_EQ(opening.back(), 198);
+  EXPECT_FALSE(m_splitter->IsAnimating());
+  EXPECT_FALSE(m_splitter->IsSecondPaneClosed());
+  EXPECT_GT(max_sash() - opening[0], opening[0] - opening[1]);
+  EXPECT_GT(opening[0] - opening[1], opening[1] - opening[2]);
+}
+
+TEST_F(AdvancedSplitterTest, RelativePositionIsClampedAndKeptAcrossResizes) {
+  m_splitter->SetRelativeSashPosition(1.5f);
+  EXPECT_FLOAT_EQ(m_splitter->GetRelativeSashPosition(), 1.0f);
+  EXPECT_EQ(sash(), max_sash());
+  m_splitter->SetRelativeSashPosition(0.25f);
+  EXPECT_EQ(sash(), 99);
+  m_splitter->SetSize(800, 200);
+  EXPECT_EQ(sash(), 199);  // (800 - 3) * 0.25
+  EXPECT_EQ(m_splitter->GetPanel2()->GetRect(), wxRect(202, 0, 598, 200));
+
+  m_splitter->SetResizingMode(wxAdvancedSplitter::rmKeepSecond);
+  m_splitter->SetSize(700, 200);
+  EXPECT_EQ(sash(), 99);
+}
+
+TEST_F(AdvancedSplitterTest, LinkedSplittersFollowEachOther) {
+  wxAdvancedSplitter* other = make_splitter(wxPoint(0, 250));
+  EXPECT_FALSE(other->SynchronizeWith(other->GetSplitterElement()));
+  ASSERT_TRUE(other->SynchronizeWith(m_splitter->GetSplitterElement()));
+  ASSERT_TRUE(m_splitter->SynchronizeWith(other->GetSplitterElement()));
+  m_splitter->SetRelativeSashPosition(0.75f);
+  EXPECT_EQ(other->GetSplitterElement()->GetSashPosition(), sash());
+  EXPECT_EQ(other->GetPanel1()->GetSize().x, m_splitter->GetPanel1()->GetSize().x);
+  other->SetRelativeSashPosition(0.1f);
+  EXPECT_EQ(sash(), other->GetSplitterElement()->GetSashPosition());
+  m_splitter->GetSplitterElement()->SetSashState(wxSplitterElement::vsHighlighted);
+  EXPECT_EQ(other->GetSplitterElement()->GetSashState(), wxSplitterElement::vsHighlighted);
+}
+
+TEST_F(AdvancedSplitterTest, StateIsSavedAndRestored) {
+  m_splitter->EnableAnimation(false);
+  m_splitter->SetRelativeSashPosition(0.25f);
+  m_splitter->ChangePaneState(false);
+  const std::string saved = m_splitter->SaveState();
+  EXPECT_EQ(saved, "position=0.2500;closed=1");
+
+  wxAdvancedSplitter* restored = make_splitter(wxPoint(0, 250));
+  EXPECT_FALSE(restored->RestoreState("position=2;closed=1"));
+  EXPECT_FALSE(restored->RestoreState("position=0.25;closed=1;"));
+  EXPECT_FALSE(restored->IsSecondPaneClosed());
+  ASSERT_TRUE(restored->RestoreState(saved));
+  EXPECT_TRUE(restored->IsSecondPaneClosed());
+  EXPECT_EQ(restored->GetSplitterElement()->GetSashPosition(), max_sash());
+  restored->EnableAnimation(false);
+  restored->ChangePaneState(true);
+  EXPECT_EQ(restored->GetSplitterElement()->GetSashPosition(), 99);
+}
+
+}  // namespace
