@@ -104,6 +104,13 @@ void wxAdvancedSplitter::SetPanel2(wxWindow* panel) {
   CalcLayout();
 }
 
+// A pane destroyed by its owner is forgotten; the other stays where it is.
+void wxAdvancedSplitter::RemoveChild(wxWindowBase* child) {
+  if (child == m_panel1) m_panel1 = nullptr;
+  if (child == m_panel2) m_panel2 = nullptr;
+  wxWindow::RemoveChild(child);
+}
+
 wxWindow* wxAdvancedSplitter::ClosingPanel() const {
   return m_pane_to_close == ptcSecond ? m_panel2 : m_panel1;
 }
@@ -294,11 +301,13 @@ void wxAdvancedSplitter::SetAccelerationFactor(float factor) {
 }
 
 void wxAdvancedSplitter::EnableCloseButton(bool enable) {
+  if (!m_element) return;
   m_element->SetButtonState(enable ? wxSplitterElement::vsNormal : wxSplitterElement::vsDisabled);
   Refresh();
 }
 
 void wxAdvancedSplitter::ShowCloseButton(bool show) {
+  if (!m_element) return;
   m_element->ShowButton(show);
   Refresh();
 }
@@ -330,7 +339,7 @@ void wxAdvancedSplitter::OnMouseEvent(wxMouseEvent& event) {
   else if (event.LeftDown())
     OnLeftDown(point);
   else if (event.LeftUp())
-    OnLeftUp();
+    OnLeftUp(point);
   else if (event.Dragging() && m_dragging)
     DoSashMoving(point);
   else if (event.Leaving() && !m_dragging)
@@ -392,7 +401,7 @@ void wxAdvancedSplitter::DoSashMoving(const wxPoint& point) {
   m_modified_by_user = true;
 }
 
-void wxAdvancedSplitter::OnLeftUp() {
+void wxAdvancedSplitter::OnLeftUp(const wxPoint& point) {
   if (!m_dragging) return;
   EndDragging();
   if (m_autoclosing && !ClosingOrClosed() &&
@@ -401,7 +410,7 @@ void wxAdvancedSplitter::OnLeftUp() {
     m_relative_position = m_relative_before_drag;
     ChangePaneState(false);
   }
-  UpdateHover(ScreenToClient(wxGetMousePosition()));
+  UpdateHover(point);
 }
 
 void wxAdvancedSplitter::EndDragging() {

@@ -85,10 +85,21 @@ TEST_F(AdvancedSplitterTest, AClosedPaneReopensFromAnywhereOnTheSashAnOpenOneOnl
   m_splitter->EnableCloseButton(false);
   click(sash(), top);
   EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+
+  // Closing the first pane instead puts the sash at the start.
+  m_splitter->EnableCloseButton(true);
+  click(sash(), top);
+  m_splitter->SetPaneToClose(wxAdvancedSplitter::ptcFirst);
+  click(sash(), button);
+  EXPECT_EQ(sash(), 3);
+  EXPECT_FALSE(m_splitter->GetPanel1()->IsShown());
+  EXPECT_TRUE(m_splitter->GetPanel2()->IsShown());
 }
 
 TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {
   const int start = sash();
+  mouse(wxEVT_MOTION, start + 2, 10);
+  EXPECT_EQ(m_splitter->GetSplitterElement()->GetSashState(), wxSplitterElement::vsHighlighted);
   mouse(wxEVT_LEFT_DOWN, start, 10);
   EXPECT_EQ(wxWindow::GetCapture(), m_splitter);
   mouse(wxEVT_MOTION, start + 20, 12, true);
@@ -101,6 +112,19 @@ TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {
   EXPECT_EQ(sash(), start + 50);
   EXPECT_TRUE(m_splitter->IsModifiedByUser());
   EXPECT_FLOAT_EQ(m_splitter->GetRelativeSashPosition(), (start + 50) / 400.0f);
+  mouse(wxEVT_LEAVE_WINDOW, start + 90, 40);
+  EXPECT_EQ(m_splitter->GetSplitterElement()->GetSashState(), wxSplitterElement::vsNormal);
+
+  // Dragged nearly shut with autoclosing on, the pane closes on release and
+  // reopens where it was before that drag.
+  m_splitter->EnableAnimation(false);
+  m_splitter->EnableAutoclosing(true);
+  mouse(wxEVT_LEFT_DOWN, sash(), 10);
+  mouse(wxEVT_MOTION, 390, 10, true);
+  mouse(wxEVT_LEFT_UP, 390, 10);
+  EXPECT_TRUE(m_splitter->IsSecondPaneClosed());
+  m_splitter->ChangePaneState(true);
+  EXPECT_EQ(sash(), 246);  // (400 - 3) * 0.62, cut toward zero
 }
 
 TEST_F(AdvancedSplitterTest, CollapseAcceleratesOpenDeceleratesAndBothEndExactlyOnTarget) {
@@ -137,6 +161,11 @@ TEST_F(AdvancedSplitterTest, RelativePositionIsClampedAndKeptAcrossResizes) {
   m_splitter->SetResizingMode(wxAdvancedSplitter::rmKeepSecond);
   m_splitter->SetSize(700, 200);
   EXPECT_EQ(sash(), 99);
+
+  delete m_splitter->GetPanel2();  // forgotten, not left dangling
+  EXPECT_EQ(m_splitter->GetPanel2(), nullptr);
+  m_splitter->SetSize(600, 200);
+  m_splitter->ChangePaneState(false);
 }
 
 TEST_F(AdvancedSplitterTest, LinkedSplittersFollowEachOther) {

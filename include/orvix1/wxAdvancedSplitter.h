@@ -73,6 +73,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   // Places the panes around the sash.
   void CalcLayout();
   bool Layout() override;
+  void RemoveChild(wxWindowBase* child) override;
   void CenterSash();
   // Clamped to [0, 1]; ignored while the pane is closed.
   void SetRelativeSashPosition(float relative);
@@ -146,7 +147,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   bool OnSash(const wxPoint& point) const;
   bool ButtonTakesClicks() const;
   void OnLeftDown(const wxPoint& point);
-  void OnLeftUp();
+  void OnLeftUp(const wxPoint& point);
   void EndDragging();
   void OnDoubleClick(const wxPoint& point);
   void UpdateHover(const wxPoint& point);
