@@ -194,30 +194,18 @@ void wxSplitterElement::DrawArrow(wxDC& dc, const wxRect& rect) const {
   const wxColour colour = m_button_state == vsDisabled
                               ? palette_color(color_shadow_3d, wxSYS_COLOUR_BTNSHADOW)
                               : palette_color(color_button_text, wxSYS_COLOUR_BTNTEXT);
-  // Twice as wide as it is deep, as deep as the sash is thick less a margin.
+  // As deep as the sash is thick less a margin, and twice as wide.
   const int depth = std::max(2, std::min(rect.width, rect.height) - 2);
-  const int half = depth;  // half the width
-  const wxPoint c(rect.x + rect.width / 2, rect.y + rect.height / 2);
-  const int d = depth / 2;
-  wxPoint points[3];
-  switch (m_button_direction) {
-    case bdLeft:
-      points[0] = wxPoint(c.x - d, c.y), points[1] = wxPoint(c.x + d, c.y - half),
-      points[2] = wxPoint(c.x + d, c.y + half);
-      break;
-    case bdRight:
-      points[0] = wxPoint(c.x + d, c.y), points[1] = wxPoint(c.x - d, c.y - half),
-      points[2] = wxPoint(c.x - d, c.y + half);
-      break;
-    case bdUp:
-      points[0] = wxPoint(c.x, c.y - d), points[1] = wxPoint(c.x - half, c.y + d),
-      points[2] = wxPoint(c.x + half, c.y + d);
-      break;
-    case bdDown:
-      points[0] = wxPoint(c.x, c.y + d), points[1] = wxPoint(c.x - half, c.y - d),
-      points[2] = wxPoint(c.x + half, c.y - d);
-      break;
-  }
+  const int half_depth = depth / 2;
+  const int half_width = depth;
+  const int sign = m_button_direction == bdRight || m_button_direction == bdDown ? 1 : -1;
+  const bool sideways = m_button_direction == bdLeft || m_button_direction == bdRight;
+  const wxPoint centre(rect.x + rect.width / 2, rect.y + rect.height / 2);
+  const auto at = [&](int along, int across) {
+    return sideways ? centre + wxPoint(along, across) : centre + wxPoint(across, along);
+  };
+  wxPoint points[3] = {at(sign * half_depth, 0), at(-sign * half_depth, -half_width),
+                       at(-sign * half_depth, half_width)};
   dc.SetPen(wxPen(colour));
   dc.SetBrush(wxBrush(colour));
   dc.DrawPolygon(3, points);

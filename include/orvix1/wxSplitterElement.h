@@ -114,7 +114,11 @@ class ORVIX1_API wxSplitterElement : public talvar2::_internal::subscriber_base_
   // explicitly; the holder calls it again when the desktop's colours change.
   void InitializeDefaultColors();
 
-  // Paints the sash and, when shown, the button.
+  // Paints the sash flat in the normal colour, or the highlighted one while
+  // it is highlighted or pressed, and then the button when shown: the
+  // picture for its state, or without pictures an arrow in the palette's
+  // button text colour (its shadow colour when disabled) on a plate in the
+  // highlighted colour under the pointer and the shadow colour when pressed.
   void Draw(wxDC& dc) const;
 
   position_signal_t& SashPositionChanged() { return m_position_changed; }
