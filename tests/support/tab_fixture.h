@@ -1,0 +1,70 @@
+#ifndef ORVIX1_TESTS_TAB_FIXTURE_H
+#define ORVIX1_TESTS_TAB_FIXTURE_H
+
+// A shown frame to put tab widgets in, mouse input sent as wx delivers it,
+// and recorders for the widgets' signals.
+
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/panel.h>
+
+#include "support/wx_test_environment.h"
+#include "talvar2/functor/signal.h"
+
+namespace orvix1_test {
+
+class tab_frame_test_t : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    take_asserts();
+    m_frame = new wxFrame(nullptr, wxID_ANY, "tabs", wxPoint(0, 0), wxSize(800, 200));
+    // A frame stretches a lone child: the widgets sit in a panel.
+    m_host = new wxPanel(m_frame);
+    m_frame->Show();
+    pump_events();
+  }
+  void TearDown() override {
+    m_frame->Destroy();
+    pump_events();
+    EXPECT_TRUE(take_asserts().empty());
+  }
+
+  wxFrame* m_frame = nullptr;
+  wxPanel* m_host = nullptr;
+};
+
+inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at) {
+  wxMouseEvent event(type);
+  event.SetPosition(at);
+  event.SetEventObject(window);
+  event.SetId(window->GetId());
+  event.m_leftDown = type == wxEVT_LEFT_DOWN;
+  event.m_middleDown = type == wxEVT_MIDDLE_DOWN;
+  window->GetEventHandler()->ProcessEvent(event);
+}
+
+// Enter, press and release at `at`, released at `release` when given.
+inline void click(wxWindow* window, const wxPoint& at, const wxPoint& release = wxDefaultPosition) {
+  send_mouse(window, wxEVT_ENTER_WINDOW, at);
+  send_mouse(window, wxEVT_MOTION, at);
+  send_mouse(window, wxEVT_LEFT_DOWN, at);
+  const wxPoint up = release == wxDefaultPosition ? at : release;
+  send_mouse(window, wxEVT_MOTION, up);
+  send_mouse(window, wxEVT_LEFT_UP, up);
+}
+
+inline wxPoint centre_of(const wxWindow* window) {
+  return wxPoint(window->GetClientSize().x / 2, window->GetClientSize().y / 2);
+}
+
+// Records every emission of the int signals it is connected to.
+struct int_recorder_t : talvar2::_internal::subscriber_base_t {
+  std::vector<int> values;
+  void on(int value) { values.push_back(value); }
+};
+
+}  // namespace orvix1_test
+
+#endif
