@@ -1,0 +1,56 @@
+#ifndef ORVIX1_WXPOPUPBUTTON_H
+#define ORVIX1_WXPOPUPBUTTON_H
+
+// A small drop-down button that opens a popup below itself. In its active
+// state it stands out and shows a count beside its arrow (the tab pane
+// shows how many tabs are hidden).
+
+#include <wx/control.h>
+
+#include "orvix1/export.h"
+#include "orvix1/wxPopupWnd.h"
+
+namespace orvix1 {
+
+class ORVIX1_API wxPopupButton : public wxControl {
+ public:
+  wxPopupButton();
+  wxPopupButton(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
+                const wxSize& size = wxDefaultSize, long style = 0);
+  bool Create(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
+              const wxSize& size = wxDefaultSize, long style = 0);
+
+  // The popup becomes the button's: it is destroyed with it. Null removes it.
+  void SetPopup(wxPopupWnd* popup);
+  wxPopupWnd* GetPopup() const { return m_popup; }
+  // Opens the popup below the button, as a click does.
+  void OpenPopup();
+
+  void SetActive(bool active, int count = 0);
+  bool IsActive() const { return m_active; }
+  int GetCount() const { return m_count; }
+
+  bool AcceptsFocus() const override { return false; }
+
+ protected:
+  wxSize DoGetBestSize() const override;
+  wxBorder GetDefaultBorder() const override { return wxBORDER_NONE; }
+
+ private:
+  wxString CountText() const;
+  void OnPaint(wxPaintEvent& event);
+  void OnLeftDown(wxMouseEvent& event);
+  void OnEnterOrLeave(wxMouseEvent& event);
+
+  wxPopupWnd* m_popup = nullptr;
+  bool m_active = false;
+  bool m_hovered = false;
+  int m_count = 0;
+
+  wxDECLARE_DYNAMIC_CLASS(wxPopupButton);
+  wxDECLARE_EVENT_TABLE();
+};
+
+}  // namespace orvix1
+
+#endif

@@ -1,0 +1,67 @@
+#ifndef ORVIX1_WXPOPUPWND_H
+#define ORVIX1_WXPOPUPWND_H
+
+// Popup windows that open beside an anchor window (a drop-down button) and
+// close when the user clicks elsewhere or presses Escape.
+
+#include <wx/popupwin.h>
+
+#include "orvix1/export.h"
+#include "talvar2/functor/signal.h"
+
+namespace orvix1 {
+
+// What an opener needs of a popup.
+class ORVIX1_API IPopup {
+ public:
+  using popup_signal_t = talvar2::_internal::signal_t<IPopup*>;
+
+  virtual ~IPopup();
+
+  // Raises before_popup() (the owner fills the content), then shows the
+  // popup below `anchor`, or above it when there is no room below. Nothing
+  // is shown when the content is empty after before_popup().
+  virtual void PopupAt(wxWindow* anchor) = 0;
+  virtual void ClosePopup() = 0;
+  virtual bool IsPoppedUp() const = 0;
+  // False when there is nothing to show.
+  virtual bool HasContent() const = 0;
+
+  popup_signal_t& before_popup() { return m_before_popup; }
+  popup_signal_t& closed() { return m_closed; }
+
+ protected:
+  popup_signal_t m_before_popup;
+  popup_signal_t m_closed;
+};
+
+class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
+ public:
+  explicit wxPopupWnd(wxWindow* parent);
+
+  void PopupAt(wxWindow* anchor) override;
+  void ClosePopup() override;
+  bool IsPoppedUp() const override { return IsShown(); }
+  bool HasContent() const override { return true; }
+
+  wxWindow* GetAnchor() const { return m_anchor; }
+  // Takes the content's new best size, keeping the popup at its anchor.
+  void Refit();
+  // True once after a click on the anchor closed the popup: the anchor must
+  // not open it again with the same click.
+  bool TakeAnchorClick();
+
+ protected:
+  bool ProcessLeftDown(wxMouseEvent& event) override;
+  void OnDismiss() override;
+
+ private:
+  void PlaceAtAnchor();
+
+  wxWindow* m_anchor = nullptr;
+  bool m_anchor_click = false;
+};
+
+}  // namespace orvix1
+
+#endif

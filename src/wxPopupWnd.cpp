@@ -1,0 +1,58 @@
+#include "orvix1/wxPopupWnd.h"
+
+#include <algorithm>
+
+namespace orvix1 {
+
+IPopup::~IPopup() = default;
+
+wxPopupWnd::wxPopupWnd(wxWindow* parent) : wxPopupTransientWindow(parent, wxBORDER_SIMPLE) {}
+
+void wxPopupWnd::PopupAt(wxWindow* anchor) {
+  m_anchor = anchor;
+  m_anchor_click = false;
+  m_before_popup(this);
+  if (!HasContent()) return;
+  SetSize(GetBestSize());
+  PlaceAtAnchor();
+  Popup();
+}
+
+void wxPopupWnd::ClosePopup() {
+  if (IsShown()) Dismiss();
+}
+
+void wxPopupWnd::Refit() {
+  InvalidateBestSize();
+  SetSize(GetBestSize());
+  if (m_anchor != nullptr) PlaceAtAnchor();
+  Refresh();
+}
+
+void wxPopupWnd::PlaceAtAnchor() {
+  // Right-aligned with the anchor: drop-down buttons sit at the right end
+  // of the bars they serve.
+  const wxPoint anchor = m_anchor->ClientToScreen(wxPoint(0, 0));
+  const wxSize anchor_size = m_anchor->GetSize();
+  const int left = anchor.x + anchor_size.x - GetSize().x;
+  Position(wxPoint(std::max(left, 0), anchor.y), wxSize(0, anchor_size.y));
+}
+
+bool wxPopupWnd::TakeAnchorClick() {
+  const bool taken = m_anchor_click;
+  m_anchor_click = false;
+  return taken;
+}
+
+bool wxPopupWnd::ProcessLeftDown(wxMouseEvent& event) {
+  if (m_anchor == nullptr || GetClientRect().Contains(event.GetPosition())) return false;
+  const wxPoint screen = ClientToScreen(event.GetPosition());
+  if (!m_anchor->GetScreenRect().Contains(screen)) return false;
+  m_anchor_click = true;
+  Dismiss();
+  return true;
+}
+
+void wxPopupWnd::OnDismiss() { m_closed(this); }
+
+}  // namespace orvix1

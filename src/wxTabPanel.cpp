@@ -1,0 +1,697 @@
+#include "orvix1/wxTabPanel.h"
+
+#include <algorithm>
+#include <climits>
+
+#include <wx/dcbuffer.h>
+
+#include "orvix1/text_utils.h"
+#include "orvix1/ui_settings.h"
+
+namespace orvix1 {
+namespace {
+
+const char k_font_key[] = "fnNormalBold";
+const char k_background_key[] = "clBg";
+// Wide enough for any strip: what "all buttons shown" is measured with.
+const int k_unbounded_width = INT_MAX / 4;
+
+}  // namespace
+
+bool ButtonIsInVector(const wxTabButton* button, const std::vector<wxTabButton*>& buttons) {
+  return std::find(buttons.begin(), buttons.end(), button) != buttons.end();
+}
+
+// --- style --------------------------------------------------------------------
+
+wxTabPanel::default_style_t::default_style_t() { set_style_info(); }
+
+void wxTabPanel::default_style_t::set_style_info() {
+  wxTabButton::default_style_t::set_style_info();
+  internal_set_color(k_background_key, m_settings->get_color(color_strip_bg));
+}
+
+// --- construction -------------------------------------------------------------
+
+wxIMPLEMENT_DYNAMIC_CLASS(wxTabPanel, wxWindow);
+
+wxBEGIN_EVENT_TABLE(wxTabPanel, wxWindow)
+  EVT_PAINT(wxTabPanel::OnPaint)
+  EVT_SIZE(wxTabPanel::OnResize)
+wxEND_EVENT_TABLE()
+
+wxTabPanel::wxTabPanel() = default;
+
+wxTabPanel::wxTabPanel(wxWindow* parent, wxWindowID id, const wxPoint& position,
+                       const wxSize& size, long style) {
+  create(parent, id, position, size, style);
+}
+
+// The subscriber base cuts the buttons' connections before the window
+// destroys the buttons.
+wxTabPanel::~wxTabPanel() = default;
+
+bool wxTabPanel::create(wxWindow* parent, wxWindowID id, const wxPoint& position,
+                        const wxSize& size, long style) {
+  SetBackgroundStyle(wxBG_STYLE_PAINT);
+  if (!wxWindow::Create(parent, id, position, size, style | wxBORDER_NONE, "wxTabPanel"))
+    return false;
+  init();
+  return true;
+}
+
+void wxTabPanel::init() { SetUiStyle(new default_style_t); }
+
+void wxTabPanel::MeasureWidths() {
+  const int n = GetTextSize(this, "n", GetFont()).x;
+  const int dots = 3 * GetTextSize(this, ".", GetFont()).x;
+  m_min_button_width = 8 * n + dots + 30;
+  m_equal_width_cap = n + dots + 30;
+}
+
+// --- look ---------------------------------------------------------------------
+
+void wxTabPanel::ApplyLookTo(wxTabButton* button) const {
+  for (int type = wxTabButton::bg_normal; type < wxTabButton::color_types_end; ++type)
+    if (m_colors[type].IsOk())
+      button->SetColor(static_cast<wxTabButton::color_type_t>(type), m_colors[type]);
+  button->ChangeFont(GetFont());
+  button->SetCrossed(m_crossed);
+}
+
+void wxTabPanel::SetDefaultUISettings() {
+  const talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle();
+  for (int type = wxTabButton::bg_normal; type < wxTabButton::color_types_end; ++type)
+    if (!m_colors_set[type])
+      m_colors[type] = style->get_color(wxTabButton::GetColorKey(static_cast<wxTabButton::color_type_t>(type)));
+  const wxFont font = style->get_font(k_font_key);
+  wxWindow::SetFont(font.IsOk() ? font : wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+  if (m_colors[wxTabButton::panel_bg].IsOk())
+    wxWindow::SetBackgroundColour(m_colors[wxTabButton::panel_bg]);
+  MeasureWidths();
+}
+
+void wxTabPanel::on_style_updated() {
+  if (!GetUiStyle()) return;
+  SetDefaultUISettings();
+  for (wxTabButton* button : m_buttons) ApplyLookTo(button);
+  FullRefresh(true);
+}
+
+void wxTabPanel::SetColor(wxTabButton::color_type_t type, const wxColour& colour) {
+  if (type < wxTabButton::bg_normal || type >= wxTabButton::color_types_end) return;
+  m_colors[type] = colour;
+  m_colors_set[type] = true;
+  for (wxTabButton* button : m_buttons) button->SetColor(type, colour);
+  if (type == wxTabButton::panel_bg) wxWindow::SetBackgroundColour(colour);
+  Refresh();
+}
+
+wxColour wxTabPanel::GetColor(wxTabButton::color_type_t type) const {
+  if (type < wxTabButton::bg_normal || type >= wxTabButton::color_types_end) return wxColour();
+  return m_colors[type];
+}
+
+bool wxTabPanel::SetBackgroundColour(const wxColour& colour) {
+  SetColor(wxTabButton::panel_bg, colour);
+  return true;
+}
+
+void wxTabPanel::ChangeFont(const wxFont& font) {
+  wxWindow::SetFont(font);
+  MeasureWidths();
+  for (wxTabButton* button : m_buttons) button->ChangeFont(font);
+}
+
+bool wxTabPanel::SetFont(const wxFont& font) {
+  ChangeFont(font);
+  FullRefresh(true);
+  return true;
+}
+
+void wxTabPanel::SetBgImage(const wxImage& image, bool refresh) {
+  m_bg_image = image;
+  if (refresh) Refresh();
+}
+
+void wxTabPanel::OnHorzImageSlide(bool sliding, int offset) {
+  m_sliding = sliding;
+  m_slide_offset = offset;
+  Refresh();
+}
+
+void wxTabPanel::SendSlideSignal(bool sliding, int offset) {
+  OnHorzImageSlide(sliding, offset);
+  m_slid(this, sliding ? 1 : 0, offset);
+}
+
+// --- buttons ------------------------------------------------------------------
+
+wxTabButton* wxTabPanel::CreateButton(const picture_t& picture, const wxString& caption) {
+  auto* button = new wxTabButton(this, wxID_ANY, picture, caption);
+  button->Hide();
+  return button;
+}
+
+void wxTabPanel::InitializeButton(wxTabButton* button) {
+  const int index = std::clamp(button->GetId(), 0, GetButtonsCount());
+  ApplyLookTo(button);
+  button->clicked().connect(this, &wxTabPanel::on_button_clicked);
+  button->delete_requested().connect(this, &wxTabPanel::on_button_delete);
+  button->resized().connect(this, &wxTabPanel::on_button_resized);
+  m_buttons.insert(m_buttons.begin() + index, button);
+  Renumber(index);
+  if (m_selection >= index) ++m_selection;
+  // The new button is hidden until the layout finds room for it.
+  m_hidden.push_back(button);
+  UpdateShowedLists();
+  CalculatePositions(true);
+  m_button_added(index);
+  Refresh();
+}
+
+wxTabButton* wxTabPanel::InsertButton(const wxBitmap& bitmap, const wxString& caption, int index) {
+  wxTabButton* button = CreateButton(picture_t(bitmap), caption);
+  button->SetId(index < 0 || index > GetButtonsCount() ? GetButtonsCount() : index);
+  InitializeButton(button);
+  return button;
+}
+
+wxTabButton* wxTabPanel::InsertButton(int index, const wxString& caption) {
+  return InsertButton(wxNullBitmap, caption, index);
+}
+
+wxTabButton* wxTabPanel::InsertButton(const wxAnimation& animation, const wxString& caption,
+                                      int index) {
+  wxTabButton* button = CreateButton(picture_t(), caption);
+  button->SetAnimation(animation);
+  button->SetId(index < 0 || index > GetButtonsCount() ? GetButtonsCount() : index);
+  InitializeButton(button);
+  return button;
+}
+
+wxTabButton* wxTabPanel::AddButton(const wxString& caption) { return InsertButton(-1, caption); }
+
+wxTabButton* wxTabPanel::AddButton(const wxBitmap& bitmap, const wxString& caption) {
+  return InsertButton(bitmap, caption, -1);
+}
+
+wxTabButton* wxTabPanel::AddButton(const wxImage& image, const wxString& caption) {
+  return AddButton(picture_t(image), caption);
+}
+
+wxTabButton* wxTabPanel::AddButton(const picture_t& picture, const wxString& caption) {
+  return InsertButton(picture.GetBitmap(), caption, -1);
+}
+
+wxTabButton* wxTabPanel::AddButton(const wxAnimation& animation, const wxString& caption) {
+  return InsertButton(animation, caption, -1);
+}
+
+wxTabButton* wxTabPanel::AddButton(const std::string& image_path, const wxString& caption) {
+  return AddButton(picture_t::from_file(wxString::FromUTF8(image_path)), caption);
+}
+
+wxTabButton* wxTabPanel::GetButton(int index) const {
+  return index >= 0 && index < GetButtonsCount() ? m_buttons[index] : nullptr;
+}
+
+void wxTabPanel::SetDisabled(int index, bool disabled) {
+  wxTabButton* button = GetButton(index);
+  if (button == nullptr) return;
+  button->SetDisabled(disabled);
+  if (disabled && index == m_selection) SetCurrentSelection(-1);
+}
+
+void wxTabPanel::Renumber(int from) {
+  for (int k = std::max(from, 0); k < GetButtonsCount(); ++k) m_buttons[k]->SetId(k);
+}
+
+bool wxTabPanel::RemoveButton(wxTabButton* button, bool keep_window) {
+  const auto found = std::find(m_buttons.begin(), m_buttons.end(), button);
+  if (found == m_buttons.end()) return false;
+  return RemoveButton(static_cast<int>(found - m_buttons.begin()), keep_window);
+}
+
+bool wxTabPanel::RemoveButton(int index, bool keep_window) {
+  wxTabButton* button = GetButton(index);
+  if (button == nullptr) return false;
+  m_buttons.erase(m_buttons.begin() + index);
+  m_shown.erase(std::remove(m_shown.begin(), m_shown.end(), button), m_shown.end());
+  m_hidden.erase(std::remove(m_hidden.begin(), m_hidden.end(), button), m_hidden.end());
+  button->clicked().disconnect(this, &wxTabPanel::on_button_clicked);
+  button->delete_requested().disconnect(this, &wxTabPanel::on_button_delete);
+  button->resized().disconnect(this, &wxTabPanel::on_button_resized);
+  if (m_brought_into_view == button) m_brought_into_view = nullptr;
+  if (keep_window)
+    button->Hide();
+  else
+    button->Destroy();
+  Renumber(index);
+  SelectAfterRemoval(index);
+  m_button_removed(index);
+  CalculatePositions(true);
+  Refresh();
+  return true;
+}
+
+// The selected tab keeps its selection under its new number; when it was
+// the one removed, its right neighbour (or else its left one) takes over.
+void wxTabPanel::SelectAfterRemoval(int removed) {
+  if (m_selection < 0 || removed > m_selection) return;
+  const int previous = m_selection;
+  m_selection = -1;
+  if (removed < previous) {
+    SetCurrentSelection(previous - 1);
+    return;
+  }
+  const int next = removed < GetButtonsCount() ? removed : removed - 1;
+  if (next >= 0 && !m_buttons[next]->GetDisabled())
+    SetCurrentSelection(next);
+  else
+    m_selection_changed(this, -1);
+}
+
+// --- selection ----------------------------------------------------------------
+
+void wxTabPanel::SetCurrentSelection(int index) {
+  if (index < -1 || index >= GetButtonsCount()) return;
+  if (index >= 0 && m_buttons[index]->GetDisabled()) return;
+  if (m_toggle_mode) {
+    if (index >= 0) m_buttons[index]->Toggle();
+    m_selection = index;
+  } else {
+    if (index == m_selection) return;
+    for (int k = 0; k < GetButtonsCount(); ++k)
+      if (k != index && (m_buttons[k]->GetState() & wxTabButton::state_selected) != 0)
+        m_buttons[k]->Restore();
+    m_selection = index;
+    if (index >= 0) m_buttons[index]->Press();
+  }
+  m_brought_into_view = nullptr;
+  m_selection_changed(this, index);
+  // A handler may have removed the button or changed the selection again.
+  wxTabButton* selected = GetButton(index);
+  if (selected == nullptr || ButtonIsInVector(selected, m_shown)) return;
+  const int hidden = TranslateIndex(index, list_all, list_hidden);
+  if (hidden >= 0) DoShowHiddenButton(hidden);
+  FullRefresh(true);
+}
+
+// --- signals of the buttons ---------------------------------------------------
+
+void wxTabPanel::on_button_clicked(int id) {
+  SetCurrentSelection(id);
+  Refresh();
+}
+
+void wxTabPanel::on_button_delete(int id) {
+  bool allow = true;
+  m_delete_requested(this, id, allow);
+  if (allow) RemoveButton(id, false);
+}
+
+void wxTabPanel::on_button_resized() {
+  if (m_in_layout) return;
+  CalculatePositions(true);
+  m_resized();
+}
+
+// --- shown and hidden ---------------------------------------------------------
+
+wxTabButton* wxTabPanel::GetShownButton(int k) const {
+  return k >= 0 && k < GetShownCount() ? m_shown[k] : nullptr;
+}
+
+int wxTabPanel::TranslateIndex(int index, list_t from, list_t to) const {
+  const auto list_of = [this](list_t list) -> const std::vector<wxTabButton*>& {
+    return list == list_all ? m_buttons : list == list_shown ? m_shown : m_hidden;
+  };
+  const std::vector<wxTabButton*>& source = list_of(from);
+  if (index < 0 || index >= static_cast<int>(source.size())) return -1;
+  const std::vector<wxTabButton*>& target = list_of(to);
+  const auto found = std::find(target.begin(), target.end(), source[index]);
+  return found == target.end() ? -1 : static_cast<int>(found - target.begin());
+}
+
+bool wxTabPanel::FindButtonByHiddenIndex(int hidden_index, int& index) const {
+  index = TranslateIndex(hidden_index, list_hidden, list_all);
+  return index >= 0;
+}
+
+void wxTabPanel::HideButton(int index) {
+  wxTabButton* button = GetButton(index);
+  if (button == nullptr || !ButtonIsInVector(button, m_shown)) return;
+  m_shown.erase(std::find(m_shown.begin(), m_shown.end(), button));
+  m_hidden.push_back(button);
+  UpdateShowedLists();
+  button->Hide();
+  FullRefresh(false);
+}
+
+// Brings the hidden button into the shown run, making the run start at it
+// when it is selected; the layout then decides what else fits.
+bool wxTabPanel::DoShowHiddenButton(int hidden_index) {
+  int index = -1;
+  if (!FindButtonByHiddenIndex(hidden_index, index)) return false;
+  wxTabButton* button = m_buttons[index];
+  m_hidden.erase(m_hidden.begin() + hidden_index);
+  m_shown.push_back(button);
+  UpdateShowedLists();
+  button->Show();
+  m_brought_into_view = button;
+  return true;
+}
+
+bool wxTabPanel::ShowHiddenButton(int hidden_index) {
+  if (!DoShowHiddenButton(hidden_index)) return false;
+  FullRefresh(true);
+  return true;
+}
+
+bool wxTabPanel::ShowAndSelectHiddenButton(int hidden_index) {
+  int index = -1;
+  if (!FindButtonByHiddenIndex(hidden_index, index)) return false;
+  DoShowHiddenButton(hidden_index);
+  SetCurrentSelection(index);
+  FullRefresh(true);
+  return true;
+}
+
+// Both lists in the order of all buttons.
+void wxTabPanel::UpdateShowedLists() {
+  std::vector<wxTabButton*> shown;
+  std::vector<wxTabButton*> hidden;
+  shown.reserve(m_shown.size());
+  hidden.reserve(m_buttons.size());
+  for (wxTabButton* button : m_buttons)
+    (ButtonIsInVector(button, m_shown) ? shown : hidden).push_back(button);
+  m_shown.swap(shown);
+  m_hidden.swap(hidden);
+}
+
+void wxTabPanel::ShowOnly(int first, int count) {
+  m_shown.assign(m_buttons.begin() + first, m_buttons.begin() + first + count);
+  m_hidden.assign(m_buttons.begin(), m_buttons.begin() + first);
+  m_hidden.insert(m_hidden.end(), m_buttons.begin() + first + count, m_buttons.end());
+}
+
+// The run starts at the button last brought into view from the hidden list,
+// else at the selection, unless too few buttons follow it; without either
+// it ends at the last button. So the run always holds the selection.
+void wxTabPanel::PutButtonsToShown(int count) {
+  const int total = GetButtonsCount();
+  if (count < 0 || count > total) return;
+  int anchor = m_selection;
+  if (m_brought_into_view != nullptr)
+    anchor = static_cast<int>(std::find(m_buttons.begin(), m_buttons.end(), m_brought_into_view) -
+                              m_buttons.begin());
+  const int first = anchor < 0 ? total - count : std::min(anchor, total - count);
+  ShowOnly(first, count);
+}
+
+void wxTabPanel::PutButtonsToHidden(int count) {
+  if (count <= 0) return;
+  count = std::min(count, GetShownCount());
+  // Buttons leave from the end of the run that is farther from the selection.
+  for (; count > 0; --count) {
+    const bool selection_at_end = !m_shown.empty() && m_shown.back() == GetButton(m_selection);
+    const auto leaving = selection_at_end ? m_shown.begin() : m_shown.end() - 1;
+    m_hidden.push_back(*leaving);
+    m_shown.erase(leaving);
+  }
+  UpdateShowedLists();
+}
+
+// --- splitters ----------------------------------------------------------------
+
+bool wxTabPanel::AddSplitter(const splitter_t& splitter) {
+  const int slot = splitter.index == -1 ? GetSplittersCount() - 1 : splitter.index;
+  if (slot < 0 || slot >= GetSplittersCount()) return false;
+  m_splitters[slot].image = splitter.image;
+  m_splitters[slot].index = slot;
+  m_splitter_changed(this, slot);
+  FullRefresh(true);
+  return true;
+}
+
+bool wxTabPanel::AddSplitter(const wxImage& image, int slot) {
+  splitter_t splitter;
+  splitter.image = image;
+  splitter.index = slot;
+  return AddSplitter(splitter);
+}
+
+bool wxTabPanel::AddSplitter(wxBitmap* bitmap, int slot) {
+  return AddSplitter(bitmap != nullptr && bitmap->IsOk() ? bitmap->ConvertToImage() : wxImage(), slot);
+}
+
+bool wxTabPanel::ChangeSplitter(int slot, const wxImage& image) { return AddSplitter(image, slot); }
+
+bool wxTabPanel::RemoveSplitter(int slot) { return AddSplitter(wxImage(), slot); }
+
+void wxTabPanel::SetSplittersCount(int count) {
+  m_splitters.resize(std::max(count, 0));
+  for (int slot = 0; slot < GetSplittersCount(); ++slot) m_splitters[slot].index = slot;
+  FullRefresh(true);
+}
+
+const wxTabPanel::splitter_t* wxTabPanel::GetSplitter(int slot) const {
+  return slot >= 0 && slot < GetSplittersCount() ? &m_splitters[slot] : nullptr;
+}
+
+int wxTabPanel::SplitterWidth(int slot) const {
+  return slot < GetSplittersCount() && m_splitters[slot].image.IsOk() ? m_splitters[slot].image.GetWidth() : 0;
+}
+
+wxSize wxTabPanel::GetSplittersSize() const {
+  wxSize size(0, 0);
+  for (int slot = 0; slot < GetSplittersCount(); ++slot) {
+    const wxImage& image = m_splitters[slot].image;
+    if (!image.IsOk()) continue;
+    size.x += image.GetWidth() + GetMargin(slot);
+    size.y = std::max(size.y, image.GetHeight());
+  }
+  return size;
+}
+
+// Placement always pays the margin after a slot, even the first one with
+// the front margin off and even an empty one: the gap after a separator
+// belongs to the separator.
+void wxTabPanel::ProcessOneSplitterPosition(int slot, bool place, int& x, int row_height) {
+  if (slot >= GetSplittersCount()) return;
+  splitter_t& splitter = m_splitters[slot];
+  const int height = splitter.image.IsOk() ? splitter.image.GetHeight() : 0;
+  if (place) {
+    splitter.x = x;
+    splitter.y = (row_height - height) / 2;
+  }
+  x += SplitterWidth(slot) + m_margin;
+}
+
+// --- layout -------------------------------------------------------------------
+
+int wxTabPanel::GetMargin(int k) const { return k == 0 && !m_front_margin ? 0 : m_margin; }
+
+void wxTabPanel::SetMargin(int margin) {
+  if (margin < 0 || margin > 100) return;
+  m_margin = margin;
+  CalculatePositions(true);
+}
+
+void wxTabPanel::EnableFrontMargin(bool enable) {
+  m_front_margin = enable;
+  FullRefresh(true);
+}
+
+void wxTabPanel::SetDesiredButtonHeight(int height) {
+  if (height == m_desired_height) return;
+  m_desired_height = height;
+  m_cached_for = wxDefaultSize;
+}
+
+void wxTabPanel::SetResizable(bool resizable) {
+  m_resizable = resizable;
+  FullRefresh(true);
+}
+
+void wxTabPanel::SetEqualWidth(bool equal) {
+  m_equal_width = equal;
+  FullRefresh(true);
+}
+
+void wxTabPanel::SetCrossed(bool crossed) {
+  m_crossed = crossed;
+  m_in_layout = true;  // one relayout for all buttons
+  for (wxTabButton* button : m_buttons) button->SetCrossed(crossed);
+  m_in_layout = false;
+  FullRefresh(true);
+}
+
+// How many buttons fit `width`, counted from the selection rightwards and
+// then leftwards (from the last button leftwards without a selection). The
+// order does not change the sum: margins and splitter slots go by position
+// in the run, widths by button.
+int wxTabPanel::ChooseVariableCount(int width) const {
+  const int total = GetButtonsCount();
+  int used = 0;
+  int count = 0;
+  const auto fits = [&](int index) {
+    const int step = m_buttons[index]->CalculateSize().x + GetMargin(count) +
+                     (count < GetSplittersCount() ? SplitterWidth(count) + m_margin : 0);
+    if (used + step + GetMargin(count + 1) > width) return false;
+    used += step;
+    ++count;
+    return true;
+  };
+  const int start = m_selection < 0 ? total : m_selection;
+  for (int k = start; k < total; ++k)
+    if (!fits(k)) return count;
+  for (int k = start - 1; k >= 0; --k)
+    if (!fits(k)) return count;
+  return count;
+}
+
+wxSize wxTabPanel::CalculatePositions(bool apply) { return CalculatePositions(GetClientSize(), apply); }
+
+wxSize wxTabPanel::CalculatePositions(const wxSize& size, bool apply) {
+  if (size == m_cached_for && !apply) return m_cached_result;
+  const std::vector<wxTabButton*> saved_shown = apply ? std::vector<wxTabButton*>() : m_shown;
+  const std::vector<wxTabButton*> saved_hidden = apply ? std::vector<wxTabButton*>() : m_hidden;
+  const int total = GetButtonsCount();
+  const int width = size.x;
+  int equal_width = -1;
+  if (total == 0) {
+    m_shown.clear();
+    m_hidden.clear();
+  } else if (width == 0 && m_resizable) {
+    ShowOnly(0, 0);
+  } else if (m_equal_width) {
+    const int front = !m_front_margin && !m_splitters.empty() ? m_margin : GetMargin(0);
+    const int available = width - front - GetSplittersSize().x;
+    const int fitting = std::max(available, 0) / (m_margin + std::max(m_min_button_width, 1));
+    if (fitting == 0) {
+      ShowOnly(0, 0);
+    } else if (fitting <= total) {
+      PutButtonsToShown(fitting);
+      equal_width = available / fitting - m_margin;
+    } else {
+      PutButtonsToShown(total);
+      equal_width = std::min(available / total - m_margin, m_equal_width_cap);
+    }
+  } else {
+    PutButtonsToShown(m_resizable ? ChooseVariableCount(width) : total);
+  }
+
+  int row_height = std::max(m_desired_height, 0);
+  std::vector<wxSize> best(m_shown.size());
+  for (size_t k = 0; k < m_shown.size(); ++k) {
+    best[k] = m_shown[k]->CalculateSize();
+    row_height = std::max(row_height, best[k].y);
+  }
+
+  const int panel_height = size.y;
+  int x = 0;
+  m_in_layout = true;
+  for (size_t k = 0; k < m_shown.size(); ++k) {
+    x += GetMargin(static_cast<int>(k));
+    ProcessOneSplitterPosition(static_cast<int>(k), apply, x, panel_height);
+    const int button_width = equal_width >= 0 ? equal_width : best[k].x;
+    if (apply) {
+      const int button_height = std::max(best[k].y, m_desired_height);
+      m_shown[k]->SetSize(x, panel_height - button_height, button_width, button_height, wxSIZE_AUTO);
+    }
+    x += button_width;
+  }
+  m_in_layout = false;
+  if (total > 0) {
+    x += GetMargin(GetShownCount());
+    if (GetSplittersCount() == GetShownCount() + 1 && m_splitters.back().image.IsOk())
+      ProcessOneSplitterPosition(GetShownCount(), apply, x, panel_height);
+  } else {
+    for (int slot = 0; slot < GetSplittersCount(); ++slot)
+      ProcessOneSplitterPosition(slot, apply, x, panel_height);
+    x += m_margin;
+  }
+
+  const wxSize result(x, row_height + m_margin);
+  if (apply && m_right_aligned && x < width) ShiftContent(width - x);
+  if (apply) {
+    for (wxTabButton* button : m_hidden)
+      if (button->IsShown()) button->Hide();
+    for (wxTabButton* button : m_shown)
+      if (!button->IsShown()) button->Show();
+    wxWindow::SetMinSize(wxSize(-1, result.y));
+    SetMaxSize(wxSize(-1, -1));
+  } else {
+    m_shown = saved_shown;
+    m_hidden = saved_hidden;
+  }
+  m_cached_for = size;
+  m_cached_result = result;
+  return result;
+}
+
+void wxTabPanel::ShiftContent(int dx) {
+  for (wxTabButton* button : m_shown) button->Move(button->GetPosition().x + dx, button->GetPosition().y);
+  for (splitter_t& splitter : m_splitters) splitter.x += dx;
+}
+
+void wxTabPanel::SetRightAligned(bool right_aligned) {
+  m_right_aligned = right_aligned;
+  FullRefresh(true);
+}
+
+wxSize wxTabPanel::GetOptimalSize() {
+  return CalculatePositions(wxSize(k_unbounded_width, GetClientSize().y), false);
+}
+
+wxSize wxTabPanel::DoGetBestSize() const { return const_cast<wxTabPanel*>(this)->GetOptimalSize(); }
+
+void wxTabPanel::SetMinSize(const wxSize& size) {
+  wxWindow::SetMinSize(size);
+  m_cached_for = wxDefaultSize;
+}
+
+void wxTabPanel::FullRefresh(bool relayout) {
+  m_cached_for = wxDefaultSize;
+  if (relayout) CalculatePositions(true);
+  InvalidateBestSize();
+  Refresh();
+}
+
+// --- events -------------------------------------------------------------------
+
+void wxTabPanel::OnResize(wxSizeEvent& event) {
+  CalculatePositions(true);
+  Refresh();
+  event.Skip();
+}
+
+void wxTabPanel::OnPaint(wxPaintEvent&) {
+  wxBufferedPaintDC dc(this);
+  const wxSize client = GetClientSize();
+  const wxColour background = GetBackgroundColour();
+  dc.SetBrush(wxBrush(background, wxBRUSHSTYLE_SOLID));
+  dc.SetPen(wxPen(background, 1, wxPENSTYLE_SOLID));
+  dc.DrawRectangle(wxRect(client));
+  if (m_bg_image.IsOk()) {
+    const wxBitmap image(m_bg_image);
+    if (m_sliding) {
+      // Two copies side by side: the image scrolls through the strip.
+      dc.DrawBitmap(image, m_slide_offset, 0, true);
+      dc.DrawBitmap(image, m_slide_offset - image.GetWidth(), 0, true);
+    } else {
+      dc.DrawBitmap(image, 0, 0, true);
+    }
+  }
+  // Slot k sits before shown button k, the slot after the run behind it.
+  const size_t slots = std::min(m_shown.size() + 1, m_splitters.size());
+  for (size_t k = 0; k < slots; ++k) {
+    wxASSERT(k < m_splitters.size());
+    const splitter_t& splitter = m_splitters[k];
+    if (splitter.image.IsOk()) dc.DrawBitmap(wxBitmap(splitter.image), splitter.x, splitter.y, true);
+  }
+}
+
+}  // namespace orvix1

@@ -1,0 +1,174 @@
+#include "orvix1/wxTabPane.h"
+
+#include <wx/uiaction.h>
+
+#include "support/tab_fixture.h"
+
+namespace {
+
+using orvix1::wxTabButton;
+using orvix1::wxTabPane;
+using orvix1::wxTabPanel;
+using orvix1_test::click;
+using orvix1_test::pump_events;
+
+struct veto_t : talvar2::_internal::subscriber_base_t {
+  bool allow = true;
+  std::vector<int> asked;
+  void on_delete(wxTabPanel*, int id, bool& allowed) {
+    asked.push_back(id);
+    allowed = allow;
+  }
+};
+
+class TabPane : public orvix1_test::tab_frame_test_t {
+ protected:
+  void SetUp() override {
+    tab_frame_test_t::SetUp();
+    m_pane = new wxTabPane(m_host, wxID_ANY, wxPoint(0, 0), wxSize(780, 40));
+    m_primary = m_pane->AddPanel(wxTabPane::primary_panel);
+    for (const char* caption : {"Alpha", "Beta", "Gamma"}) m_primary->AddButton(caption);
+  }
+  wxTabPanel* add_secondary() {
+    wxTabPanel* secondary = m_pane->AddPanel(wxTabPane::secondary_panel);
+    for (const char* caption : {"Log", "Output"}) secondary->AddButton(caption);
+    return secondary;
+  }
+  wxTabPane* m_pane = nullptr;
+  wxTabPanel* m_primary = nullptr;
+};
+
+TEST_F(TabPane, SelectNextCrossesIntoTheSecondaryOrWrapsWithoutOne) {
+  EXPECT_FALSE(m_pane->SelectNext());  // nothing pressed yet
+  m_primary->SetCurrentSelection(2);
+  EXPECT_TRUE(m_pane->SelectNext());
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 0);
+
+  wxTabPanel* secondary = add_secondary();
+  EXPECT_TRUE(secondary->GetCrossed());
+  EXPECT_TRUE(secondary->GetEqualWidth());
+  m_primary->SetCurrentSelection(2);
+  EXPECT_TRUE(m_pane->SelectNext());
+  EXPECT_EQ(secondary->GetCurrentSelection(), 0);
+  EXPECT_EQ(m_primary->GetCurrentSelection(), -1);
+  EXPECT_TRUE(m_pane->SelectPrev());
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 2);
+  EXPECT_EQ(secondary->GetCurrentSelection(), -1);
+}
+
+TEST_F(TabPane, PressingInOneStripClearsTheOtherUnlessOneToggles) {
+  wxTabPanel* secondary = add_secondary();
+  click(m_primary->GetButton(1), wxPoint(5, 5));
+  click(secondary->GetButton(0), wxPoint(5, 5));
+  EXPECT_EQ(m_primary->GetCurrentSelection(), -1);
+  EXPECT_FALSE(m_primary->GetButton(1)->IsSelected());
+  EXPECT_EQ(m_pane->GetLastPressedButton(), secondary->GetButton(0));
+
+  secondary->SetToggleMode(true);
+  click(m_primary->GetButton(1), wxPoint(5, 5));
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 1);
+  EXPECT_TRUE(secondary->GetButton(0)->IsSelected());
+}
+
+TEST_F(TabPane, CtrlTabAndCtrlPageKeysMoveTheSelection) {
+  m_primary->SetCurrentSelection(0);
+  wxKeyEvent key(wxEVT_CHAR_HOOK);
+  key.m_keyCode = WXK_TAB;
+  key.SetControlDown(true);
+  m_frame->GetEventHandler()->ProcessEvent(key);
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 1);
+  key.SetShiftDown(true);
+  m_frame->GetEventHandler()->ProcessEvent(key);
+  m_frame->GetEventHandler()->ProcessEvent(key);
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 2);
+  key.SetShiftDown(false);
+  key.m_keyCode = WXK_PAGEDOWN;
+  m_frame->GetEventHandler()->ProcessEvent(key);
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 0);
+  key.SetControlDown(false);
+  EXPECT_FALSE(m_pane->HandleNavigationKey(key));
+}
+
+TEST_F(TabPane, TheOverflowMenuListsHiddenTabsAndDeletesThroughTheVeto) {
+  wxTabPanel* secondary = add_secondary();
+  for (int k = 0; k < 12; ++k) m_primary->AddButton(wxString::Format("Document %d", k));
+  m_primary->SetCrossed(true);
+  m_pane->SetSize(360, 40);
+  m_pane->OnChangeSizes();
+  ASSERT_GT(m_primary->GetHiddenCount(), 0);
+  EXPECT_TRUE(m_pane->GetPopupButton()->IsShown());
+  EXPECT_TRUE(m_pane->GetPopupButton()->IsActive());
+  EXPECT_EQ(m_pane->GetPopupButton()->GetCount(), m_primary->GetHiddenCount());
+
+  m_pane->OnBeforePopup(m_pane->GetMenu());
+  const int primary_rows = m_primary->GetHiddenCount();
+  EXPECT_EQ(m_pane->GetMenu()->GetRowCount(), primary_rows + secondary->GetHiddenCount());
+  EXPECT_EQ(m_pane->GetMenu()->GetRowText(0), m_primary->GetHiddenButtons()[0]->GetLabel());
+
+  veto_t veto;
+  m_primary->delete_requested().connect(&veto, &veto_t::on_delete);
+  const int count = m_primary->GetButtonsCount();
+  const int hidden_id = m_primary->GetHiddenButtons()[0]->GetId();
+  veto.allow = false;
+  m_pane->OnDeleteButton(0);
+  EXPECT_EQ(veto.asked, std::vector<int>{hidden_id});
+  EXPECT_EQ(m_primary->GetButtonsCount(), count);
+  veto.allow = true;
+  m_pane->OnBeforePopup(m_pane->GetMenu());
+  m_pane->OnDeleteButton(0);
+  EXPECT_EQ(m_primary->GetButtonsCount(), count - 1);
+  m_pane->OnDeleteButton(99);  // out of range: nothing
+  EXPECT_EQ(veto.asked.size(), 2u);
+
+  // Choosing a row shows and selects that tab.
+  m_pane->OnBeforePopup(m_pane->GetMenu());
+  wxTabButton* chosen = m_pane->GetMenuEntries()[1].second;
+  m_pane->GetMenu()->Choose(1);
+  EXPECT_TRUE(chosen->IsShown());
+  EXPECT_TRUE(chosen->IsSelected());
+  EXPECT_EQ(m_primary->GetCurrentSelection(), chosen->GetId());
+}
+
+TEST_F(TabPane, OnlyItsOwnPanelsCanBeRemoved) {
+  auto* other = new wxTabPane(m_host, wxID_ANY);
+  wxTabPanel* foreign = other->AddPanel(wxTabPane::primary_panel);
+  EXPECT_FALSE(m_pane->RemovePanel(foreign));
+  EXPECT_EQ(other->GetPanel(wxTabPane::primary_panel), foreign);
+  EXPECT_FALSE(m_pane->RemovePanel(wxTabPane::secondary_panel));
+  EXPECT_EQ(m_pane->AddPanel(wxTabPane::primary_panel), m_primary);
+  m_primary->SetCurrentSelection(0);
+  EXPECT_TRUE(m_pane->RemovePanel(m_primary));
+  EXPECT_EQ(m_pane->GetPanel(wxTabPane::primary_panel), nullptr);
+  EXPECT_EQ(m_pane->GetLastPressedButton(), nullptr);
+  EXPECT_FALSE(m_pane->SelectNext());
+}
+
+TEST_F(TabPane, BothStripsShareTheRowAndTheButtonHeight) {
+  wxTabPanel* secondary = add_secondary();
+  m_primary->GetButton(0)->SetBitmap(wxBitmap(16, 28));
+  m_pane->OnChangeSizes();
+  const int height = m_primary->GetButton(0)->GetSize().y;
+  EXPECT_EQ(m_primary->GetButton(1)->GetSize().y, height);
+  EXPECT_EQ(secondary->GetButton(0)->GetSize().y, height);
+  EXPECT_EQ(m_pane->GetMinSize().y, height + m_primary->GetMargin());
+  EXPECT_LE(secondary->GetPosition().x, m_primary->GetRect().GetRight() + 1);
+  EXPECT_GE(secondary->GetPosition().x, m_primary->GetRect().GetRight());
+}
+
+// A real click through the X server, as a user makes it.
+TEST_F(TabPane, AClickOnTheScreenSelectsTheTab) {
+  m_pane->SetSize(780, 40);
+  pump_events();
+  wxTabButton* beta = m_primary->GetButton(1);
+  const wxPoint target = beta->ClientToScreen(wxPoint(6, beta->GetSize().y / 2));
+  wxUIActionSimulator simulator;
+  simulator.MouseMove(target);
+  simulator.MouseClick();
+  for (int round = 0; round < 200 && m_primary->GetCurrentSelection() != 1; ++round) {
+    pump_events();
+    wxMilliSleep(5);
+  }
+  EXPECT_EQ(m_primary->GetCurrentSelection(), 1);
+}
+
+}  // namespace
