@@ -2,20 +2,54 @@
 
 #include <memory>
 
+#include <wx/sizer.h>
+
 namespace gallery {
 
-gallery_view_t::gallery_view_t(talvar2::smart_pointer_t<wxWindow> main_window, const page_t& page)
-    : m_main_window(main_window), m_page(page.create(m_main_window.get())) {
-  watch_painting(m_page);
-  m_page->Show();
+gallery_view_t::gallery_view_t(talvar2::smart_pointer_t<wxWindow> main_window, const page_t& first)
+    : m_main_window(main_window),
+      m_workspace(new wxWindow(m_main_window.get(), wxID_ANY)),
+      m_pane(new orvix1::wxTabPane(m_workspace, wxID_ANY)),
+      m_strip(m_pane->AddPanel(orvix1::wxTabPane::primary_panel)) {
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(m_pane, wxSizerFlags().Expand());
+  m_workspace->SetSizer(column);
+
+  const std::vector<page_t>& pages = all_pages();
+  int first_index = 0;
+  for (const page_t& page : pages) {
+    if (&page == &first) first_index = m_strip->GetButtonsCount();
+    orvix1::wxTabButton* tab = m_strip->AddButton(page.title);
+    tab->SetTooltipText(std::string(page.title) + " page (gallery --page " + page.name + ")");
+  }
+  m_pages.assign(pages.size(), nullptr);
+  m_strip->selection_changed().connect(this, &gallery_view_t::on_tab_selected);
+  m_strip->SetCurrentSelection(first_index);
+  watch_painting(m_pane, false);
+  watch_painting(m_pages[first_index], true);
+  m_workspace->Show();
 }
 
-// A screenshot waits for the page and for every owner-drawn window in it: a
-// page's own paint can come before its children's. Native controls are left
-// out, they never see a paint event.
-void gallery_view_t::watch_painting(wxWindow* window) {
-  for (wxWindow* child : window->GetChildren()) watch_painting(child);
-  if (window != m_page && window->GetBackgroundStyle() != wxBG_STYLE_PAINT) return;
+// Shows the selected tab's page and hides the others; a page is made the
+// first time its tab is selected.
+void gallery_view_t::on_tab_selected(orvix1::wxTabPanel*, int index) {
+  if (index < 0 || index >= static_cast<int>(m_pages.size())) return;
+  if (m_pages[index] == nullptr) {
+    m_pages[index] = all_pages()[index].create(m_workspace);
+    m_workspace->GetSizer()->Add(m_pages[index], wxSizerFlags(1).Expand());
+  }
+  for (wxWindow* page : m_pages)
+    if (page != nullptr) page->Show(page == m_pages[index]);
+  m_workspace->Layout();
+}
+
+// A screenshot waits for the page and for every shown owner-drawn window in
+// it and in the tab strip: a page's own paint can come before its
+// children's. Native controls are left out, they never see a paint event.
+void gallery_view_t::watch_painting(wxWindow* window, bool always) {
+  if (!window->IsShown()) return;
+  for (wxWindow* child : window->GetChildren()) watch_painting(child, false);
+  if (!always && window->GetBackgroundStyle() != wxBG_STYLE_PAINT) return;
   ++m_unpainted;
   auto painted = std::make_shared<bool>(false);
   window->Bind(wxEVT_PAINT, [this, painted](wxPaintEvent& event) {
@@ -29,7 +63,8 @@ void gallery_view_t::watch_painting(wxWindow* window) {
 
 void gallery_view_t::fit(int width, int height) {
   if (width <= 0 || height <= 0) return;
-  m_page->SetSize(0, 0, width, height);
+  m_workspace->SetSize(0, 0, width, height);
+  m_workspace->Layout();
 }
 
 }  // namespace gallery

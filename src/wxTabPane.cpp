@@ -166,8 +166,20 @@ bool wxTabPane::SelectPrev() {
   return InternalSelectPrev(primary, secondary) || InternalSelectPrev(secondary, primary);
 }
 
+// The keys belong to the innermost pane around the focus: a pane handles
+// them when the focus is among its siblings' windows, or nowhere in
+// particular.
+bool wxTabPane::IsKeyScope() const {
+  const wxWindow* focus = wxWindow::FindFocus();
+  if (focus == nullptr || focus == m_key_scope || GetParent() == nullptr) return true;
+  for (const wxWindow* window = focus; window != nullptr && window != m_key_scope;
+       window = window->GetParent())
+    if (window == GetParent()) return true;
+  return false;
+}
+
 bool wxTabPane::HandleNavigationKey(const wxKeyEvent& event) {
-  if (!event.ControlDown() || event.AltDown()) return false;
+  if (!event.ControlDown() || event.AltDown() || !IsKeyScope()) return false;
   switch (event.GetKeyCode()) {
     case WXK_TAB:
       return event.ShiftDown() ? SelectPrev() : SelectNext();

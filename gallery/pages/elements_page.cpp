@@ -1,13 +1,6 @@
 #include "pages/elements_page.h"
 
-#include <cmath>
-
-#include <wx/anidecod.h>
-#include <wx/dcmemory.h>
-#include <wx/filename.h>
-#include <wx/imaggif.h>
-#include <wx/quantize.h>
-#include <wx/wfstream.h>
+#include <wx/filefn.h>
 #include <wx/window.h>
 
 #include "orvix1/elements/DropArrowElement.h"
@@ -19,6 +12,7 @@
 #include "orvix1/elements/TextElement.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
+#include "spinner_gif.h"
 
 namespace gallery {
 namespace {
@@ -63,35 +57,6 @@ class focus_box_t : public box_t {
   }
   talvar2::intrusive_pointer_t<TextElement> m_label;
 };
-
-// A small spinner, drawn here and saved as an animated GIF.
-wxString write_spinner_gif() {
-  wxImageArray frames;
-  const int size = 40;
-  for (int frame = 0; frame < 8; ++frame) {
-    wxBitmap bitmap(size, size);
-    {
-      wxMemoryDC dc(bitmap);
-      dc.SetBackground(*wxWHITE_BRUSH);
-      dc.Clear();
-      for (int dot = 0; dot < 8; ++dot) {
-        const double angle = dot * M_PI / 4;
-        const int shade = 40 + ((dot - frame + 8) % 8) * 26;
-        dc.SetBrush(wxBrush(wxColour(shade, shade, 255)));
-        dc.SetPen(*wxTRANSPARENT_PEN);
-        dc.DrawCircle(size / 2 + static_cast<int>(14 * std::cos(angle)),
-                      size / 2 + static_cast<int>(14 * std::sin(angle)), 4);
-      }
-    }
-    wxImage quantized;
-    wxQuantize::Quantize(bitmap.ConvertToImage(), quantized, 64);
-    frames.Add(quantized);
-  }
-  const wxString path = wxFileName::CreateTempFileName("orvix1-gallery-spinner") + ".gif";
-  wxFFileOutputStream out(path);
-  wxGIFHandler().SaveAnimation(frames, &out, false, 100);
-  return path;
-}
 
 // A window whose whole content is an element tree.
 class elements_page_t : public wxWindow {
@@ -186,7 +151,7 @@ class elements_page_t : public wxWindow {
     new DropArrowElement(area, UIElement::pfRight | UIElement::pfTop);
 
     auto* spinner = new ImageElement(area, UIElement::pfVCenter | UIElement::pfHCenter);
-    m_spinner_file = write_spinner_gif();
+    m_spinner_file = write_spinner_gif(40);
     spinner->SetAnimationFile(m_spinner_file);
     spinner->GetTooltip()->SetText("An animated GIF, stepped by element timers");
   }

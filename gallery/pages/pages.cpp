@@ -4,6 +4,7 @@
 #include "pages/help_page.h"
 #include "pages/palette_page.h"
 #include "pages/splitters_page.h"
+#include "pages/tabs_page.h"
 #include "pages/tasks_page.h"
 #include "pages/welcome_page.h"
 
@@ -17,6 +18,7 @@ const std::vector<page_t>& all_pages() {
       {"tasks", "Tasks", &create_tasks_page},
       {"help", "Help", &create_help_page},
       {"splitters", "Splitters", &create_splitters_page},
+      {"tabs", "Tabs", &create_tabs_page},
   };
   return pages;
 }

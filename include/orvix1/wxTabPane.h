@@ -113,6 +113,7 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
   bool InternalSelectNext(wxTabPanel* panel, wxTabPanel* other);
   bool InternalSelectPrev(wxTabPanel* panel, wxTabPanel* other);
   bool OwnsButton(const wxTabButton* button) const;
+  bool IsKeyScope() const;
   void ApplyBackground(bool to_panels);
   void AlignPanelBackground(wxTabPanel* panel);
 

@@ -1,0 +1,15 @@
+#ifndef GALLERY_PAGES_TABS_PAGE_H
+#define GALLERY_PAGES_TABS_PAGE_H
+
+class wxWindow;
+
+namespace gallery {
+
+// A tabbed workspace of its own: documents and tools in two strips,
+// closable tabs that ask before losing changes, images and a busy tab, the
+// overflow menu and keyboard navigation.
+wxWindow* create_tabs_page(wxWindow* parent);
+
+}  // namespace gallery
+
+#endif
