@@ -55,9 +55,7 @@ class TaskAdapter : public talvar2::threading::default_task_t, public talvar2::s
   }
 
   talvar2::threading::stage_ptr_t MakeStage(const char* unit, stage_member_t member) {
-    stage_t::work_signal_t work;
-    work.connect(this, member);
-    return boost::make_shared<stage_t>(unit, work);
+    return boost::make_shared<stage_t>(unit, this, member);
   }
 
   void Start(const task_ptr_t&) { m_task->TaskStarted(); }

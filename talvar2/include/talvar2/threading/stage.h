@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <string>
+#include <utility>
 
 #include "talvar2/export.h"
 #include "talvar2/functor/signal.h"
@@ -25,6 +26,13 @@ class TALVAR2_API stage_t {
   // as from the original. An emission holds the copy's lock while the slots
   // run, so one stage object shared by several tasks runs for one at a time.
   stage_t(std::string unit_name, const work_signal_t& work);
+  // A work stage on `unit_name` whose work is `member` of `target`: the same
+  // as connecting a signal and passing it, without the copy.
+  template <class Class>
+  stage_t(std::string unit_name, Class* target, void (Class::*member)(const task_ptr_t&))
+      : stage_t(std::move(unit_name), work_signal_t()) {
+    m_work.connect(target, member);
+  }
   // A stage that only waits `delay_ms` milliseconds on `unit_name`. A
   // negative delay is a misuse: it is reported and waits 0 ms.
   stage_t(std::string unit_name, int delay_ms);
