@@ -20,8 +20,24 @@ function(orvix1_hidden_visibility target)
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
+# Every sanitizer report must fail the run: undefined behaviour aborts like a
+# memory error instead of printing and going on.
 if(ORVIX1_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined -fno-sanitize-recover=all)
+endif()
+if(ORVIX1_SANITIZE_THREAD)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+# Fuzzing needs clang's libFuzzer; the library is instrumented for coverage and
+# checked by ASan and UBSan, the fuzz targets add libFuzzer's main.
+if(ORVIX1_BUILD_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "ORVIX1_BUILD_FUZZ needs clang (configure with CMAKE_CXX_COMPILER=clang++)")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
 

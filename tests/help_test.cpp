@@ -1,5 +1,12 @@
 #include "orvix1/help.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <wx/filesys.h>
@@ -67,6 +74,34 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
   EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
   ASSERT_EQ(capture.entries().size(), 1u);
   EXPECT_THAT(capture.entries()[0].message, HasSubstr("no PDF viewer could be started"));
+  EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
+}
+
+TEST_F(HelpPdf, MailcapFilesOfNoUseFallBackToTheFixedViewers) {
+  const std::pair<const char*, std::string> mailcaps[] = {
+      {"empty command", "application/pdf;\napplication/pdf;  \t \n"},
+      {"binary", std::string("\0\xff\xfe application/pdf\0;x\n", 22)},
+      {"folder", ""}};
+  for (const auto& mailcap : mailcaps) {
+    const std::string name = mailcap.first;
+    ::unlink(mailcap_path().c_str());
+    if (name == "folder")
+      ASSERT_EQ(::mkdir(mailcap_path().c_str(), 0700), 0);
+    else
+      write_mailcap(mailcap.second);
+    m_fakes.folder().write("whereis.calls", "");
+    orvix1_test::log_capture_t capture("orvix.help");
+
+    EXPECT_FALSE(orvix1::OpenPDF(manual(), 0)) << name;
+
+    const std::vector<std::string> calls = m_fakes.whereis_calls();
+    ASSERT_GE(calls.size(), 4u) << name;
+    EXPECT_THAT(std::vector<std::string>(calls.end() - 4, calls.end()),
+                ElementsAre("kpdf", "gpdf", "evince", "xpdf"))
+        << name;
+    ASSERT_FALSE(capture.entries().empty()) << name;
+    EXPECT_THAT(capture.entries().back().message, HasSubstr("no PDF viewer could be started"));
+  }
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <wx/settings.h>
@@ -238,6 +239,34 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
   orvix1_test::write_zip(good, malformed);
   EXPECT_FALSE(m_resources->add_archive(good));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+}
+
+TEST_F(UiResources, CorruptZipFilesAreRefusedAndTheRegistryKeepsWhatItHad) {
+  const std::string good = zip("theme.zip", theme_files());
+  ASSERT_TRUE(m_resources->add_archive(good));
+  const std::string bytes = m_dir.read("theme.zip");
+  const auto flipped = [&](size_t at) {
+    std::string copy = bytes;
+    copy[at] = static_cast<char>(copy[at] ^ 0x5a);
+    return copy;
+  };
+  const size_t xrc_data = 30 + std::string("resources.xrc").size();  // after its local header
+  const std::pair<const char*, std::string> corrupt[] = {
+      {"empty.zip", ""},
+      {"header-only.zip", bytes.substr(0, 30)},
+      {"half.zip", bytes.substr(0, bytes.size() / 2)},
+      {"no-directory.zip", bytes.substr(0, bytes.size() - 22)},
+      {"bad-xrc-data.zip", flipped(xrc_data + 8)},
+      {"bad-directory-offset.zip", flipped(bytes.size() - 5)},
+      {"zeros.zip", std::string(bytes.size(), '\0')}};
+  for (const auto& entry : corrupt) {
+    m_dir.write(entry.first, entry.second);
+    const orvix1_test::log_capture_t capture("orvix");
+    EXPECT_FALSE(m_resources->add_archive(m_dir.file(entry.first))) << entry.first;
+    EXPECT_EQ(warnings_in(capture), 1u) << entry.first;
+  }
+  EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{good});
+  expect_theme(*m_resources);
 }
 
 TEST_F(UiResources, ABrokenDeclarationIsReportedOnceAndOlderArchivesStillServe) {

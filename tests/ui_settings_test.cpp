@@ -1,5 +1,14 @@
 #include "orvix1/ui_settings.h"
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "support/log_capture.h"
@@ -287,8 +296,20 @@ TEST_F(UiSettingsFile, UnreadableFilesChangeNothingAndAreLogged) {
   m_settings->set_color(color_window_bg, k_red);
   m_folder.write("malformed.xml", "<settings><value key=\"color_0\">#000000</value>");
   m_folder.write("empty.xml", "");
-  for (const std::string& path : {m_folder.file("malformed.xml"), m_folder.file("empty.xml"),
-                                  m_folder.file("absent.xml"), m_folder.path()}) {
+  m_folder.write("cut.xml", "<settings><value key=\"color_0\">#0000");
+  m_folder.write("binary.xml", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff\xfe", 18));
+  m_folder.write("nul.xml", std::string(64, '\0'));
+  m_folder.write("other-root.xml", "<resource><value key=\"color_0\">#000000</value></resource>");
+  ASSERT_EQ(::mkfifo(m_folder.file("fifo.xml").c_str(), 0600), 0);  // would block a reader
+  // Far beyond any settings file; sparse, so it costs no disk space.
+  m_folder.write("huge.xml", "<settings>");
+  ASSERT_EQ(::truncate(m_folder.file("huge.xml").c_str(), off_t(64) << 20), 0);
+  for (const std::string& path :
+       {m_folder.file("malformed.xml"), m_folder.file("empty.xml"), m_folder.file("absent.xml"),
+        m_folder.path(), m_folder.file("cut.xml"), m_folder.file("binary.xml"),
+        m_folder.file("nul.xml"), m_folder.file("other-root.xml"), m_folder.file("fifo.xml"),
+        m_folder.file("huge.xml"), m_folder.file("cut.xml/inside.xml"),
+        std::string("/proc/self/mem")}) {
     log_capture_t capture;
     EXPECT_FALSE(m_settings->load(path)) << path;
     EXPECT_EQ(m_settings->get_color(color_window_bg), k_red) << path;
@@ -296,6 +317,79 @@ TEST_F(UiSettingsFile, UnreadableFilesChangeNothingAndAreLogged) {
     EXPECT_EQ(capture.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
     EXPECT_NE(capture.entries()[0].file.find("ui_settings.cpp"), std::string::npos);
   }
+}
+
+TEST_F(UiSettingsFile, ValuesOutOfRangeOrOfAnotherTypeAreSkippedOneWarningEach) {
+  const std::pair<const char*, std::string> bad_values[] = {
+      {"metric_0", "2147483648"}, {"metric_1", "-"},      {"metric_2", "0x10"},
+      {"metric_3", " 12"},        {"metric_4", ""},       {"metric_5", "1e3"},
+      {"metric_0", "12 13"},      {"color_0", "#12345"},  {"color_1", "#GGHHII"},
+      {"color_0", ""},            {"font_0", ""},         {"font_1", "Sans 0"},
+      {"font_2", "12"},           {"metric_3", std::string(100000, '9')}};
+  m_settings->set_color(color_window_bg, k_red);
+  m_settings->set_color(color_face, k_red);
+  const int metric_before = m_settings->get_metric(metric_tooltip_delay);
+  const wxFont font_before = m_settings->get_font(font_normal);
+  for (const auto& bad : bad_values) {
+    m_folder.write("p.xml", "<settings><value key=\"" + std::string(bad.first) + "\">" +
+                                bad.second + "</value></settings>");
+    log_capture_t capture;
+    EXPECT_TRUE(m_settings->load(m_folder.file("p.xml"))) << bad.first;
+    ASSERT_EQ(capture.entries().size(), 1u) << bad.first << " = " << bad.second.substr(0, 20);
+    EXPECT_NE(capture.entries()[0].message.find(bad.first), std::string::npos);
+  }
+  EXPECT_EQ(m_settings->get_color(color_window_bg), k_red);
+  EXPECT_EQ(m_settings->get_color(color_face), k_red);
+  EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), metric_before);
+  EXPECT_EQ(m_settings->get_font(font_normal), font_before);
+}
+
+TEST_F(UiSettingsFile, LargeFileOfUnknownKeysStillGivesItsKnownOnes) {
+  std::string text = "<settings>";
+  for (int i = 0; i < 50000; ++i) text += "<value key=\"other_" + std::to_string(i) + "\">1</value>";
+  m_folder.write("big.xml", text + "<value key=\"metric_3\">321</value></settings>");
+  ASSERT_TRUE(m_settings->load(m_folder.file("big.xml")));
+  EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), 321);
+}
+
+// Files may grow only to a few bytes, as on a full disk: every write of the
+// new file fails part-way.
+class file_size_limit_t {
+ public:
+  explicit file_size_limit_t(rlim_t bytes) {
+    m_old_handler = std::signal(SIGXFSZ, SIG_IGN);  // EFBIG instead of death
+    ::getrlimit(RLIMIT_FSIZE, &m_old_limit);
+    const rlimit limit{bytes, m_old_limit.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~file_size_limit_t() {
+    ::setrlimit(RLIMIT_FSIZE, &m_old_limit);
+    std::signal(SIGXFSZ, m_old_handler);
+  }
+
+ private:
+  rlimit m_old_limit{};
+  void (*m_old_handler)(int) = nullptr;
+};
+
+TEST_F(UiSettingsFile, SaveCutShortKeepsThePreviousFileWhole) {
+  m_settings->set_metric(metric_tooltip_delay, 111);
+  ASSERT_TRUE(m_settings->save(m_folder.file("palette.xml")));
+  const std::string previous = m_folder.read("palette.xml");
+
+  m_settings->set_metric(metric_tooltip_delay, 222);
+  {
+    const file_size_limit_t limit(64);
+    log_capture_t capture;
+    EXPECT_FALSE(m_settings->save(m_folder.file("palette.xml")));
+    ASSERT_EQ(capture.entries().size(), 1u);
+    EXPECT_EQ(capture.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
+  }
+  EXPECT_EQ(m_folder.read("palette.xml"), previous);
+  EXPECT_EQ(m_folder.entries(), std::vector<std::string>{"palette.xml"});  // no temporary left
+  talvar2::intrusive_pointer_t<probe_settings_t> reloaded(new probe_settings_t);
+  ASSERT_TRUE(reloaded->load(m_folder.file("palette.xml")));
+  EXPECT_EQ(reloaded->get_metric(metric_tooltip_delay), 111);
 }
 
 TEST_F(UiSettingsFile, FailedSaveIsReportedAndLeavesNoFile) {

@@ -67,18 +67,34 @@ bool write_atomically(const pugi::xml_document& document, const path_t& path,
   return true;
 }
 
+// Settings files are a few kilobytes; anything this large is not one, and
+// reading it whole would stall the caller.
+constexpr off_t k_largest_settings_file = 16 * 1024 * 1024;
+
+// Why the path cannot be read as a settings file; empty when it can. A FIFO
+// or a device would block or never end, so only regular files are read.
+std::string unreadable_reason(const path_t& path) {
+  const std::string& name = path.as_string();
+  struct stat info;
+  if (::stat(name.c_str(), &info) != 0)
+    return errno == ENOENT ? "\"" + name + "\" does not exist" : system_error("cannot read", name);
+  if (S_ISDIR(info.st_mode)) return "\"" + name + "\" is a folder, not a settings file";
+  if (!S_ISREG(info.st_mode)) return "\"" + name + "\" is not a regular file";
+  if (info.st_size > k_largest_settings_file)
+    return "\"" + name + "\" is too large for a settings file (" + std::to_string(info.st_size) +
+           " bytes)";
+  return std::string();
+}
+
 }  // namespace
 
 advanced_xml_config_t::advanced_xml_config_t() = default;
 advanced_xml_config_t::~advanced_xml_config_t() = default;
 
 bool advanced_xml_config_t::load(const path_t& path, std::string* error) {
-  if (path.is_directory()) {
-    set_error(error, "\"" + path.as_string() + "\" is a folder, not a settings file");
-    return false;
-  }
-  if (!path.exists()) {
-    set_error(error, "\"" + path.as_string() + "\" does not exist");
+  const std::string reason = unreadable_reason(path);
+  if (!reason.empty()) {
+    set_error(error, reason);
     return false;
   }
   pugi::xml_document document;

@@ -11,10 +11,12 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
 #include "talvar2/functor/signal.h"
+#include "talvar2/pointers/intrusive_pointer.h"
 
 namespace talvar2_test {
 namespace {
@@ -220,6 +222,108 @@ TEST(SignalThreads, SubscribersDieWhileOthersConnect) {
     for (const auto& subscriber : queue) EXPECT_EQ(subscriber->calls(), 1);
   queues.clear();
   EXPECT_EQ(board.connection_count(), 0u);
+}
+
+// --- counted subscribers that come and go beside emitting threads ----------
+
+enum life_t { k_unborn, k_alive, k_dead };
+
+// A counted subscriber that cuts itself from the hub before it dies, as a
+// subscriber living beside emitting threads must. Its life is recorded
+// outside it, so a call arriving after its death is counted, not lost.
+class leaving_subscriber_t : public talvar2::intrusive_pointer_impl_t, public subscriber_base_t {
+ public:
+  leaving_subscriber_t(signal_t<int>& hub, std::atomic<int>& life, std::atomic<long>& late_calls)
+      : m_hub(hub), m_life(life), m_late_calls(late_calls) {
+    m_life = k_alive;
+    m_hub.connect(this, &leaving_subscriber_t::on_value);
+  }
+  ~leaving_subscriber_t() override {
+    m_hub.disconnect(this, &leaving_subscriber_t::on_value);
+    m_life = k_dead;
+  }
+  void on_value(int) {
+    if (m_life.load() != k_alive) m_late_calls.fetch_add(1);
+    m_calls.fetch_add(1);
+  }
+  long calls() const { return m_calls.load(); }
+
+ private:
+  signal_t<int>& m_hub;
+  std::atomic<int>& m_life;
+  std::atomic<long>& m_late_calls;
+  std::atomic<long> m_calls{0};
+};
+
+using leaving_ptr = talvar2::intrusive_pointer_t<leaving_subscriber_t>;
+
+// Subscribers handed between threads: whoever drops the last reference
+// destroys it, on whichever thread that happens to be.
+class exchange_t {
+ public:
+  void put(const leaving_ptr& subscriber) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_items.push_back(subscriber);
+  }
+  leaving_ptr take() {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_items.empty()) return leaving_ptr();
+    leaving_ptr taken = m_items.back();
+    m_items.pop_back();
+    return taken;
+  }
+
+ private:
+  std::mutex m_mutex;
+  std::vector<leaving_ptr> m_items;
+};
+
+TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
+  constexpr int k_emitters = 2;
+  constexpr int k_emissions = 3000;
+  constexpr int k_churners = 2;
+  constexpr int k_per_churner = 1500;
+  signal_t<int> hub;
+  serial_probe_t probe;  // stays on the hub throughout
+  hub.connect(&probe, &serial_probe_t::on_value);
+  std::vector<std::atomic<int>> lives(k_churners * k_per_churner);
+  std::atomic<long> late_calls{0};
+  std::atomic<long> local_calls{0};
+  exchange_t exchange;
+
+  run_together([&](int thread_index) {
+    if (thread_index < k_emitters) {
+      for (int i = 0; i < k_emissions; ++i) hub(i);
+      return;
+    }
+    const int churner = thread_index - k_emitters;
+    for (int i = 0; i < k_per_churner; ++i) {
+      leaving_ptr mine(new leaving_subscriber_t(hub, lives[churner * k_per_churner + i], late_calls));
+      leaving_ptr other = exchange.take();
+      {
+        // A signal of this thread's own, dead before either subscriber can
+        // be: a dying subscriber cuts it without racing its emission.
+        signal_t<int> local;
+        local.connect(mine.get(), &leaving_subscriber_t::on_value);
+        if (other) local.connect(other.get(), &leaving_subscriber_t::on_value);
+        const long before = mine->calls();
+        local(i);
+        local_calls.fetch_add(1);
+        EXPECT_GE(mine->calls(), before + 1);
+      }
+      if (i % 2 == 0) exchange.put(mine);  // the other churner may end it
+    }
+  });
+  while (exchange.take()) {
+  }
+
+  static_assert(k_threads == k_emitters + k_churners, "every thread has a part");
+  for (const auto& life : lives) EXPECT_EQ(life.load(), k_dead);
+  EXPECT_EQ(late_calls.load(), 0);
+  EXPECT_EQ(probe.overlaps(), 0);
+  EXPECT_EQ(probe.calls(), long(k_emitters) * k_emissions);
+  EXPECT_EQ(local_calls.load(), long(k_churners) * k_per_churner);
+  EXPECT_EQ(hub.connection_count(), 1u);
 }
 
 }  // namespace

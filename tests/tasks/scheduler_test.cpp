@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <random>
@@ -430,6 +431,50 @@ TEST_F(SchedulerTest, ExceptionOfATaskIsLoggedAndTheTaskStillFinishes) {
                                           "has generated exception which wasn't appropriately handled.");
 }
 
+TEST_F(SchedulerTest, ThrowsFromEveryCallbackAreLoggedOnceAndTheSchedulerGoesOn) {
+  enum where_t { in_started, in_work, in_finished };
+  class throwing_task_t : public probe_task_t {
+   public:
+    throwing_task_t(where_t where, bool standard) : m_where(where), m_standard(standard) {}
+    void TaskStarted() override {
+      probe_task_t::TaskStarted();
+      if (m_where == in_started) raise();
+    }
+    void DoTask() override {
+      probe_task_t::DoTask();
+      if (m_where == in_work) raise();
+    }
+    void TaskFinished() override {
+      probe_task_t::TaskFinished();
+      if (m_where == in_finished) raise();
+    }
+
+   private:
+    void raise() {
+      if (m_standard) throw std::runtime_error("broken");
+      throw 42;  // not even a std::exception
+    }
+    where_t m_where;
+    bool m_standard;
+  };
+  for (const where_t where : {in_started, in_work, in_finished}) {
+    for (const bool standard : {true, false}) {
+      talvar2::intrusive_pointer_t<throwing_task_t> task(new throwing_task_t(where, standard));
+      talvar2::intrusive_pointer_t<probe_task_t> next(new probe_task_t);
+      orvix1_test::log_capture_t log("orvix.scheduler");
+      ASSERT_EQ(m_scheduler->AddTask(task, "x"), 0);
+      ASSERT_EQ(m_scheduler->AddTask(next, "x"), 0);
+      ASSERT_TRUE(pump_until([&] { return next->calls.finished == 1 && no_tasks_left(); }))
+          << where << standard;
+      EXPECT_EQ(task->calls.finished, 1) << where << standard;
+      EXPECT_EQ(task->calls.worked, where == in_started ? 0 : 1) << where << standard;
+      EXPECT_EQ(next->calls.worked, 1);
+      ASSERT_EQ(log.entries().size(), 1u) << where << standard;
+      EXPECT_EQ(log.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
+    }
+  }
+}
+
 // Thousands of tasks of every kind, added from several threads into several
 // groups, with tasks and groups canceled at random (seeded): every task
 // finishes exactly once on the GUI thread and the scheduler keeps none.
@@ -510,6 +555,127 @@ TEST_F(SchedulerTest, StressEveryTaskFinishesOnceAndNoneIsKept) {
   EXPECT_LT(started, threads * per_thread);
   EXPECT_TRUE(no_tasks_left());
   EXPECT_EQ(m_recorder->completed.load(), threads * per_thread);
+}
+
+}  // namespace
+
+namespace {
+
+// What happened to one task, kept outside it so that it can be checked
+// after the task is gone.
+struct task_record_t {
+  std::atomic<int> started{0}, finished{0}, destroyed{0}, late_calls{0};
+  std::atomic<bool> accepted{false};
+};
+
+// A task that its owner lets go of as soon as it is added: the scheduler
+// alone keeps it alive, and any callback after its death is counted.
+class tracked_task_t : public orvix1::tasks::DefaultTaskImpl {
+ public:
+  tracked_task_t(task_record_t& record, bool long_task) : m_record(record), m_long(long_task) {}
+  ~tracked_task_t() override { ++m_record.destroyed; }
+  void TaskStarted() override {
+    check_alive();
+    ++m_record.started;
+  }
+  void DoTask() override { check_alive(); }
+  void TaskFinished() override {
+    check_alive();
+    ++m_record.finished;
+  }
+  bool IsLongTask() override { return m_long; }
+  const task_record_t& record() const { return m_record; }
+
+ private:
+  void check_alive() {
+    if (m_record.destroyed != 0) ++m_record.late_calls;
+  }
+  task_record_t& m_record;
+  bool m_long;
+};
+
+// Two threads add tasks into four groups while a third cancels groups and
+// runs batch cancels on every context, and the GUI thread cancels groups
+// and waits for them. Fixed counts and seeds; only the interleaving varies.
+TEST_F(SchedulerTest, StressCancelsAndWaitsRaceTasksWhoseOwnersLetGo) {
+  constexpr int adders = 2;
+  constexpr int per_adder = 1000;
+  constexpr int cancel_rounds = 300;
+  constexpr int waits = 6;
+  const std::vector<std::string> groups = {"r1", "r2", "r3", "r4"};
+  std::vector<task_record_t> records(adders * per_adder);
+  std::atomic<int> workers_done{0};
+  std::atomic<int> refused{0};
+
+  std::vector<std::thread> workers;
+  for (int a = 0; a < adders; ++a) {
+    workers.emplace_back([&, a] {
+      std::mt19937 random(77u + static_cast<unsigned>(a));
+      for (int i = 0; i < per_adder; ++i) {
+        task_record_t& record = records[a * per_adder + i];
+        ITaskPtr task(new tracked_task_t(record, random() % 2 == 0));
+        const std::string& group = groups[random() % groups.size()];
+        const int status = random() % 4 == 0
+                               ? m_scheduler->AddDelayedTask(task, static_cast<int>(random() % 3), group)
+                               : m_scheduler->AddTask(task, group);
+        EXPECT_TRUE(status == 0 || status == 3) << status;  // 3: its group was being canceled
+        record.accepted = status == 0;
+        if (status != 0) ++refused;
+      }
+      ++workers_done;
+    });
+  }
+  workers.emplace_back([&] {
+    std::mt19937 random(99u);
+    for (int round = 0; round < cancel_rounds; ++round) {
+      const std::string& group = groups[random() % groups.size()];
+      if (random() % 2 == 0) {
+        m_scheduler->Cancel(group);
+      } else {
+        const std::vector<ITaskPtr> live = m_scheduler->GetTasks(group);
+        const std::list<ITaskPtr> some(live.begin(), live.begin() + std::min<std::size_t>(live.size(), 3));
+        const auto context = static_cast<IBatchCancel::signal_context_t>(random() % 3);
+        auto batch = m_scheduler->BatchCancel(some, {groups[random() % groups.size()]}, context);
+        EXPECT_EQ(batch->Execute(), 0);
+      }
+      std::this_thread::yield();
+    }
+    ++workers_done;
+  });
+
+  // Whatever a group held when its wait began has finished when it returns.
+  for (int w = 0; w < waits; ++w) {
+    for (int i = 0; i < 20; ++i) orvix1_test::pump_events();
+    const std::string& group = groups[w % groups.size()];
+    const std::vector<ITaskPtr> held = m_scheduler->GetTasks(group);
+    m_scheduler->CancelAndWait(group, dialog_info_t(), false);
+    for (const ITaskPtr& task : held)
+      EXPECT_EQ(static_cast<const tracked_task_t*>(task.get())->record().finished, 1) << group;
+  }
+  const bool workers_finished = pump_until([&] { return workers_done == adders + 1; });
+  for (auto& worker : workers) worker.join();
+  ASSERT_TRUE(workers_finished);
+  ASSERT_TRUE(pump_until([&] {
+    for (const task_record_t& record : records)
+      if (record.destroyed == 0) return false;
+    return true;
+  }));
+
+  int accepted = 0;
+  for (const task_record_t& record : records) {
+    EXPECT_EQ(record.destroyed, 1);
+    EXPECT_EQ(record.late_calls, 0);
+    EXPECT_LE(record.started, 1);
+    if (record.accepted) {
+      ++accepted;
+      EXPECT_EQ(record.finished, 1);
+    } else {
+      EXPECT_EQ(record.started + record.finished, 0);  // refused: no callbacks at all
+    }
+  }
+  EXPECT_EQ(accepted + refused, adders * per_adder);
+  EXPECT_EQ(m_recorder->completed.load(), accepted);
+  EXPECT_TRUE(no_tasks_left());
 }
 
 }  // namespace
