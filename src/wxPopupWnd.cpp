@@ -22,13 +22,6 @@ void wxPopupWnd::ClosePopup() {
   if (IsShown()) Dismiss();
 }
 
-void wxPopupWnd::Refit() {
-  InvalidateBestSize();
-  SetSize(GetBestSize());
-  if (m_anchor != nullptr) PlaceAtAnchor();
-  Refresh();
-}
-
 void wxPopupWnd::PlaceAtAnchor() {
   // Right-aligned with the anchor: drop-down buttons sit at the right end
   // of the bars they serve.

@@ -73,52 +73,54 @@ wxBEGIN_EVENT_TABLE(tab_animation_ctrl_t, wxAnimationCtrl)
   EVT_LEAVE_WINDOW(tab_animation_ctrl_t::OnMouse)
 wxEND_EVENT_TABLE()
 
-}  // namespace
+// --- styles -------------------------------------------------------------------
 
-bool PointInRect(int x, int y, const wxRect& rect) {
-  return x > rect.x && x < rect.x + rect.width && y > rect.y && y < rect.y + rect.height;
+// Where each colour role of a style comes from, in the order of
+// color_type_t; the hover background is the normal one blended towards
+// `hover_towards`.
+struct style_sources_t {
+  default_colors_t roles[wxTabButton::color_types_end];
+  default_colors_t hover_towards;
+  default_fonts_t font;
+};
+
+const style_sources_t k_default_sources = {
+    {color_face, color_face, color_face, color_window_bg, color_face, color_shadow_3d,
+     color_selection_bg, color_shadow_3d, color_light_3d, color_button_text, color_window_text,
+     color_shadow_3d, color_face},
+    color_window_bg,
+    font_normal_bold};
+
+const style_sources_t k_navtape_sources = {
+    {color_strip_bg, color_strip_bg, color_strip_bg, color_active_bg, color_strip_bg,
+     color_strip_bg, color_strip_border, color_strip_border, color_strip_bg, color_strip_text,
+     color_active_text, color_shadow_3d, color_strip_bg},
+    color_white,
+    font_normal};
+
+void fill_style(ui_style_t& style, const style_sources_t& sources) {
+  const talvar2::intrusive_pointer_t<ui_settings_t>& settings = style.get_settings();
+  for (int type = wxTabButton::bg_normal; type < wxTabButton::color_types_end; ++type)
+    style.internal_set_color(k_color_keys[type], settings->get_color(sources.roles[type]));
+  style.internal_set_color(
+      k_color_keys[wxTabButton::bg_hover],
+      wxTabButton::CalculateHighlightColor(settings->get_color(sources.roles[wxTabButton::bg_normal]),
+                                           settings->get_color(sources.hover_towards)));
+  style.internal_set_font(k_font_key, settings->get_font(sources.font));
 }
 
-// --- styles -------------------------------------------------------------------
+}  // namespace
 
 wxTabButton::default_style_t::default_style_t() { set_style_info(); }
 
-void wxTabButton::default_style_t::set_style_info() {
-  const auto colour = [this](default_colors_t index) { return m_settings->get_color(index); };
-  internal_set_color("clBtnBgNormal", colour(color_face));
-  internal_set_color("clBtnBgHover",
-                     CalculateHighlightColor(colour(color_face), colour(color_window_bg)));
-  internal_set_color("clBtnBgPressed", colour(color_window_bg));
-  internal_set_color("clBtnBgDisabled", colour(color_face));
-  internal_set_color("clBorderNormal", colour(color_shadow_3d));
-  internal_set_color("clBorderHover", colour(color_selection_bg));
-  internal_set_color("clBorderPressed", colour(color_shadow_3d));
-  internal_set_color("clBorderDisabled", colour(color_light_3d));
-  internal_set_color("clTextNormal", colour(color_button_text));
-  internal_set_color("clTextPressed", colour(color_window_text));
-  internal_set_color("clTextDisabled", colour(color_shadow_3d));
-  internal_set_color("clBg", colour(color_face));
-  internal_set_font(k_font_key, m_settings->get_font(font_normal_bold));
-}
+void wxTabButton::default_style_t::set_style_info() { fill_style(*this, k_default_sources); }
 
 wxTabButton::navtape_sys_style_t::navtape_sys_style_t() { set_style_info(); }
 
-void wxTabButton::navtape_sys_style_t::set_style_info() {
-  const auto colour = [this](default_colors_t index) { return m_settings->get_color(index); };
-  internal_set_color("clBtnBgNormal", colour(color_strip_bg));
-  internal_set_color("clBtnBgHover",
-                     CalculateHighlightColor(colour(color_strip_bg), colour(color_white)));
-  internal_set_color("clBtnBgPressed", colour(color_active_bg));
-  internal_set_color("clBtnBgDisabled", colour(color_strip_bg));
-  internal_set_color("clBorderNormal", colour(color_strip_bg));
-  internal_set_color("clBorderHover", colour(color_strip_border));
-  internal_set_color("clBorderPressed", colour(color_strip_border));
-  internal_set_color("clBorderDisabled", colour(color_strip_bg));
-  internal_set_color("clTextNormal", colour(color_strip_text));
-  internal_set_color("clTextPressed", colour(color_active_text));
-  internal_set_color("clTextDisabled", colour(color_shadow_3d));
-  internal_set_color("clBg", colour(color_strip_bg));
-  internal_set_font(k_font_key, m_settings->get_font(font_normal));
+void wxTabButton::navtape_sys_style_t::set_style_info() { fill_style(*this, k_navtape_sources); }
+
+bool PointInRect(int x, int y, const wxRect& rect) {
+  return x > rect.x && x < rect.x + rect.width && y > rect.y && y < rect.y + rect.height;
 }
 
 // --- construction -------------------------------------------------------------
@@ -232,6 +234,7 @@ void wxTabButton::SetDisabled(bool disabled) {
 
 void wxTabButton::ContentChanged() {
   m_shown_text_size = wxDefaultSize;
+  m_size_cache = wxDefaultSize;
   InvalidateBestSize();
   // While being made the button keeps the size it was created with.
   if (!m_created) return;
@@ -394,6 +397,7 @@ wxColour wxTabButton::CalculateHighlightColor(const wxColour& a, const wxColour&
 void wxTabButton::ChangeFont(const wxFont& font) {
   wxControl::SetFont(font);
   m_shown_text_size = wxDefaultSize;
+  m_size_cache = wxDefaultSize;
   InvalidateBestSize();
 }
 
@@ -430,7 +434,14 @@ void wxTabButton::on_style_updated() {
 
 // --- size ---------------------------------------------------------------------
 
-wxSize wxTabButton::CalculateSize() const { return DoCalculateSize(m_bitmap, m_caption); }
+// Strips lay out all their buttons on every resize: the measured size is
+// kept until the content, the font or the flags change. A check box depends
+// on the current width and is measured each time.
+wxSize wxTabButton::CalculateSize() const {
+  if (m_checkbox_style) return DoCalculateSize(m_bitmap, m_caption);
+  if (m_size_cache == wxDefaultSize) m_size_cache = DoCalculateSize(m_bitmap, m_caption);
+  return m_size_cache;
+}
 
 wxSize wxTabButton::DoCalculateSize(const wxBitmap& bitmap, const wxString& text) const {
   const wxSize text_size = GetTextSize(this, text, GetFont());

@@ -277,19 +277,16 @@ void wxTabPane::OnShowHiddenButton(int index) {
 }
 
 // Exactly what the tab's own close cross does: the strip's veto, then the
-// removal. The open menu follows what is left.
+// removal. The veto may ask the user in a modal dialog, so the menu first
+// lets go of the pointer; it opens again on what is left.
 void wxTabPane::OnDeleteButton(int index) {
   if (index >= 0 && index < static_cast<int>(m_entries.size())) {
     wxTabButton* button = m_entries[index].second;
     m_entries.clear();
+    const bool was_open = m_menu->IsPoppedUp();
+    m_menu->ClosePopup();
     button->delete_requested()(button->GetId());
-    if (m_menu->IsPoppedUp()) {
-      OnBeforePopup(m_menu);
-      if (m_menu->HasContent())
-        m_menu->Refit();
-      else
-        m_menu->ClosePopup();
-    }
+    if (was_open) m_popup_button->OpenPopup();
   }
   UpdateButtonState();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <unordered_set>
 
 #include <wx/dcbuffer.h>
 
@@ -165,9 +166,15 @@ void wxTabPanel::InitializeButton(wxTabButton* button) {
   // The new button is hidden until the layout finds room for it.
   m_hidden.push_back(button);
   UpdateShowedLists();
-  CalculatePositions(true);
+  // A frozen strip lays out once, when it thaws.
+  if (!IsFrozen()) CalculatePositions(true);
   m_button_added(index);
   Refresh();
+}
+
+void wxTabPanel::DoThaw() {
+  wxWindow::DoThaw();
+  FullRefresh(true);
 }
 
 wxTabButton* wxTabPanel::InsertButton(const wxBitmap& bitmap, const wxString& caption, int index) {
@@ -380,12 +387,13 @@ bool wxTabPanel::ShowAndSelectHiddenButton(int hidden_index) {
 
 // Both lists in the order of all buttons.
 void wxTabPanel::UpdateShowedLists() {
+  const std::unordered_set<const wxTabButton*> was_shown(m_shown.begin(), m_shown.end());
   std::vector<wxTabButton*> shown;
   std::vector<wxTabButton*> hidden;
   shown.reserve(m_shown.size());
   hidden.reserve(m_buttons.size());
   for (wxTabButton* button : m_buttons)
-    (ButtonIsInVector(button, m_shown) ? shown : hidden).push_back(button);
+    (was_shown.count(button) != 0 ? shown : hidden).push_back(button);
   m_shown.swap(shown);
   m_hidden.swap(hidden);
 }

@@ -12,15 +12,6 @@ using orvix1::wxTabPanel;
 using orvix1_test::click;
 using orvix1_test::pump_events;
 
-struct veto_t : talvar2::_internal::subscriber_base_t {
-  bool allow = true;
-  std::vector<int> asked;
-  void on_delete(wxTabPanel*, int id, bool& allowed) {
-    asked.push_back(id);
-    allowed = allow;
-  }
-};
-
 class TabPane : public orvix1_test::tab_frame_test_t {
  protected:
   void SetUp() override {
@@ -105,20 +96,24 @@ TEST_F(TabPane, TheOverflowMenuListsHiddenTabsAndDeletesThroughTheVeto) {
   EXPECT_EQ(m_pane->GetMenu()->GetRowCount(), primary_rows + secondary->GetHiddenCount());
   EXPECT_EQ(m_pane->GetMenu()->GetRowText(0), m_primary->GetHiddenButtons()[0]->GetLabel());
 
-  veto_t veto;
-  m_primary->delete_requested().connect(&veto, &veto_t::on_delete);
+  orvix1_test::strip_listener_t veto;
+  m_primary->delete_requested().connect(&veto, &orvix1_test::strip_listener_t::on_delete);
   const int count = m_primary->GetButtonsCount();
   const int hidden_id = m_primary->GetHiddenButtons()[0]->GetId();
   veto.allow = false;
   m_pane->OnDeleteButton(0);
-  EXPECT_EQ(veto.asked, std::vector<int>{hidden_id});
+  EXPECT_EQ(veto.close_requests, std::vector<int>{hidden_id});
   EXPECT_EQ(m_primary->GetButtonsCount(), count);
   veto.allow = true;
-  m_pane->OnBeforePopup(m_pane->GetMenu());
+  m_pane->GetPopupButton()->OpenPopup();
+  const int rows = m_pane->GetMenu()->GetRowCount();
   m_pane->OnDeleteButton(0);
   EXPECT_EQ(m_primary->GetButtonsCount(), count - 1);
+  EXPECT_TRUE(m_pane->GetMenu()->IsPoppedUp());  // open again on what is left
+  EXPECT_EQ(m_pane->GetMenu()->GetRowCount(), rows - 1);
+  m_pane->GetMenu()->ClosePopup();
   m_pane->OnDeleteButton(99);  // out of range: nothing
-  EXPECT_EQ(veto.asked.size(), 2u);
+  EXPECT_EQ(veto.close_requests.size(), 2u);
 
   // Choosing a row shows and selects that tab.
   m_pane->OnBeforePopup(m_pane->GetMenu());

@@ -11,26 +11,14 @@ using orvix1_test::click;
 using orvix1_test::int_recorder_t;
 using orvix1_test::pump_events;
 
-// Records the strip's signals; may veto closes.
-struct panel_listener_t : talvar2::_internal::subscriber_base_t {
-  bool allow = true;
-  std::vector<int> close_requests;
-  std::vector<int> selections;
-  void on_delete(wxTabPanel*, int id, bool& allowed) {
-    close_requests.push_back(id);
-    if (!allow) allowed = false;
-  }
-  void on_selection(wxTabPanel*, int index) { selections.push_back(index); }
-};
-
 class TabPanel : public orvix1_test::tab_frame_test_t {
  protected:
   wxTabPanel* make(int buttons, int width, bool equal_width = false) {
     m_panel = new wxTabPanel(m_host, wxID_ANY, wxPoint(0, 0), wxSize(width, 30));
     m_panel->SetEqualWidth(equal_width);
     for (int k = 0; k < buttons; ++k) m_panel->AddButton(wxString::Format("Tab %d", k));
-    m_panel->delete_requested().connect(&m_listener, &panel_listener_t::on_delete);
-    m_panel->selection_changed().connect(&m_listener, &panel_listener_t::on_selection);
+    m_panel->delete_requested().connect(&m_listener, &orvix1_test::strip_listener_t::on_delete);
+    m_panel->selection_changed().connect(&m_listener, &orvix1_test::strip_listener_t::on_selection);
     return m_panel;
   }
   // The width in which exactly `count` equal-width buttons fit.
@@ -48,7 +36,7 @@ class TabPanel : public orvix1_test::tab_frame_test_t {
   }
 
   wxTabPanel* m_panel = nullptr;
-  panel_listener_t m_listener;
+  orvix1_test::strip_listener_t m_listener;
 };
 
 TEST_F(TabPanel, AnEqualWidthRunHoldsTheSelectionAndStartsAtItUnlessTooFewFollow) {

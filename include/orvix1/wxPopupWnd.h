@@ -45,8 +45,6 @@ class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
   bool HasContent() const override { return true; }
 
   wxWindow* GetAnchor() const { return m_anchor; }
-  // Takes the content's new best size, keeping the popup at its anchor.
-  void Refit();
   // True once after a click on the anchor closed the popup: the anchor must
   // not open it again with the same click.
   bool TakeAnchorClick();

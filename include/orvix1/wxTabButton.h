@@ -228,6 +228,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   wxString m_caption;
   wxString m_shown_text;
   wxSize m_shown_text_size;  // the client size m_shown_text was made for
+  mutable wxSize m_size_cache = wxDefaultSize;
   wxBitmap m_bitmap;
   mutable wxBitmap m_grey_bitmap;
   wxImage m_background_image;

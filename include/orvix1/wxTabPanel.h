@@ -183,6 +183,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
 
  protected:
   wxSize DoGetBestSize() const override;
+  void DoThaw() override;
 
  private:
   void init();

@@ -13,6 +13,10 @@
 #include "support/wx_test_environment.h"
 #include "talvar2/functor/signal.h"
 
+namespace orvix1 {
+class wxTabPanel;
+}
+
 namespace orvix1_test {
 
 class tab_frame_test_t : public ::testing::Test {
@@ -58,6 +62,19 @@ inline void click(wxWindow* window, const wxPoint& at, const wxPoint& release = 
 inline wxPoint centre_of(const wxWindow* window) {
   return wxPoint(window->GetClientSize().x / 2, window->GetClientSize().y / 2);
 }
+
+// Records a strip's close requests and selections; vetoes closes unless
+// `allow`.
+struct strip_listener_t : talvar2::_internal::subscriber_base_t {
+  bool allow = true;
+  std::vector<int> close_requests;
+  std::vector<int> selections;
+  void on_delete(orvix1::wxTabPanel*, int id, bool& allowed) {
+    close_requests.push_back(id);
+    allowed = allow;
+  }
+  void on_selection(orvix1::wxTabPanel*, int index) { selections.push_back(index); }
+};
 
 // Records every emission of the int signals it is connected to.
 struct int_recorder_t : talvar2::_internal::subscriber_base_t {
