@@ -64,7 +64,7 @@ endif()
 # The package check installs this build into a scratch prefix and builds an
 # outside project against it. A sanitizer build is left out: its libraries
 # need the sanitizer runtime that an ordinary consumer does not link.
-if(ORVIX1_BUILD_TESTS AND NOT ORVIX1_SANITIZE)
+if(ORVIX1_BUILD_TESTS AND NOT ORVIX1_SANITIZE AND NOT ORVIX1_SANITIZE_THREAD)
   add_test(NAME package_check
     COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-package" --no-build "${PROJECT_BINARY_DIR}")
   set_tests_properties(package_check PROPERTIES LABELS package TIMEOUT 300)
