@@ -69,8 +69,12 @@ class element_labels_t {
     column->SetOrientation(false);
     m_root->SetLayoutLogic(column);
     m_adapter->SetRootElement(m_root);
-    for (long i = 0; i < count; ++i)
-      new TextElement(m_root, UIElement::pfTop | UIElement::pfLeft, label_text(i));
+    // Fixed at their natural size like the sizer's labels (proportion 0):
+    // what does not fit runs past the bottom instead of being squeezed.
+    for (long i = 0; i < count; ++i) {
+      auto* label = new TextElement(m_root, UIElement::pfTop | UIElement::pfLeft, label_text(i));
+      label->SetResizable(false);
+    }
   }
   ~element_labels_t() {
     m_root->Destroy();

@@ -153,6 +153,13 @@ void TextElement::UpdateSizeInternal() {
 
 std::string TextElement::AddEllipsis(const std::string& text, int max_width, bool force) {
   const bool was_truncated = m_truncated;
+  // The element's own line was measured with this font when either last
+  // changed: a paint where it fits need not measure it again.
+  if (!force && !m_multiline && text == m_text && m_natural_size.x <= max_width) {
+    m_truncated = false;
+    if (was_truncated) TruncationChanged(false);
+    return text;
+  }
   std::string result = text;
   wxDC* dc = GetDC();
   if (!force && width_of(*dc, result) <= max_width) {

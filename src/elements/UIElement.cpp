@@ -87,13 +87,18 @@ std::list<element_ptr_t>::iterator UIElement::FindChild(const UIElement* child) 
 
 void UIElement::AddChild(element_ptr_t child) {
   if (!ORVIX_ASSERT_AT(child, "child != __null", nullptr, __LINE__)) return;
-  if (!ORVIX_ASSERT_AT(FindChild(child.get()) == m_children.end(),
+  // Only an element that names this one as its parent can be in the list
+  // already; for the others the walk is skipped.
+  const bool listed = child->m_parent == this && FindChild(child.get()) != m_children.end();
+  if (!ORVIX_ASSERT_AT(!listed,
                        "std::find(m_children.begin(),m_children.end(),element) == m_children.end()",
                        nullptr, __LINE__))
     return;
   if (child->m_parent != nullptr && child->m_parent != this) child->m_parent->RemoveChild(child);
   m_children.push_back(child);
   child->m_parent = this;
+  if (m_largest_child_tab_order_known)
+    m_largest_child_tab_order = std::max(m_largest_child_tab_order, child->m_tab_order);
   child->m_has_layout_rect = false;  // a rectangle from another parent's layout
   if (m_style_propagation) {
     if (talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle())
@@ -112,6 +117,7 @@ void UIElement::RemoveChild(element_ptr_t child) {
     return;
   m_children.erase(found);  // `child` keeps it alive until the signal is out
   child->m_parent = nullptr;
+  if (child->m_tab_order == m_largest_child_tab_order) m_largest_child_tab_order_known = false;
   child->m_has_layout_rect = false;
   Invalidate(true);
   ChildRemoved(self_of(this), child);
@@ -166,7 +172,7 @@ void UIElement::ChangeParent(element_ptr_t new_parent) {
   new_parent->AddChild(self);
   // Counted with this element already among the children: one more than
   // the largest, its own old value included.
-  m_tab_order = new_parent->GenerateUniqueTabOrder();
+  SetTabOrder(new_parent->GenerateUniqueTabOrder());
   Invalidate(true);
 }
 
@@ -178,6 +184,7 @@ void UIElement::ReplaceChild(element_ptr_t old_child, element_ptr_t new_child) {
   if (new_child->m_parent != nullptr && new_child->m_parent != this)
     new_child->m_parent->RemoveChild(new_child);
   *element = new_child;
+  m_largest_child_tab_order_known = false;
   new_child->m_parent = this;
   old_child->m_parent = nullptr;
   old_child->m_has_layout_rect = false;
@@ -326,9 +333,18 @@ void UIElement::ProcessDraw(wxDC& dc, const wxRect& rect, bool force_layout) {
   dc.SetClippingRegion(inner);
   OnDraw(dc, inner);
   dc.DestroyClippingRegion();
-  // The head of the list, which wins hit-tests, is painted first.
-  for (element_ptr_t& child : m_children)
-    if (child->m_visible) child->ProcessDraw(dc, m_layout->GetChildRect(rect, child), force_layout);
+  // The head of the list, which wins hit-tests, is painted first. A leaf
+  // wholly outside the context is skipped: long lists in a small window
+  // paint only what shows. Empty leaves still run (a text squeezed to
+  // nothing reports its truncation from its drawing).
+  const wxRect drawable(wxPoint(0, 0), dc.GetSize());
+  for (element_ptr_t& child : m_children) {
+    if (!child->m_visible) continue;
+    const wxRect child_rect = m_layout->GetChildRect(rect, child);
+    const bool off_context = !child_rect.IsEmpty() && !child_rect.Intersects(drawable);
+    if (child->m_children.empty() && off_context) continue;
+    child->ProcessDraw(dc, child_rect, force_layout);
+  }
   SetCurrentDC(nullptr);
 }
 
@@ -398,9 +414,27 @@ bool UIElement::ProcessChangeFocus(bool focused) {
 
 int UIElement::GenerateUniqueTabOrder() const {
   if (m_children.empty()) return 0;
-  int largest = INT_MIN;
-  for (const element_ptr_t& child : m_children) largest = std::max(largest, child->m_tab_order);
-  return largest + 1;
+  if (!m_largest_child_tab_order_known) {
+    int largest = INT_MIN;
+    for (const element_ptr_t& child : m_children) largest = std::max(largest, child->m_tab_order);
+    m_largest_child_tab_order = largest;
+    m_largest_child_tab_order_known = true;
+  }
+  return m_largest_child_tab_order + 1;
+}
+
+void UIElement::SetTabOrder(int order) {
+  const int old_order = m_tab_order;
+  m_tab_order = order;
+  if (m_parent != nullptr) m_parent->ChildTabOrderChanged(old_order, order);
+}
+
+void UIElement::ChildTabOrderChanged(int old_order, int new_order) {
+  if (!m_largest_child_tab_order_known) return;
+  if (new_order >= m_largest_child_tab_order)
+    m_largest_child_tab_order = new_order;
+  else if (old_order == m_largest_child_tab_order)
+    m_largest_child_tab_order_known = false;
 }
 
 element_ptr_t UIElement::MoveFocusForward(element_ptr_t current) {

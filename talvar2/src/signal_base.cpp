@@ -1,6 +1,9 @@
 #include "talvar2/debug/assertion.h"
 #include "talvar2/functor/signal.h"
 
+#include <unordered_map>
+#include <vector>
+
 namespace talvar2 {
 namespace _internal {
 namespace {
@@ -15,18 +18,35 @@ constexpr int k_unknown_connection_line = 292;
 // The list may only change under `mutex`. `emission_state` points at the
 // outermost running emission's alive flag; while it is set, cut connections
 // are only emptied and the list keeps its shape.
+//
+// A signal that many subscribers connect to (the palette's change signal,
+// one connection per style) would make every connect and every subscriber's
+// death walk the whole list; past a few connections the live nodes are also
+// indexed by subscriber.
 struct signal_base_t::core_t {
   threading::mutex_t mutex;
   node_t* head = nullptr;
   node_t* tail = nullptr;
   bool* emission_state = nullptr;
+  std::size_t live = 0;
+  bool indexed = false;
+  std::unordered_multimap<const subscriber_base_t*, node_t*> by_subscriber;
 
   void append(const connection_t& connection);
-  void unlink(node_t* node, node_t* previous);
+  // The live node holding `connection`, or null.
+  node_t* find(const connection_t& connection) const;
+  // The live nodes whose subscriber is `subscriber`, in no particular order.
+  std::vector<node_t*> nodes_of(const subscriber_base_t* subscriber) const;
+  void unlink(node_t* node);
   void remove_emptied();
   void free_nodes();
   // Cuts `node`'s connection: unlinks it, or only empties it during an emission.
-  void cut(node_t* node, node_t* previous);
+  void cut(node_t* node);
+
+ private:
+  static constexpr std::size_t k_index_from = 16;
+  void index(node_t* node) { by_subscriber.emplace(node->connection.subscriber, node); }
+  void unindex(node_t* node);
 };
 
 signal_base_t::core_t& signal_base_t::core() {
@@ -64,12 +84,10 @@ signal_base_t::~signal_base_t() {
 void signal_base_t::_insert(const connection_t& connection) {
   core_t& list = core();
   threading::mutex_guard_t guard(list.mutex);
-  for (const node_t* node = list.head; node != nullptr; node = node->next) {
-    if (node->connection == connection) {
-      debug::assertion_failed("\"signal_t::_insert: this connection is already exists.\" == NULL",
-                              k_signal_header, k_duplicate_connection_line, __PRETTY_FUNCTION__);
-      return;
-    }
+  if (list.find(connection) != nullptr) {
+    debug::assertion_failed("\"signal_t::_insert: this connection is already exists.\" == NULL",
+                            k_signal_header, k_duplicate_connection_line, __PRETTY_FUNCTION__);
+    return;
   }
   connection.subscriber->add_signal(this);  // lock order: signal, then subscriber
   list.append(connection);
@@ -78,12 +96,7 @@ void signal_base_t::_insert(const connection_t& connection) {
 void signal_base_t::_erase(const connection_t& connection) {
   core_t& list = core();
   threading::mutex_guard_t guard(list.mutex);
-  node_t* previous = nullptr;
-  node_t* node = list.head;
-  while (node != nullptr && !(node->connection == connection)) {
-    previous = node;
-    node = node->next;
-  }
+  node_t* node = list.find(connection);
   const bool subscriber_found = node != nullptr;
   if (!subscriber_found) {
     debug::assertion_failed(
@@ -92,7 +105,7 @@ void signal_base_t::_erase(const connection_t& connection) {
     return;
   }
   subscriber_base_t* subscriber = node->connection.subscriber;
-  list.cut(node, previous);
+  list.cut(node);
   // Every back-reference to this signal goes, even if the subscriber holds
   // further connections to it.
   if (subscriber != nullptr) subscriber->remove_signal(this);
@@ -102,40 +115,28 @@ void signal_base_t::_erase_all() {
   core_t* list = current_core();
   if (list == nullptr) return;
   threading::mutex_guard_t guard(list->mutex);
-  for (node_t* node = list->head; node != nullptr; node = node->next) {
-    if (node->connection.empty()) continue;
-    node->connection.subscriber->remove_signal(this);
-    if (list->emission_state != nullptr) node->connection = connection_t();
+  for (node_t* node = list->head; node != nullptr; node = node->next)
+    if (!node->connection.empty()) node->connection.subscriber->remove_signal(this);
+  if (list->emission_state == nullptr) {
+    list->free_nodes();
+    return;
   }
-  if (list->emission_state == nullptr) list->free_nodes();
+  for (node_t* node = list->head; node != nullptr; node = node->next)
+    if (!node->connection.empty()) list->cut(node);
 }
 
 void signal_base_t::on_subscriber_destroy(subscriber_base_t* subscriber) {
   core_t* list = current_core();
   if (list == nullptr) return;
   threading::mutex_guard_t guard(list->mutex);
-  node_t* previous = nullptr;
-  node_t* node = list->head;
-  while (node != nullptr) {
-    node_t* next = node->next;
-    if (node->connection.subscriber != subscriber) {
-      previous = node;
-    } else {
-      list->cut(node, previous);
-      if (list->emission_state != nullptr) previous = node;
-    }
-    node = next;
-  }
+  for (node_t* node : list->nodes_of(subscriber)) list->cut(node);
 }
 
 std::size_t signal_base_t::connection_count() const {
   core_t* list = current_core();
   if (list == nullptr) return 0;
   threading::mutex_guard_t guard(list->mutex);
-  std::size_t live = 0;
-  for (const node_t* node = list->head; node != nullptr; node = node->next)
-    if (!node->connection.empty()) ++live;
-  return live;
+  return list->live;
 }
 
 signal_base_t::node_t* signal_base_t::first_node(const onstack_signal_state_t& state) {
@@ -184,35 +185,73 @@ void signal_base_t::end_after_destruction(onstack_signal_state_t& state) {
 void signal_base_t::core_t::append(const connection_t& connection) {
   node_t* node = new node_t;
   node->connection = connection;
-  if (tail == nullptr)
-    head = node;
-  else
-    tail->next = node;
+  node->previous = tail;
+  (tail == nullptr ? head : tail->next) = node;
   tail = node;
+  ++live;
+  if (indexed) {
+    index(node);
+  } else if (live > k_index_from) {
+    for (node_t* each = head; each != nullptr; each = each->next)
+      if (!each->connection.empty()) index(each);
+    indexed = true;
+  }
 }
 
-void signal_base_t::core_t::unlink(node_t* node, node_t* previous) {
-  (previous == nullptr ? head : previous->next) = node->next;
-  if (tail == node) tail = previous;
+signal_base_t::node_t* signal_base_t::core_t::find(const connection_t& connection) const {
+  if (indexed) {
+    const auto range = by_subscriber.equal_range(connection.subscriber);
+    for (auto entry = range.first; entry != range.second; ++entry)
+      if (entry->second->connection == connection) return entry->second;
+    return nullptr;
+  }
+  for (node_t* node = head; node != nullptr; node = node->next)
+    if (!node->connection.empty() && node->connection == connection) return node;
+  return nullptr;
+}
+
+std::vector<signal_base_t::node_t*> signal_base_t::core_t::nodes_of(
+    const subscriber_base_t* subscriber) const {
+  std::vector<node_t*> nodes;
+  if (indexed) {
+    const auto range = by_subscriber.equal_range(subscriber);
+    for (auto entry = range.first; entry != range.second; ++entry) nodes.push_back(entry->second);
+    return nodes;
+  }
+  for (node_t* node = head; node != nullptr; node = node->next)
+    if (node->connection.subscriber == subscriber) nodes.push_back(node);
+  return nodes;
+}
+
+void signal_base_t::core_t::unindex(node_t* node) {
+  const auto range = by_subscriber.equal_range(node->connection.subscriber);
+  for (auto entry = range.first; entry != range.second; ++entry) {
+    if (entry->second == node) {
+      by_subscriber.erase(entry);
+      return;
+    }
+  }
+}
+
+void signal_base_t::core_t::unlink(node_t* node) {
+  (node->previous == nullptr ? head : node->previous->next) = node->next;
+  (node->next == nullptr ? tail : node->next->previous) = node->previous;
   delete node;
 }
 
-void signal_base_t::core_t::cut(node_t* node, node_t* previous) {
+void signal_base_t::core_t::cut(node_t* node) {
+  if (indexed) unindex(node);
+  --live;
   if (emission_state == nullptr)
-    unlink(node, previous);
+    unlink(node);
   else
     node->connection = connection_t();  // the running emission skips it
 }
 
 void signal_base_t::core_t::remove_emptied() {
-  node_t* previous = nullptr;
-  node_t* node = head;
-  while (node != nullptr) {
+  for (node_t* node = head; node != nullptr;) {
     node_t* next = node->next;
-    if (node->connection.empty())
-      unlink(node, previous);
-    else
-      previous = node;
+    if (node->connection.empty()) unlink(node);
     node = next;
   }
 }
@@ -224,6 +263,9 @@ void signal_base_t::core_t::free_nodes() {
     head = next;
   }
   tail = nullptr;
+  live = 0;
+  indexed = false;
+  by_subscriber.clear();
 }
 
 }  // namespace _internal

@@ -160,6 +160,17 @@ TEST_F(UIElementTest, InvisibleChildrenAreNeitherHitNorPaintedNorSentTheMouse) {
   EXPECT_TRUE(hidden->IsFocused());
 }
 
+TEST_F(UIElementTest, LeavesOutsideTheContextAreSkippedButSqueezedOnesStillDraw) {
+  // Docked from the left in a 100-wide root: 0-59, 60-99 and an empty one.
+  probe(m_root, k_left, wxSize(60, 10), "inside");
+  probe(m_root, k_left, wxSize(60, 10), "outside");
+  probe(m_root, k_left, wxSize(0, 10), "squeezed");
+  wxBitmap narrow(50, 100);  // paints only the left half
+  wxMemoryDC dc(narrow);
+  m_root->ProcessDraw(dc, wxRect(0, 0, 100, 100), false);
+  EXPECT_EQ(m_log, (log_t{"inside draw", "squeezed draw"}));
+}
+
 TEST_F(UIElementTest, SettingTheSameVisibilityDoesNothing) {
   probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
   int signals = 0;
@@ -268,6 +279,14 @@ TEST_F(UIElementTest, TabOrdersOfNewChildren) {
   EXPECT_EQ(moved->GetParent(), m_root.get());
   EXPECT_TRUE(other_parent->GetChildren().empty());
   EXPECT_EQ(moved->GetTabOrder(), 9);  // among 3, 7, 8 and its own 0
+
+  // The largest order falls when its holder leaves or lowers it.
+  m_root->RemoveChild(moved);
+  EXPECT_EQ(m_root->GenerateUniqueTabOrder(), 9);
+  other_parent->SetTabOrder(2);
+  EXPECT_EQ(m_root->GenerateUniqueTabOrder(), 8);
+  second->SetTabOrder(1);
+  EXPECT_EQ(m_root->GenerateUniqueTabOrder(), 4);
 }
 
 TEST_F(UIElementTest, TreeOperationsAndTheirSignals) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -164,6 +165,48 @@ TEST(Signal, DuplicateConnectionAssertsAndKeepsOne) {
   log.clear();
   signal(2);
   EXPECT_EQ(log, (call_log_t{"b:2"}));
+}
+
+// Signals with many subscribers look connections up by subscriber: the
+// same rules must hold there, during emissions too.
+TEST(Signal, LongConnectionListsKeepEveryRule) {
+  constexpr int k_count = 40;
+  call_log_t log;
+  std::vector<std::unique_ptr<listener_t>> listeners;
+  signal_t<int> signal;
+  for (int i = 0; i < k_count; ++i) {
+    listeners.push_back(std::make_unique<listener_t>(std::to_string(i), log));
+    signal.connect(listeners.back().get(), &listener_t::on_value);
+  }
+  signal.connect(listeners[3].get(), &listener_t::on_other_value);  // a second member, allowed
+  {
+    assertion_recorder recorder;
+    signal.connect(listeners[30].get(), &listener_t::on_value);
+    EXPECT_EQ(recorder.single().line, 277);
+  }
+  EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count + 1));
+
+  // While emitting, the first slot cuts a later connection and destroys a
+  // later subscriber: neither is called, and both are gone afterwards.
+  listeners[0]->set_action([&](int) {
+    signal.disconnect(listeners[10].get(), &listener_t::on_value);
+    listeners[20].reset();
+    listeners[0]->set_action(nullptr);
+  });
+  signal(1);
+  EXPECT_EQ(log.size(), static_cast<std::size_t>(k_count + 1 - 2));
+  EXPECT_EQ(std::count(log.begin(), log.end(), "10:1"), 0);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "20:1"), 0);
+  EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count + 1 - 2));
+
+  listeners[3].reset();  // both of its connections go
+  signal.disconnect(listeners[39].get(), &listener_t::on_value);
+  log.clear();
+  signal(2);
+  EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count - 4));
+  EXPECT_EQ(log.size(), static_cast<std::size_t>(k_count - 4));
+  EXPECT_EQ(log.front(), "0:2");
+  EXPECT_EQ(log.back(), "38:2");
 }
 
 TEST(Signal, DisconnectingUnknownConnectionAssertsAndChangesNothing) {

@@ -165,7 +165,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   bool IsVisibleOnScreen() const;
   bool IsFocused() const { return m_focused; }
   void SetAcceptFocus(bool accept);
-  void SetTabOrder(int order) { m_tab_order = order; }
+  void SetTabOrder(int order);
   int GetTabOrder() const { return m_tab_order; }
   int GenerateUniqueTabOrder() const;
   void Invalidate(bool layout_too);
@@ -222,6 +222,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   unsigned long GenerateUniqueBindingSlotId() const;
   std::list<element_ptr_t>::iterator FindChild(const UIElement* child);
   void MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after, const char* caller);
+  void ChildTabOrderChanged(int old_order, int new_order);
 
   wxDC* m_current_dc = nullptr;
   std::string m_test_id;
@@ -234,6 +235,11 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   bool m_focused = false;
   bool m_style_propagation = false;
   int m_tab_order = 0;
+  // The largest tab order among the children, while known: every new child
+  // asks for it, and a walk over thousands of siblings each time would make
+  // building a wide tree quadratic.
+  mutable int m_largest_child_tab_order = 0;
+  mutable bool m_largest_child_tab_order_known = false;
   margin_t m_margin;
   wxCustomTooltip* m_tooltip = nullptr;
 };

@@ -115,6 +115,7 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   struct node_t {
     connection_t connection;
     node_t* next = nullptr;
+    node_t* previous = nullptr;
   };
 
   // Takes the mutex and registers the emission. False when there is nothing
