@@ -1,6 +1,9 @@
 #include "orvix1/image_loader.h"
 
 #include <memory>
+#include <vector>
+
+#include <wx/mstream.h>
 
 #include "log.h"
 #include "orvix1/dpi.h"
@@ -30,11 +33,14 @@ T load_named(const resource_loader_t& resources, const std::string& name, const 
                       "no " << what << " named \"" << name << "\" in the resource archives");
     return T();
   }
-  const std::unique_ptr<wxFSFile> file = resources.open_file(name);
-  if (!file) return T();  // the loader has said why
+  // Read whole before decoding: the decoders seek, and seeking in a damaged
+  // zip entry crashes wx instead of failing.
+  std::vector<unsigned char> bytes;
+  if (!resources.read_file(name, bytes)) return T();  // the loader has said why
+  wxMemoryInputStream stream(bytes.data(), bytes.size());
   T value;
   const wx_log_capture_t capture;
-  if (decode(value, *file->GetStream())) return value;
+  if (decode(value, stream)) return value;
   ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger), "cannot decode the "
                                                            << what << " \"" << name << "\""
                                                            << (capture.text().empty() ? "" : ": ")

@@ -7,6 +7,7 @@
 #include <wx/filesys.h>
 #include <wx/font.h>
 #include <wx/image.h>
+#include <wx/mstream.h>
 #include <wx/xml/xml.h>
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxImageXmlHandler, wxXmlResourceHandler);
@@ -40,11 +41,18 @@ class domain_scope_t {
 
 // Reads an image through the resource's file system, so that paths relative
 // to the resource file and "#zip:" paths inside archives both resolve.
+// The file is read whole before it is decoded: the decoders seek back and
+// forth, and a damaged entry of a zip archive crashes wx's seek instead of
+// failing it.
 wxImage load_image(wxFileSystem& file_system, const wxString& path) {
-  std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ | wxFS_SEEKABLE));
-  if (!file) return wxImage();
+  std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ));
+  if (!file || file->GetStream() == nullptr) return wxImage();
+  wxMemoryOutputStream bytes;
+  bytes.Write(*file->GetStream());
+  if (file->GetStream()->GetLastError() != wxSTREAM_EOF) return wxImage();
+  wxMemoryInputStream in(bytes);
   wxImage image;
-  image.LoadFile(*file->GetStream(), wxBITMAP_TYPE_ANY);
+  image.LoadFile(in, wxBITMAP_TYPE_ANY);
   return image;
 }
 
