@@ -385,20 +385,6 @@ TEST_F(UIElementTest, TimersAndCaptureGoThroughTheRoot) {
   EXPECT_EQ(asserts[2].function, "GetRect");
 }
 
-TEST_F(UIElementTest, EnterAndLeaveHooksSignal) {
-  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
-  struct watcher_t : talvar2::subscriber_base_t {
-    log_t events;
-    void entered(element_ptr_t e) { events.push_back("enter " + e->GetTestID()); }
-    void left(element_ptr_t e) { events.push_back("leave " + e->GetTestID()); }
-  } watcher;
-  child->MouseEntered.connect(&watcher, &watcher_t::entered);
-  child->MouseLeft.connect(&watcher, &watcher_t::left);
-  child->OnMouseEnter(mouse(wxEVT_ENTER_WINDOW, 1, 1));
-  child->OnMouseLeave(mouse(wxEVT_LEAVE_WINDOW, 1, 1));
-  EXPECT_EQ(watcher.events, (log_t{"enter child", "leave child"}));
-}
-
 class plain_style_t : public orvix1::ui_style_t {};
 
 TEST_F(UIElementTest, StylesPropagateToNewChildrenAndColoursAreDropped) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "elements/adapter_fixture.h"
+#include "support/assert_texts.h"
 
 namespace {
 
@@ -13,12 +14,8 @@ using namespace orvix1::elements;
 using orvix1_test::log_t;
 using orvix1_test::recording_ptr_t;
 using orvix1_test::take_asserts;
-
-std::vector<std::string> conditions(const std::vector<orvix1_test::recorded_assert_t>& asserts) {
-  std::vector<std::string> texts;
-  for (const auto& recorded : asserts) texts.push_back(recorded.condition);
-  return texts;
-}
+using orvix1_test::taken_conditions;
+using orvix1_test::texts_t;
 
 // The widget with the toolkit's keyboard focus inside `frame`.
 GtkWidget* toolkit_focus(wxWindow* frame) {
@@ -125,13 +122,13 @@ TEST_F(ElementAdapterMouse, LosingTheCaptureCatchesUpWithoutReleasing) {
   EXPECT_FALSE(adapter->GetCaptureElement());
   EXPECT_EQ(take_log(), (log_t{"a leave", "group leave"}));
   EXPECT_EQ(adapter->GetHoveredElement(), root);
-  EXPECT_TRUE(conditions(take_asserts()).empty());
+  EXPECT_TRUE(taken_conditions().empty());
 }
 
 TEST_F(ElementAdapterMouse, ASecondCaptureIsReportedAndTheWindowIsCapturedOnce) {
   a->CaptureMouse();
   b->CaptureMouse();
-  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_mouse_capture_element == __null"}));
+  EXPECT_EQ(taken_conditions(), (texts_t{"m_mouse_capture_element == __null"}));
   EXPECT_EQ(adapter->GetCaptureElement(), b);
   b->ReleaseMouse();
   EXPECT_FALSE(holder->HasCapture());  // one release undoes it
@@ -202,8 +199,7 @@ TEST_F(ElementAdapterTimers, TicksOfOtherTimersAreLeftAlone) {
 TEST_F(ElementAdapterTimers, AnElementHoldsOneTimer) {
   fast->SetTimer(100);
   fast->SetTimer(300);
-  EXPECT_EQ(conditions(take_asserts()),
-            (std::vector<std::string>{"m_timers.find(sender) == m_timers.end()"}));
+  EXPECT_EQ(taken_conditions(), (texts_t{"m_timers.find(sender) == m_timers.end()"}));
   EXPECT_EQ(adapter->GetTimer()->GetInterval(), 300);  // the later request stands
 }
 
@@ -459,7 +455,7 @@ TEST_F(ElementAdapterLifetime, BrokenPreconditionsAreReportedWithTheirTexts) {
   {
     ElementAdapter without_holder(nullptr);
   }
-  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"holder != __null"}));
+  EXPECT_EQ(taken_conditions(), (texts_t{"holder != __null"}));
 
   element_ptr_t docked = new UIElement();
   docked->SetPositionFlags(UIElement::pfLeft | UIElement::pfVCenter);
@@ -468,18 +464,18 @@ TEST_F(ElementAdapterLifetime, BrokenPreconditionsAreReportedWithTheirTexts) {
     ElementAdapter second(holder);
     second.SetRootElement(docked);
   }
-  EXPECT_EQ(conditions(take_asserts()),
-            (std::vector<std::string>{"(element->GetPositionFlags()&(UIElement::pfVCenter|UIElement::"
+  EXPECT_EQ(taken_conditions(),
+            (texts_t{"(element->GetPositionFlags()&(UIElement::pfVCenter|UIElement::"
                                       "pfHCenter)) == (UIElement::pfVCenter|UIElement::pfHCenter)"}));
 
   adapter->SetRootElement(element_ptr_t());
   wxKeyEvent tab(wxEVT_KEY_DOWN);
   tab.m_keyCode = WXK_TAB;
   adapter->OnKeyPress(tab);
-  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_root_element != 0"}));
+  EXPECT_EQ(taken_conditions(), (texts_t{"m_root_element != 0"}));
 
   adapter->OnRequestSetTooltip(nullptr);
-  EXPECT_EQ(conditions(take_asserts()), (std::vector<std::string>{"m_holder && tip"}));
+  EXPECT_EQ(taken_conditions(), (texts_t{"m_holder && tip"}));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "orvix1/elements/OptimalLayout.h"
 #include "orvix1/elements/SpacerElement.h"
 #include "orvix1/elements/StackLayout.h"
+#include "support/assert_texts.h"
 #include "support/fake_element_host.h"
 #include "support/wx_test_environment.h"
 
@@ -19,8 +20,8 @@ namespace {
 
 using namespace orvix1::elements;
 using orvix1_test::fake_element_host_t;
-using orvix1_test::recorded_assert_t;
-using orvix1_test::take_asserts;
+using orvix1_test::taken_function_conditions;
+using orvix1_test::texts_t;
 
 constexpr int left = UIElement::pfLeft;
 constexpr int right = UIElement::pfRight;
@@ -30,14 +31,6 @@ constexpr int v_center = UIElement::pfVCenter;
 constexpr int v_expand = UIElement::pfVExpand;
 constexpr int h_center = UIElement::pfHCenter;
 constexpr int h_expand = UIElement::pfHExpand;
-
-// "function: condition" per recorded assertion, for readable comparisons.
-std::vector<std::string> describe(const std::vector<recorded_assert_t>& asserts) {
-  std::vector<std::string> texts;
-  for (const recorded_assert_t& recorded : asserts)
-    texts.push_back(recorded.function + ": " + recorded.condition);
-  return texts;
-}
 
 // A child with its own size and minimum size; `on_size_asked`, when set,
 // runs once from inside the next GetSize(), that is from inside a relayout.
@@ -72,8 +65,8 @@ using sized_ptr_t = talvar2::intrusive_pointer_t<sized_t>;
 // A root answered by a fake host, and helpers to fill and lay it out.
 class layout_fixture_t : public ::testing::Test {
  protected:
-  void SetUp() override { take_asserts(); }
-  void TearDown() override { EXPECT_EQ(describe(take_asserts()), std::vector<std::string>()); }
+  void SetUp() override { orvix1_test::take_asserts(); }
+  void TearDown() override { EXPECT_EQ(taken_function_conditions(), texts_t()); }
 
   element_ptr_t spacer(int flags, wxSize size) { return new SpacerElement(m_root, flags, size); }
   sized_ptr_t sized(int flags, wxSize size, wxSize minimum, bool resizable) {
@@ -228,8 +221,8 @@ TEST_F(LayoutCacheTest, WithoutAControlledElementTheLayoutReportsAndGivesNothing
   EXPECT_EQ(loose->GetControlledElement(), element_ptr_t());
   EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
   loose->Invalidate();
-  EXPECT_EQ(describe(take_asserts()),
-            (std::vector<std::string>{"GetControlledElement: element != __null",
+  EXPECT_EQ(taken_function_conditions(),
+            (texts_t{"GetControlledElement: element != __null",
                                       "GetControlledElement: element != __null",
                                       "GetControlledElement: element != __null"}));
   EXPECT_EQ(m_root->GetLayoutLogic()->GetControlledElement(), m_root);
@@ -294,8 +287,8 @@ TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
   sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
   child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };
   relayout();
-  EXPECT_EQ(describe(take_asserts()),
-            (std::vector<std::string>{"OnInvalidate: m_rects.size() == children.size()"}));
+  EXPECT_EQ(taken_function_conditions(),
+            (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
   EXPECT_EQ(rect_of(child), wxRect(0, 0, 10, 10));
   EXPECT_EQ(rect_of(m_root->GetChildren().back()), wxRect());
 }
@@ -308,7 +301,7 @@ TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
   // A new layout has computed nothing yet.
   use_stack(false);
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(describe(take_asserts()), (std::vector<std::string>{"GetChildRect: it != m_rects.end()"}));
+  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()"}));
   relayout();
   EXPECT_EQ(rect_of(child), wxRect(0, 0, 100, 10));
 
@@ -317,7 +310,7 @@ TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
   EXPECT_EQ(rect_of(stranger), wxRect());
   m_root->RemoveChild(child);
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(describe(take_asserts()), (std::vector<std::string>{"GetChildRect: it != m_rects.end()",
+  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()",
                                                                 "GetChildRect: it != m_rects.end()"}));
 }
 
@@ -433,104 +426,96 @@ TEST_F(StackLayoutTest, ChangingTheOrientationMarksTheLayoutDirty) {
 
 // --- optimal layout ---
 
-using OptimalLayoutTest = layout_fixture_t;
+// One child of a case: a spacer unless it has a minimum size of its own.
+struct optimal_child_t {
+  int flags;
+  wxSize size;
+  wxRect expected;
+  wxSize minimum = wxDefaultSize;
+  bool resizable = false;
+  bool visible = true;
+};
 
-TEST_F(OptimalLayoutTest, DocksToTheSidesAndFillsTheRest) {
-  m_host.m_client = wxRect(5, 7, 100, 50);
-  element_ptr_t l = spacer(left | v_expand, wxSize(10, 1));
-  element_ptr_t r = spacer(right | v_expand, wxSize(20, 1));
-  element_ptr_t t = spacer(top | h_expand, wxSize(1, 8));
-  element_ptr_t b = spacer(bottom | h_expand, wxSize(1, 6));
-  element_ptr_t c = spacer(h_expand | v_expand, wxSize(1, 1));
-  element_ptr_t hidden = spacer(left | v_expand, wxSize(30, 1));
-  hidden->SetVisible(false);
-  element_ptr_t unplaced = spacer(0, wxSize(30, 30));
-  relayout();
-  EXPECT_EQ(rect_of(l), wxRect(5, 7, 10, 50));
-  EXPECT_EQ(rect_of(t), wxRect(15, 7, 90, 8));
-  EXPECT_EQ(rect_of(b), wxRect(15, 51, 90, 6));
-  EXPECT_EQ(rect_of(r), wxRect(85, 15, 20, 36));
-  EXPECT_EQ(rect_of(c), wxRect(15, 15, 70, 36));
-  EXPECT_EQ(rect_of(hidden), wxRect(0, 0, 0, 0));
-  EXPECT_EQ(rect_of(unplaced), wxRect(0, 0, 0, 0));
-}
+struct optimal_case_t {
+  const char* rule;
+  wxRect client;
+  std::vector<optimal_child_t> children;
+};
 
-TEST_F(OptimalLayoutTest, AWidthShortageIsCoveredByShrinkingResizableChildren) {
-  sized_ptr_t a = sized(left | v_expand, wxSize(60, 1), wxSize(30, 1), true);
-  element_ptr_t b = spacer(left | v_expand, wxSize(50, 1));
-  relayout();
-  EXPECT_EQ(rect_of(a), wxRect(0, 0, 50, 50));
-  EXPECT_EQ(rect_of(b), wxRect(50, 0, 50, 50));
-}
-
-TEST_F(OptimalLayoutTest, ACoveredShortageLiftsAChildBelowItsMinimumBackToIt) {
-  sized_ptr_t a = sized(left | v_expand, wxSize(70, 1), wxSize(20, 1), true);
-  element_ptr_t b = spacer(left | v_expand, wxSize(40, 1));
-  sized_ptr_t c = sized(left | v_expand, wxSize(10, 1), wxSize(25, 1), true);
-  relayout();
-  EXPECT_EQ(rect_of(a), wxRect(0, 0, 35, 50));
-  EXPECT_EQ(rect_of(b), wxRect(35, 0, 40, 50));
-  EXPECT_EQ(rect_of(c), wxRect(75, 0, 25, 50));
-}
-
-TEST_F(OptimalLayoutTest, AHeightShortageRestartsThePassAtOnce) {
-  m_host.m_client = wxRect(0, 0, 100, 40);
-  sized_ptr_t a = sized(h_expand | top, wxSize(1, 40), wxSize(1, 10), true);
-  sized_ptr_t b = sized(left | v_center, wxSize(10, 8), wxSize(10, 8), false);
-  sized_ptr_t c = sized(left | v_center, wxSize(10, 5), wxSize(0, 0), false);
-  relayout();
-  EXPECT_EQ(rect_of(a), wxRect(0, 0, 100, 32));
-  // The centred child got nothing in the short pass and keeps asking for that.
-  EXPECT_EQ(rect_of(b), wxRect(0, 36, 10, 0));
-  // The child after it was not placed in the short pass, so it kept its height.
-  EXPECT_EQ(rect_of(c), wxRect(10, 34, 10, 5));
-}
-
-TEST_F(OptimalLayoutTest, ResizableChildrenAreLiftedWhileTheHeightIsShared) {
-  m_host.m_client = wxRect(0, 0, 100, 40);
-  sized_ptr_t a = sized(h_expand | top, wxSize(1, 40), wxSize(1, 10), true);
-  sized_ptr_t b = sized(h_expand | top, wxSize(1, 30), wxSize(1, 30), true);
-  relayout();
-  EXPECT_EQ(rect_of(a), wxRect(0, 0, 100, 10));
-  EXPECT_EQ(rect_of(b), wxRect(0, 10, 100, 30));
-}
-
-TEST_F(OptimalLayoutTest, WhenTheWidthRunsOutChildrenSpreadOverTheSumOfTheirWidths) {
-  m_host.m_client = wxRect(0, 0, 50, 20);
-  element_ptr_t s1 = spacer(left | v_center, wxSize(30, 10));
-  element_ptr_t s2 = spacer(left | v_center, wxSize(40, 10));
-  element_ptr_t s3 = spacer(left | v_center, wxSize(20, 10));
-  element_ptr_t edge = spacer(right | v_center, wxSize(10, 10));
-  element_ptr_t hidden = spacer(left | v_center, wxSize(100, 10));
-  hidden->SetVisible(false);
-  relayout();
-  EXPECT_EQ(rect_of(s1), wxRect(0, 5, 30, 10));
-  EXPECT_EQ(rect_of(s2), wxRect(30, 5, 40, 10));
-  EXPECT_EQ(rect_of(s3), wxRect(70, 5, 20, 10));
-  // The area is as wide as all sizes together, the hidden child's too.
-  EXPECT_EQ(rect_of(edge), wxRect(190, 5, 10, 10));
-  EXPECT_EQ(rect_of(hidden), wxRect(0, 0, 0, 0));
-}
-
-TEST_F(OptimalLayoutTest, AnUncoveredShortageKeepsWhatTheResizableChildrenGaveUp) {
-  m_host.m_client = wxRect(0, 0, 50, 50);
-  sized_ptr_t a = sized(left | v_expand, wxSize(40, 1), wxSize(30, 1), true);
-  element_ptr_t b = spacer(left | v_expand, wxSize(70, 1));
-  relayout();
-  EXPECT_EQ(rect_of(a), wxRect(0, 0, 30, 50));
-  EXPECT_EQ(rect_of(b), wxRect(30, 0, 70, 50));
-}
-
-TEST_F(OptimalLayoutTest, WhenTheHeightRunsOutChildrenSpreadOverTheSumOfTheirHeights) {
-  m_host.m_client = wxRect(0, 0, 40, 50);
-  element_ptr_t t1 = spacer(top | h_center, wxSize(10, 30));
-  element_ptr_t t2 = spacer(top | h_center, wxSize(10, 40));
-  element_ptr_t t3 = spacer(top | h_center, wxSize(10, 15));
-  relayout();
-  EXPECT_EQ(rect_of(t1), wxRect(15, 0, 10, 30));
-  // A top-docked child keeps the height it got before the space ran out.
-  EXPECT_EQ(rect_of(t2), wxRect(15, 30, 10, 20));
-  EXPECT_EQ(rect_of(t3), wxRect(15, 50, 10, 15));
+TEST(OptimalLayoutTest, PlacesEachCaseAsExpected) {
+  orvix1_test::take_asserts();
+  const wxRect wide(0, 0, 100, 50);
+  const optimal_case_t cases[] = {
+      {"docks to the sides and fills the rest; hidden and unplaced children get nothing",
+       wxRect(5, 7, 100, 50),
+       {{left | v_expand, wxSize(10, 1), wxRect(5, 7, 10, 50)},
+        {right | v_expand, wxSize(20, 1), wxRect(85, 15, 20, 36)},
+        {top | h_expand, wxSize(1, 8), wxRect(15, 7, 90, 8)},
+        {bottom | h_expand, wxSize(1, 6), wxRect(15, 51, 90, 6)},
+        {h_expand | v_expand, wxSize(1, 1), wxRect(15, 15, 70, 36)},
+        {left | v_expand, wxSize(30, 1), wxRect(0, 0, 0, 0), wxDefaultSize, false, false},
+        {0, wxSize(30, 30), wxRect(0, 0, 0, 0)}}},
+      {"a width shortage is covered by shrinking resizable children",
+       wide,
+       {{left | v_expand, wxSize(60, 1), wxRect(0, 0, 50, 50), wxSize(30, 1), true},
+        {left | v_expand, wxSize(50, 1), wxRect(50, 0, 50, 50)}}},
+      {"a covered shortage lifts a child below its minimum back to it",
+       wide,
+       {{left | v_expand, wxSize(70, 1), wxRect(0, 0, 35, 50), wxSize(20, 1), true},
+        {left | v_expand, wxSize(40, 1), wxRect(35, 0, 40, 50)},
+        {left | v_expand, wxSize(10, 1), wxRect(75, 0, 25, 50), wxSize(25, 1), true}}},
+      // The centred child got nothing in the short pass and keeps asking for
+      // that; the child after it was not placed in it, so it kept its height.
+      {"a height shortage restarts the pass at once",
+       wxRect(0, 0, 100, 40),
+       {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 32), wxSize(1, 10), true},
+        {left | v_center, wxSize(10, 8), wxRect(0, 36, 10, 0), wxSize(10, 8)},
+        {left | v_center, wxSize(10, 5), wxRect(10, 34, 10, 5), wxSize(0, 0)}}},
+      {"resizable children are lifted while the height is shared",
+       wxRect(0, 0, 100, 40),
+       {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 10), wxSize(1, 10), true},
+        {h_expand | top, wxSize(1, 30), wxRect(0, 10, 100, 30), wxSize(1, 30), true}}},
+      // The area is as wide as all sizes together, the hidden child's too.
+      {"when the width runs out children spread over the sum of their widths",
+       wxRect(0, 0, 50, 20),
+       {{left | v_center, wxSize(30, 10), wxRect(0, 5, 30, 10)},
+        {left | v_center, wxSize(40, 10), wxRect(30, 5, 40, 10)},
+        {left | v_center, wxSize(20, 10), wxRect(70, 5, 20, 10)},
+        {right | v_center, wxSize(10, 10), wxRect(190, 5, 10, 10)},
+        {left | v_center, wxSize(100, 10), wxRect(0, 0, 0, 0), wxDefaultSize, false, false}}},
+      {"an uncovered shortage keeps what the resizable children gave up",
+       wxRect(0, 0, 50, 50),
+       {{left | v_expand, wxSize(40, 1), wxRect(0, 0, 30, 50), wxSize(30, 1), true},
+        {left | v_expand, wxSize(70, 1), wxRect(30, 0, 70, 50)}}},
+      // A top-docked child keeps the height it got before the space ran out.
+      {"when the height runs out children spread over the sum of their heights",
+       wxRect(0, 0, 40, 50),
+       {{top | h_center, wxSize(10, 30), wxRect(15, 0, 10, 30)},
+        {top | h_center, wxSize(10, 40), wxRect(15, 30, 10, 20)},
+        {top | h_center, wxSize(10, 15), wxRect(15, 50, 10, 15)}}},
+  };
+  for (const optimal_case_t& c : cases) {
+    SCOPED_TRACE(c.rule);
+    element_ptr_t root(new UIElement());
+    fake_element_host_t host(root, c.client);
+    std::vector<element_ptr_t> children;
+    for (const optimal_child_t& child : c.children) {
+      element_ptr_t element;
+      if (child.minimum == wxDefaultSize) {
+        element = new SpacerElement(root, child.flags, child.size);
+      } else {
+        element = new sized_t(root, child.flags, child.size, child.minimum);
+        element->SetResizable(child.resizable);
+      }
+      element->SetVisible(child.visible);
+      children.push_back(element);
+    }
+    root->GetLayoutLogic()->Invalidate();
+    for (std::size_t i = 0; i < children.size(); ++i)
+      EXPECT_EQ(root->GetLayoutLogic()->GetChildRect(wxRect(), children[i]), c.children[i].expected)
+          << "child " << i;
+  }
+  EXPECT_EQ(taken_function_conditions(), texts_t());
 }
 
 // --- spacer ---
@@ -550,19 +535,6 @@ TEST_F(SpacerElementTest, KeepsItsSizeAndIsNeverResizable) {
   EXPECT_GT(m_host.holder_requests, requests);  // repainted
   relayout();
   EXPECT_EQ(rect_of(gap), wxRect(0, 0, 12, 4));
-}
-
-TEST_F(SpacerElementTest, ConstructorsJoinTheParentWithTheirFlags) {
-  talvar2::intrusive_pointer_t<SpacerElement> loose(new SpacerElement());
-  EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
-  EXPECT_EQ(loose->GetParent(), nullptr);
-
-  talvar2::intrusive_pointer_t<SpacerElement> plain(new SpacerElement(m_root));
-  EXPECT_EQ(plain->GetPositionFlags(), left | v_center);
-  EXPECT_EQ(plain->GetMinSize(), wxSize(0, 0));
-  talvar2::intrusive_pointer_t<SpacerElement> flagged(new SpacerElement(m_root, right | bottom));
-  EXPECT_EQ(flagged->GetPositionFlags(), right | bottom);
-  EXPECT_EQ(m_root->GetChildren().size(), 2u);
 }
 
 }  // namespace

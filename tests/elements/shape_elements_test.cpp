@@ -152,10 +152,6 @@ TEST_F(RectangleElementTest, ColourSettersRepaintWhileShapeSettersOnlyStore) {
   rect().SetBorderThickness(4);
   rect().SetBorderRadius(2.5);
   EXPECT_EQ(m_hosted.host.holder_requests, before);
-  EXPECT_FALSE(rect().IsBorderShown());
-  EXPECT_EQ(rect().GetBorderStyle(), RectangleElement::border_rounded);
-  EXPECT_EQ(rect().GetBorderThickness(), 4);
-  EXPECT_DOUBLE_EQ(rect().GetBorderRadius(), 2.5);
 
   rect().SetBkColor(k_green);
   rect().SetBorderColor(k_green);
