@@ -294,10 +294,6 @@ TEST(ValueLocker, LockedValueIgnoresRefreshes) {
   locker.unlock();
   EXPECT_TRUE(locker.refresh("theme again"));
   EXPECT_EQ(locker.value, "theme again");
-
-  talvar2::value_locker_t<int> number;
-  EXPECT_EQ(number.value, 0);
-  EXPECT_FALSE(number.locked);
 }
 
 }  // namespace

@@ -597,14 +597,5 @@ TEST(SchedulerLifetime, DestroyingTheSchedulerAbandonsAndReleasesItsTasks) {
   EXPECT_EQ(status->completed(), 0u);
 }
 
-TEST(SchedulerLifetime, ProcessWideSchedulerIsInstalledAndCleared) {
-  EXPECT_FALSE(get_scheduler());
-  const auto scheduler = create_default_scheduler(boost::make_shared<recording_status_t>(), nullptr, false);
-  set_scheduler(scheduler);
-  EXPECT_EQ(get_scheduler(), scheduler);
-  set_scheduler(nullptr);
-  EXPECT_FALSE(get_scheduler());
-}
-
 }  // namespace
 }  // namespace talvar2_test
