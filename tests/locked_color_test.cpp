@@ -13,9 +13,6 @@ TEST(LockedColor, LocksAndSharesTheColour) {
   EXPECT_EQ(locker.value, red);
   EXPECT_TRUE(locker.value.IsSameAs(red));  // shares the data, like wxColour assignment
 
-  EXPECT_FALSE(locker.refresh(wxColour(0, 0, 255)));  // refreshes leave it alone
-  EXPECT_EQ(locker.value, red);
-
   orvix1::set_locked_color(locker, wxColour(0, 255, 0));  // an explicit change wins
   EXPECT_TRUE(locker.locked);
   EXPECT_EQ(locker.value, wxColour(0, 255, 0));
