@@ -280,9 +280,9 @@ class exchange_t {
 
 TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
   constexpr int k_emitters = 2;
-  constexpr int k_emissions = 3000;
+  constexpr int k_emissions = 10000;
   constexpr int k_churners = 2;
-  constexpr int k_per_churner = 1500;
+  constexpr int k_per_churner = 4000;
   signal_t<int> hub;
   serial_probe_t probe;  // stays on the hub throughout
   hub.connect(&probe, &serial_probe_t::on_value);
