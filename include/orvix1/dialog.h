@@ -1,7 +1,7 @@
 #ifndef ORVIX1_DIALOG_H
 #define ORVIX1_DIALOG_H
-
-// Modal dialogs that honour the host's modal callback.
+/// @file
+/// Modal dialogs that honour the host's modal callback.
 
 #include <wx/dialog.h>
 
@@ -9,9 +9,9 @@
 
 namespace orvix1 {
 
-// Adds the host's modal hook to a dialog class: ShowModal first offers the
-// dialog to the callback, and shows it itself only when there is none or the
-// callback answers 0.
+/// Adds the host's modal hook to a dialog class: ShowModal first offers the
+/// dialog to the callback, and shows it itself only when there is none or the
+/// callback answers 0.
 template <class Base>
 class modal_flavor : public Base {
  public:

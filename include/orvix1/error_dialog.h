@@ -1,8 +1,8 @@
 #ifndef ORVIX1_ERROR_DIALOG_H
 #define ORVIX1_ERROR_DIALOG_H
-
-// The process-wide error dialog: a modeless window that collects the error
-// messages reported to the user until they close it.
+/// @file
+/// The process-wide error dialog: a modeless window that collects the error
+/// messages reported to the user until they close it.
 
 #include <string>
 
@@ -12,15 +12,15 @@
 
 namespace orvix1 {
 
-// Shows `message` in the error dialog, creating it on first use (under
-// `parent`, or without a parent) and appending to it while it is open. The
-// message is also logged at error level.
+/// Shows `message` in the error dialog, creating it on first use (under
+/// `parent`, or without a parent) and appending to it while it is open. The
+/// message is also logged at error level.
 ORVIX1_API void show_error_dlg(const std::string& message, wxWindow* parent = nullptr);
 
-// The open error dialog, or null.
+/// The open error dialog, or null.
 ORVIX1_API wxDialog* get_error_dlg();
 
-// Destroys the error dialog if it exists.
+/// Destroys the error dialog if it exists.
 ORVIX1_API void destroy_error_dlg();
 
 }  // namespace orvix1

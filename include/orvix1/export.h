@@ -1,7 +1,7 @@
 #ifndef ORVIX1_EXPORT_H
 #define ORVIX1_EXPORT_H
-
-// The library is built with hidden symbols; what carries ORVIX1_API is its ABI.
+/// @file
+/// The library is built with hidden symbols; what carries ORVIX1_API is its ABI.
 #define ORVIX1_API __attribute__((visibility("default")))
 
 #endif

@@ -8,8 +8,8 @@
 
 namespace orvix1 {
 
-// Stores `colour` in the locker (sharing its data, as wxColour assignment
-// does) and marks it locked: an explicit choice that refreshes leave alone.
+/// Stores `colour` in the locker (sharing its data, as wxColour assignment
+/// does) and marks it locked: an explicit choice that refreshes leave alone.
 ORVIX1_API void set_locked_color(talvar2::value_locker_t<wxColour>& locker, wxColour colour);
 
 }  // namespace orvix1

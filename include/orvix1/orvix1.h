@@ -1,7 +1,7 @@
 #ifndef ORVIX1_ORVIX1_H
 #define ORVIX1_ORVIX1_H
-
-// Every public header of the library, and those of talvar2.
+/// @file
+/// Every public header of the library, and those of talvar2.
 #include "orvix1/dialog.h"
 #include "orvix1/dpi.h"
 #include "orvix1/elements/BgImageElement.h"

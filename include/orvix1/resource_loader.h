@@ -1,7 +1,7 @@
 #ifndef ORVIX1_RESOURCE_LOADER_H
 #define ORVIX1_RESOURCE_LOADER_H
-
-// Named resources read from an ordered list of resource archives.
+/// @file
+/// Named resources read from an ordered list of resource archives.
 
 #include <memory>
 #include <string>
@@ -14,19 +14,19 @@
 
 namespace orvix1 {
 
-// An archive is a zip file (read through wxFileSystem "#zip:" locations, so
-// wxArchiveFSHandler must be registered, as initialize_wxwidgets does) or a
-// plain folder. Either may hold a "resources.xrc" at its root whose top-level
-// objects are named resources: colours ("wxColour"), fonts ("wxFont"),
-// images ("wxImage") and animations ("wxAnimation"), with file paths
-// relative to the archive.
-//
-// Lookups go from the archive added last to the one added first: a later
-// archive overrides the names and files of earlier ones.
-//
-// Failures are logged on the "orvix.resources" logger, one warning line for
-// each failure; a query for a name that is simply absent logs nothing here
-// (the caller decides whether absence is an error). GUI thread only.
+/// An archive is a zip file (read through wxFileSystem "#zip:" locations, so
+/// wxArchiveFSHandler must be registered, as initialize_wxwidgets does) or a
+/// plain folder. Either may hold a "resources.xrc" at its root whose top-level
+/// objects are named resources: colours ("wxColour"), fonts ("wxFont"),
+/// images ("wxImage") and animations ("wxAnimation"), with file paths
+/// relative to the archive.
+///
+/// Lookups go from the archive added last to the one added first: a later
+/// archive overrides the names and files of earlier ones.
+///
+/// Failures are logged on the "orvix.resources" logger, one warning line for
+/// each failure; a query for a name that is simply absent logs nothing here
+/// (the caller decides whether absence is an error). GUI thread only.
 class ORVIX1_API resource_loader_t {
  public:
   resource_loader_t();
@@ -34,39 +34,39 @@ class ORVIX1_API resource_loader_t {
   resource_loader_t(const resource_loader_t&) = delete;
   resource_loader_t& operator=(const resource_loader_t&) = delete;
 
-  // Adds a zip file or a folder as the newest archive. A path that is
-  // already registered is read again and becomes the newest. False, with a
-  // warning and nothing changed, for a missing path, a file that is not a
-  // zip archive, or a resources.xrc that cannot be parsed.
+  /// Adds a zip file or a folder as the newest archive. A path that is
+  /// already registered is read again and becomes the newest. False, with a
+  /// warning and nothing changed, for a missing path, a file that is not a
+  /// zip archive, or a resources.xrc that cannot be parsed.
   bool add_archive(const std::string& path);
-  // Removes an archive given by the path it was added with (relative paths
-  // are taken against the current folder, as when adding). False when it was
-  // not registered.
+  /// Removes an archive given by the path it was added with (relative paths
+  /// are taken against the current folder, as when adding). False when it was
+  /// not registered.
   bool remove_archive(const std::string& path);
   void clear();
-  // Absolute paths of the registered archives, oldest first.
+  /// Absolute paths of the registered archives, oldest first.
   std::vector<std::string> get_archives() const;
 
-  // The wxFileSystem location of a file inside the newest archive that holds
-  // it ("file:///...pack.zip#zip:icons/close.png"); empty when none does.
+  /// The wxFileSystem location of a file inside the newest archive that holds
+  /// it ("file:///...pack.zip#zip:icons/close.png"); empty when none does.
   std::string find_file(const std::string& name) const;
-  // Opens that file for reading (seekable); null when no archive holds it.
+  /// Opens that file for reading (seekable); null when no archive holds it.
   std::unique_ptr<wxFSFile> open_file(const std::string& name) const;
-  // All bytes of that file; false (and `bytes` untouched) when no archive
-  // holds it or it cannot be read.
+  /// All bytes of that file; false (and `bytes` untouched) when no archive
+  /// holds it or it cannot be read.
   bool read_file(const std::string& name, std::vector<unsigned char>& bytes) const;
 
-  // Whether some archive declares a top-level object of this name and class.
+  /// Whether some archive declares a top-level object of this name and class.
   bool has_object(const std::string& name, const std::string& class_name) const;
-  // Builds the declared object. When the newest declaration cannot be built
-  // (a warning says why) older declarations are tried; null when none
-  // exists or none can be built.
+  /// Builds the declared object. When the newest declaration cannot be built
+  /// (a warning says why) older declarations are tried; null when none
+  /// exists or none can be built.
   std::unique_ptr<wxObject> load_object(const std::string& name,
                                         const std::string& class_name) const;
 
  private:
   struct archive_t;
-  std::vector<std::unique_ptr<archive_t>> m_archives;  // oldest first
+  std::vector<std::unique_ptr<archive_t>> m_archives;  ///< oldest first
 };
 
 }  // namespace orvix1

@@ -1,8 +1,8 @@
 #ifndef ORVIX1_STYLED_H
 #define ORVIX1_STYLED_H
-
-// How a widget takes a named style: it holds the style, repaints when the
-// style changes, and tells containers whether it inherits their style.
+/// @file
+/// How a widget takes a named style: it holds the style, repaints when the
+/// style changes, and tells containers whether it inherits their style.
 
 #include "orvix1/export.h"
 #include "orvix1/ui_style.h"
@@ -10,7 +10,7 @@
 #include "talvar2/pointers/intrusive_pointer.h"
 
 namespace orvix1 {
-
+/// The interface of a widget that takes a named style.
 class ORVIX1_API IStyled {
  public:
   virtual ~IStyled();
@@ -20,19 +20,19 @@ class ORVIX1_API IStyled {
   virtual bool IsStyleInherited() const = 0;
   virtual void on_style_updated() = 0;
 };
-
+/// Holds a widget's style and calls on_style_updated() when the style changes.
 class ORVIX1_API StyledBase : public IStyled, public talvar2::_internal::subscriber_base_t {
  public:
   StyledBase() = default;
   ~StyledBase() override;
 
-  // Holding the same style again does nothing; a new one is connected and
-  // on_style_updated() runs once so that the widget redraws with it.
+  /// Holding the same style again does nothing; a new one is connected and
+  /// on_style_updated() runs once so that the widget redraws with it.
   void SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) override;
   talvar2::intrusive_pointer_t<ui_style_t> GetUiStyle() override;
   void SetStyleInherited(bool inherited) override;
   bool IsStyleInherited() const override;
-  // Widgets override this to refresh.
+  /// Widgets override this to refresh.
   void on_style_updated() override;
 
  private:

@@ -1,9 +1,9 @@
 #ifndef ORVIX1_UI_UPDATE_HELPERS_H
 #define ORVIX1_UI_UPDATE_HELPERS_H
-
-// Palette styles for plain wx windows: a font and two colours by palette
-// index, applied to a window tree by an updater that re-applies them when
-// the palette changes.
+/// @file
+/// Palette styles for plain wx windows: a font and two colours by palette
+/// index, applied to a window tree by an updater that re-applies them when
+/// the palette changes.
 
 #include <map>
 
@@ -17,19 +17,19 @@
 
 namespace orvix1 {
 
-// Palette indices; -1 leaves the property as it is.
+/// Palette indices; -1 leaves the property as it is.
 struct ORVIX1_API style_t {
-  int font = -1;        // default_fonts_t
-  int background = -1;  // default_colors_t
-  int foreground = -1;  // default_colors_t
+  int font = -1;        ///< default_fonts_t
+  int background = -1;  ///< default_colors_t
+  int foreground = -1;  ///< default_colors_t
 
   style_t() = default;
   style_t(int font_index, int background_index, int foreground_index)
       : font(font_index), background(background_index), foreground(foreground_index) {}
 
-  // The normal font on the button face.
+  /// The normal font on the button face.
   static style_t create_dialog_style();
-  // The normal font on the window background.
+  /// The normal font on the window background.
   static style_t create_inplace_style();
 
   bool operator==(const style_t& other) const {
@@ -37,26 +37,26 @@ struct ORVIX1_API style_t {
   }
 };
 
-// Applies `style` from `settings` to one window.
+/// Applies `style` from `settings` to one window.
 ORVIX1_API void set_font_and_colors(wxWindow* wnd, const style_t& style,
                                     const ui_settings_t& settings);
-
+/// Applies a palette style to a window tree and again whenever the palette changes.
 class ORVIX1_API style_updater_t : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
  public:
-  // An empty updater: create() gives it a window tree.
+  /// An empty updater: create() gives it a window tree.
   style_updater_t();
-  // Styles `root` and its children down to `depth` levels (-1: all) at once,
-  // and again whenever the palette changes.
+  /// Styles `root` and its children down to `depth` levels (-1: all) at once,
+  /// and again whenever the palette changes.
   style_updater_t(wxWindow* root, const style_t& style, int depth);
   ~style_updater_t() override;
   style_updater_t(const style_updater_t&) = delete;
   style_updater_t& operator=(const style_updater_t&) = delete;
 
-  // Drops the exceptions and stores the three values; applies nothing.
+  /// Drops the exceptions and stores the three values; applies nothing.
   void create(wxWindow* root, const style_t& style, int depth);
 
-  // An exception: `window` gets its own style, at any depth. Applied at the
-  // next propagation; a destroyed window drops out by itself.
+  /// An exception: `window` gets its own style, at any depth. Applied at the
+  /// next propagation; a destroyed window drops out by itself.
   void add(wxWindow* window, style_t style);
   bool is_wnd_registred(wxWindow* window) const;
   void disconnect_child(wxWindow* window);

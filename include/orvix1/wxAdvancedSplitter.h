@@ -1,15 +1,15 @@
 #ifndef ORVIX1_WXADVANCEDSPLITTER_H
 #define ORVIX1_WXADVANCEDSPLITTER_H
-
-// A window split in two panes by a sash the user drags. A button on the
-// sash (or a click anywhere on the sash of a collapsed pane, or a
-// double-click on the sash) collapses and restores one pane with a short
-// animation. The sash keeps its relative position when the window is
-// resized, can follow another splitter's sash, and its state can be saved
-// to a string and restored.
-//
-// The panes are the splitter's children: a pane given with another parent
-// is moved into the splitter.
+/// @file
+/// A window split in two panes by a sash the user drags. A button on the
+/// sash (or a click anywhere on the sash of a collapsed pane, or a
+/// double-click on the sash) collapses and restores one pane with a short
+/// animation. The sash keeps its relative position when the window is
+/// resized, can follow another splitter's sash, and its state can be saved
+/// to a string and restored.
+///
+/// The panes are the splitter's children: a pane given with another parent
+/// is moved into the splitter.
 
 #include <string>
 
@@ -22,31 +22,31 @@
 #include "talvar2/pointers/smart_pointer.h"
 
 namespace orvix1 {
-
+/// A window split in two panes by a sash with a collapse button.
 class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal::subscriber_base_t {
  public:
   using element_ptr_t = talvar2::smart_pointer_t<wxSplitterElement>;
 
-  // What a resize of the splitter does to the sash.
+  /// What a resize of the splitter does to the sash.
   enum ResisingMode {
-    rmProportional = 0,  // keeps the relative position (the default)
-    rmKeepFirst = 1,     // the first pane keeps its size
-    rmKeepSecond = 2     // the second pane keeps its size
+    rmProportional = 0,  ///< keeps the relative position (the default)
+    rmKeepFirst = 1,     ///< the first pane keeps its size
+    rmKeepSecond = 2     ///< the second pane keeps its size
   };
-  // The pane the collapse button closes.
+  /// The pane the collapse button closes.
   enum PaneToClose { ptcSecond = 0, ptcFirst = 1 };
 
-  // The collapse animation: a tick every AnimationInterval ms. Closing
-  // accelerates from one pixel per tick, the speed multiplied by
-  // AccelerationFactor each tick; opening starts at distance /
-  // AccelerationFactor and decelerates by the same factor, never below one
-  // pixel per tick. With the factor 2 both take about a tenth of a second
-  // across a few hundred pixels. A closed pane's sash sits at the edge; an
-  // opened one returns to its relative position.
+  /// The collapse animation: a tick every AnimationInterval ms. Closing
+  /// accelerates from one pixel per tick, the speed multiplied by
+  /// AccelerationFactor each tick; opening starts at distance /
+  /// AccelerationFactor and decelerates by the same factor, never below one
+  /// pixel per tick. With the factor 2 both take about a tenth of a second
+  /// across a few hundred pixels. A closed pane's sash sits at the edge; an
+  /// opened one returns to its relative position.
   static const int AnimationInterval = 10;
   static constexpr float DefaultAccelerationFactor = 2.0f;
-  // A pane dragged smaller than this (before DPI scaling) closes on release
-  // when autoclosing is on.
+  /// A pane dragged smaller than this (before DPI scaling) closes on release
+  /// when autoclosing is on.
   static const int AutocloseExtent = 40;
 
   wxAdvancedSplitter();
@@ -59,8 +59,8 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
               const wxSize& size = wxDefaultSize, long style = 0,
               const wxString& name = wxASCII_STR("advancedSplitter"));
 
-  // Panes side by side (vertical sash) or stacked (horizontal sash), the
-  // sash at the relative position. False, changing nothing, for a null pane.
+  /// Panes side by side (vertical sash) or stacked (horizontal sash), the
+  /// sash at the relative position. False, changing nothing, for a null pane.
   bool SplitVertically(wxWindow* panel1, wxWindow* panel2);
   bool SplitHorizontally(wxWindow* panel1, wxWindow* panel2);
   void SetPanel1(wxWindow* panel);
@@ -70,19 +70,19 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   element_ptr_t GetSplitterElement() const { return m_element; }
   bool IsHorizontalMode() const { return m_horizontal; }
 
-  // Places the panes around the sash.
+  /// Places the panes around the sash.
   void CalcLayout();
   bool Layout() override;
   void RemoveChild(wxWindowBase* child) override;
   void CenterSash();
-  // Clamped to [0, 1]; ignored while the pane is closed.
+  /// Clamped to [0, 1]; ignored while the pane is closed.
   void SetRelativeSashPosition(float relative);
   float GetRelativeSashPosition() const { return m_relative_position; }
 
-  // Opens (true) or closes (false) the pane chosen by SetPaneToClose,
-  // animated when the animation is on.
+  /// Opens (true) or closes (false) the pane chosen by SetPaneToClose,
+  /// animated when the animation is on.
   void ChangePaneState(bool open);
-  // True once the closing pane has finished closing, until it has reopened.
+  /// True once the closing pane has finished closing, until it has reopened.
   bool IsSecondPaneClosed() const { return m_second_pane_closed; }
   bool IsAnimating() const { return m_timer.IsRunning(); }
   bool IsModifiedByUser() const { return m_modified_by_user; }
@@ -94,9 +94,9 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   float GetAccelerationFactor() const { return m_acceleration; }
   void EnableAutoclosing(bool enable) { m_autoclosing = enable; }
   bool IsAutoclosingEnabled() const { return m_autoclosing; }
-  // A disabled button is drawn greyed, and no click on the sash toggles the
-  // pane (dragging still works). A hidden button is not drawn; a closed
-  // pane still reopens from a click on its sash.
+  /// A disabled button is drawn greyed, and no click on the sash toggles the
+  /// pane (dragging still works). A hidden button is not drawn; a closed
+  /// pane still reopens from a click on its sash.
   void EnableCloseButton(bool enable);
   void ShowCloseButton(bool show);
   void SetResizingMode(ResisingMode mode) { m_resizing_mode = mode; }
@@ -104,15 +104,15 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   void SetPaneToClose(PaneToClose pane);
   PaneToClose GetPaneToClose() const { return m_pane_to_close; }
 
-  // Makes this sash follow `other`'s position and hover state; a null
-  // pointer ends the link. False for this splitter's own element.
+  /// Makes this sash follow `other`'s position and hover state; a null
+  /// pointer ends the link. False for this splitter's own element.
   bool SynchronizeWith(element_ptr_t other);
-  // Points the button's arrow the way the next click moves the sash.
+  /// Points the button's arrow the way the next click moves the sash.
   void UpdateButtonDirection();
 
-  // "position=0.2500;closed=0": the relative position and whether the pane
-  // is closed. RestoreState applies it without animation; text it cannot
-  // read changes nothing and gives false.
+  /// "position=0.2500;closed=0": the relative position and whether the pane
+  /// is closed. RestoreState applies it without animation; text it cannot
+  /// read changes nothing and gives false.
   std::string SaveState() const;
   bool RestoreState(const std::string& state);
 
@@ -136,7 +136,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   int Extent() const;
   int OpenPosition() const;
   int ClosedPosition() const;
-  // The closing pane's extent with the sash at `position`.
+  /// The closing pane's extent with the sash at `position`.
   int PanelExtentAt(int position) const;
   int MinimumPanelExtent() const;
   bool ClosingOrClosed() const;
@@ -163,7 +163,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   element_ptr_t m_linked;
   bool m_horizontal = false;
   bool m_second_pane_closed = false;
-  bool m_closing = false;  // the direction of a running or last animation
+  bool m_closing = false;  ///< the direction of a running or last animation
   bool m_modified_by_user = false;
   bool m_animation_enabled = true;
   bool m_autoclosing = false;
@@ -176,7 +176,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal
   bool m_down_toggled = false;
   wxPoint m_last_point;
   int m_last_extent = 0;
-  int m_closing_panel_extent = 0;  // what the closing pane keeps while it slides out
+  int m_closing_panel_extent = 0;  ///< what the closing pane keeps while it slides out
   wxTimer m_timer;
   float m_speed = 0;
   float m_acceleration = DefaultAccelerationFactor;

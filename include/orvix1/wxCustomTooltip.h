@@ -1,10 +1,10 @@
 #ifndef ORVIX1_WXCUSTOMTOOLTIP_H
 #define ORVIX1_WXCUSTOMTOOLTIP_H
-
-// An owner-drawn tooltip for any window: a text in a borderless popup that
-// appears after the pointer rests on its target, sits beside the pointer
-// inside the work area of the monitor under it, hides after a time or when
-// the pointer leaves, and passes input that lands on it to its target.
+/// @file
+/// An owner-drawn tooltip for any window: a text in a borderless popup that
+/// appears after the pointer rests on its target, sits beside the pointer
+/// inside the work area of the monitor under it, hides after a time or when
+/// the pointer leaves, and passes input that lands on it to its target.
 
 #include <map>
 #include <string>
@@ -23,12 +23,12 @@ class ElementAdapter;
 class RectangleElement;
 class TextElement;
 }  // namespace elements
-
+/// An owner-drawn tooltip for any window.
 class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::_internal::subscriber_base_t {
  public:
   using tooltip_signal_t = talvar2::_internal::signal_t<wxCustomTooltip*>;
 
-  // Space around the text: left, top, right, bottom.
+  /// Space around the text: left, top, right, bottom.
   static const elements::margin_t DefaultMargin;
   static const int show_timer_id = 1;
   static const int hide_timer_id = 2;
@@ -36,34 +36,34 @@ class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::_intern
   wxCustomTooltip();
   ~wxCustomTooltip() override;
 
-  // One tooltip per target window.
+  /// One tooltip per target window.
   void Attach(wxWindow* target);
   void Detach(wxWindow* target);
   wxWindow* GetTarget() const { return m_owner; }
   static wxCustomTooltip* GetAssociatedTooltip(wxWindow* target);
   static bool IsTooltipsMapEmpty();
-  // Emitted by every tooltip that is being destroyed.
+  /// Emitted by every tooltip that is being destroyed.
   static tooltip_signal_t& GetDestroyedSignal();
 
-  // An empty text hides the tooltip and keeps it from showing.
+  /// An empty text hides the tooltip and keeps it from showing.
   void SetText(const std::string& text);
   std::string GetText() const;
   void SetMargin(const elements::margin_t& margin);
 
-  // Milliseconds; -1 takes the delay from the palette.
+  /// Milliseconds; -1 takes the delay from the palette.
   void SetShowDelay(int milliseconds) { m_show_delay = milliseconds; }
   int GetShowDelay() const { return m_show_delay; }
   void SetHideDelay(int milliseconds) { m_hide_delay = milliseconds; }
   int GetHideDelay() const { return m_hide_delay; }
-  // Pixels from the pointer; the palette gives the default.
+  /// Pixels from the pointer; the palette gives the default.
   void SetPositionOffset(const wxPoint& offset);
   const wxPoint& GetPositionOffset() const { return m_offset; }
-  // A screen position that stands in for the pointer's when the tooltip is
-  // placed; ResetCustomPosition goes back to the pointer.
+  /// A screen position that stands in for the pointer's when the tooltip is
+  /// placed; ResetCustomPosition goes back to the pointer.
   void SetCustomPosition(const wxPoint& position) { m_custom_position = position; }
   void ResetCustomPosition() { m_custom_position = wxPoint(0, 0); }
 
-  // Shows at once for the current target, or for `target`.
+  /// Shows at once for the current target, or for `target`.
   void Popup();
   void Popup(wxWindow* target);
   void DoShowTooltip();
@@ -80,14 +80,14 @@ class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::_intern
   bool IsFirstShow() const { return m_first_show; }
 
  protected:
-  // The pointer's screen position; tests replace it.
+  /// The pointer's screen position; tests replace it.
   virtual wxPoint GetMouseScreenPosition() const;
-  // The work area of the monitor under `pointer` (of the first monitor when
-  // no monitor has it); tests replace it.
+  /// The work area of the monitor under `pointer` (of the first monitor when
+  /// no monitor has it); tests replace it.
   virtual wxRect GetWorkArea(const wxPoint& pointer) const;
 
  private:
-  // Where the tooltip is placed from: the custom position, else the pointer.
+  /// Where the tooltip is placed from: the custom position, else the pointer.
   wxPoint GetPlacementOrigin() const;
 
   void OnTimer(wxTimerEvent& event);

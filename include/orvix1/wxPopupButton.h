@@ -1,9 +1,9 @@
 #ifndef ORVIX1_WXPOPUPBUTTON_H
 #define ORVIX1_WXPOPUPBUTTON_H
-
-// A small drop-down button that opens a popup below itself. In its active
-// state it stands out and shows a count beside its arrow (the tab pane
-// shows how many tabs are hidden).
+/// @file
+/// A small drop-down button that opens a popup below itself. In its active
+/// state it stands out and shows a count beside its arrow (the tab pane
+/// shows how many tabs are hidden).
 
 #include <wx/control.h>
 
@@ -11,7 +11,7 @@
 #include "orvix1/wxPopupWnd.h"
 
 namespace orvix1 {
-
+/// A small drop-down button that opens a popup below itself.
 class ORVIX1_API wxPopupButton : public wxControl {
  public:
   wxPopupButton();
@@ -20,10 +20,10 @@ class ORVIX1_API wxPopupButton : public wxControl {
   bool Create(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
               const wxSize& size = wxDefaultSize, long style = 0);
 
-  // The popup becomes the button's: it is destroyed with it. Null removes it.
+  /// The popup becomes the button's: it is destroyed with it. Null removes it.
   void SetPopup(wxPopupWnd* popup);
   wxPopupWnd* GetPopup() const { return m_popup; }
-  // Opens the popup below the button, as a click does.
+  /// Opens the popup below the button, as a click does.
   void OpenPopup();
 
   void SetActive(bool active, int count = 0);

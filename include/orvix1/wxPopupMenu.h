@@ -1,9 +1,9 @@
 #ifndef ORVIX1_WXPOPUPMENU_H
 #define ORVIX1_WXPOPUPMENU_H
-
-// An owner-drawn popup menu: rows with an optional image, separators, and
-// rows that carry a close cross of their own. Rows are counted without the
-// separators.
+/// @file
+/// An owner-drawn popup menu: rows with an optional image, separators, and
+/// rows that carry a close cross of their own. Rows are counted without the
+/// separators.
 
 #include <vector>
 
@@ -15,14 +15,14 @@
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
-
+/// An owner-drawn popup menu with images, separators and closable rows.
 class ORVIX1_API wxPopupMenu : public wxPopupWnd {
  public:
   using row_signal_t = talvar2::_internal::signal_t<int>;
 
   explicit wxPopupMenu(wxWindow* parent);
 
-  // The new row's index.
+  /// The new row's index.
   int Append(const wxString& text, const wxBitmap& bitmap = wxNullBitmap, bool closable = false,
              bool disabled = false);
   void AppendSeparator();
@@ -31,21 +31,21 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd {
   wxString GetRowText(int row) const;
   bool HasContent() const override { return m_row_count > 0; }
 
-  // The row under a client position and whether the position is on its
-  // close cross; -1 for none.
+  /// The row under a client position and whether the position is on its
+  /// close cross; -1 for none.
   int HitTest(const wxPoint& position, bool* on_cross = nullptr) const;
   wxRect GetRowRect(int row) const;
   wxRect GetCrossRect(int row) const;
   int GetHotRow() const { return m_hot_row; }
   void SetHotRow(int row);
 
-  // A row was chosen: the menu has closed.
+  /// A row was chosen: the menu has closed.
   row_signal_t& chosen() { return m_chosen; }
-  // A row's close cross was clicked, or Delete pressed on it; the menu
-  // stays open and its owner refills it.
+  /// A row's close cross was clicked, or Delete pressed on it; the menu
+  /// stays open and its owner refills it.
   row_signal_t& delete_requested() { return m_delete_requested; }
 
-  // Chooses a row as a click would; false for a row out of range or disabled.
+  /// Chooses a row as a click would; false for a row out of range or disabled.
   bool Choose(int row);
   bool RequestDelete(int row);
 
@@ -76,7 +76,7 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd {
   int m_row_count = 0;
   int m_hot_row = -1;
   bool m_hot_cross = false;
-  wxBitmap m_cross[2];  // normal, hovered
+  wxBitmap m_cross[2];  ///< normal, hovered
   row_signal_t m_chosen;
   row_signal_t m_delete_requested;
 

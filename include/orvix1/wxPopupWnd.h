@@ -1,8 +1,8 @@
 #ifndef ORVIX1_WXPOPUPWND_H
 #define ORVIX1_WXPOPUPWND_H
-
-// Popup windows that open beside an anchor window (a drop-down button) and
-// close when the user clicks elsewhere or presses Escape.
+/// @file
+/// Popup windows that open beside an anchor window (a drop-down button) and
+/// close when the user clicks elsewhere or presses Escape.
 
 #include <wx/popupwin.h>
 
@@ -11,20 +11,20 @@
 
 namespace orvix1 {
 
-// What an opener needs of a popup.
+/// What an opener needs of a popup.
 class ORVIX1_API IPopup {
  public:
   using popup_signal_t = talvar2::_internal::signal_t<IPopup*>;
 
   virtual ~IPopup();
 
-  // Raises before_popup() (the owner fills the content), then shows the
-  // popup below `anchor`, or above it when there is no room below. Nothing
-  // is shown when the content is empty after before_popup().
+  /// Raises before_popup() (the owner fills the content), then shows the
+  /// popup below `anchor`, or above it when there is no room below. Nothing
+  /// is shown when the content is empty after before_popup().
   virtual void PopupAt(wxWindow* anchor) = 0;
   virtual void ClosePopup() = 0;
   virtual bool IsPoppedUp() const = 0;
-  // False when there is nothing to show.
+  /// False when there is nothing to show.
   virtual bool HasContent() const = 0;
 
   popup_signal_t& before_popup() { return m_before_popup; }
@@ -34,7 +34,7 @@ class ORVIX1_API IPopup {
   popup_signal_t m_before_popup;
   popup_signal_t m_closed;
 };
-
+/// A popup window that opens beside an anchor window and closes on a click elsewhere.
 class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
  public:
   explicit wxPopupWnd(wxWindow* parent);
@@ -45,8 +45,8 @@ class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
   bool HasContent() const override { return true; }
 
   wxWindow* GetAnchor() const { return m_anchor; }
-  // True once after a click on the anchor closed the popup: the anchor must
-  // not open it again with the same click.
+  /// True once after a click on the anchor closed the popup: the anchor must
+  /// not open it again with the same click.
   bool TakeAnchorClick();
 
  protected:

@@ -1,12 +1,12 @@
 #ifndef ORVIX1_WXSTATICPICTURE_H
 #define ORVIX1_WXSTATICPICTURE_H
-
-// A picture and the small control that shows it.
-//
-// static_picture_t is the picture as a value: a bitmap with its mask, cheap
-// to copy (wx bitmaps share their data). Windowless holders such as
-// elements keep one; wxStaticPicture is the window that shows one and hands
-// it out again, so a picture moves between the two without conversion.
+/// @file
+/// A picture and the small control that shows it.
+///
+/// static_picture_t is the picture as a value: a bitmap with its mask, cheap
+/// to copy (wx bitmaps share their data). Windowless holders such as
+/// elements keep one; wxStaticPicture is the window that shows one and hands
+/// it out again, so a picture moves between the two without conversion.
 
 #include <wx/bitmap.h>
 #include <wx/control.h>
@@ -15,27 +15,27 @@
 #include "orvix1/export.h"
 
 namespace orvix1 {
-
+/// A picture as a value: a bitmap with its mask, cheap to copy.
 class ORVIX1_API static_picture_t {
  public:
   static_picture_t() = default;
   explicit static_picture_t(const wxBitmap& bitmap);
-  // The image's mask colour, if it has one, becomes the bitmap's mask.
+  /// The image's mask colour, if it has one, becomes the bitmap's mask.
   explicit static_picture_t(const wxImage& image);
 
   void SetBitmap(const wxBitmap& bitmap);
   void SetImage(const wxImage& image);
 
   bool IsOk() const { return m_bitmap.IsOk(); }
-  // (0, 0) for an empty picture.
+  /// (0, 0) for an empty picture.
   wxSize GetSize() const;
 
-  // The bitmap, with its mask when `with_mask` is true; otherwise a bitmap
-  // of the same pixels without a mask (the picture itself keeps its mask).
-  // An invalid bitmap for an empty picture.
+  /// The bitmap, with its mask when `with_mask` is true; otherwise a bitmap
+  /// of the same pixels without a mask (the picture itself keeps its mask).
+  /// An invalid bitmap for an empty picture.
   wxBitmap getBitmap(bool with_mask) const;
-  // The image as it was set; a picture set from a bitmap gives the bitmap
-  // converted. An invalid image for an empty picture.
+  /// The image as it was set; a picture set from a bitmap gives the bitmap
+  /// converted. An invalid image for an empty picture.
   wxImage GetImage() const;
 
  private:
@@ -43,11 +43,11 @@ class ORVIX1_API static_picture_t {
   wxImage m_image;
 };
 
-// Shows a picture at its own size, by default in the top-left corner; the
-// styles wxALIGN_CENTRE_HORIZONTAL or wxALIGN_RIGHT and
-// wxALIGN_CENTRE_VERTICAL or wxALIGN_BOTTOM place it otherwise. The rest of
-// the window is filled with its background colour; the picture's mask lets
-// that colour show through. Its best size is the picture's size.
+/// Shows a picture at its own size, by default in the top-left corner; the
+/// styles wxALIGN_CENTRE_HORIZONTAL or wxALIGN_RIGHT and
+/// wxALIGN_CENTRE_VERTICAL or wxALIGN_BOTTOM place it otherwise. The rest of
+/// the window is filled with its background colour; the picture's mask lets
+/// that colour show through. Its best size is the picture's size.
 class ORVIX1_API wxStaticPicture : public wxControl {
  public:
   wxStaticPicture();
@@ -59,7 +59,7 @@ class ORVIX1_API wxStaticPicture : public wxControl {
               const wxPoint& position = wxDefaultPosition, const wxSize& size = wxDefaultSize,
               long style = 0, const wxString& name = wxASCII_STR("staticPicture"));
 
-  // Each setter repaints and lets sizers ask for the new best size.
+  /// Each setter repaints and lets sizers ask for the new best size.
   void SetPicture(const static_picture_t& picture);
   void SetBitmap(const wxBitmap& bitmap);
   void SetImage(const wxImage& image);
@@ -68,9 +68,9 @@ class ORVIX1_API wxStaticPicture : public wxControl {
   wxBitmap getBitmap(bool with_mask) const { return m_picture.getBitmap(with_mask); }
   wxImage GetImage() const { return m_picture.GetImage(); }
 
-  // Where the picture's top-left corner lands for the current client size.
+  /// Where the picture's top-left corner lands for the current client size.
   wxPoint GetPicturePosition() const;
-  // Paints the background and the picture on `dc`, as the window does.
+  /// Paints the background and the picture on `dc`, as the window does.
   void DrawPicture(wxDC& dc) const;
 
   bool AcceptsFocus() const override { return false; }

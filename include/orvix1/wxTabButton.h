@@ -1,11 +1,11 @@
 #ifndef ORVIX1_WXTABBUTTON_H
 #define ORVIX1_WXTABBUTTON_H
-
-// The owner-drawn button that stands for one tab: an optional image or
-// animation, a caption shortened to the width it gets, an optional close
-// cross, or a native check box in checkbox style. It reports clicks, close
-// requests and size changes through signals carrying its id, which its
-// owner sets to the tab's index.
+/// @file
+/// The owner-drawn button that stands for one tab: an optional image or
+/// animation, a caption shortened to the width it gets, an optional close
+/// cross, or a native check box in checkbox style. It reports clicks, close
+/// requests and size changes through signals carrying its id, which its
+/// owner sets to the tab's index.
 
 #include <memory>
 #include <string>
@@ -25,49 +25,49 @@ namespace orvix1 {
 
 class wxCustomTooltip;
 
-// Strictly inside: a point on any edge of `rect` is outside.
+/// Strictly inside: a point on any edge of `rect` is outside.
 ORVIX1_API bool PointInRect(int x, int y, const wxRect& rect);
-
+/// The owner-drawn button that stands for one tab.
 class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
  public:
-  // Colour roles; the comment names the style key each default comes from.
+  /// Colour roles; the comment names the style key each default comes from.
   enum color_type_t {
-    bg_normal = 1,         // "clBtnBgNormal"
-    bg_hover = 2,          // "clBtnBgHover"
-    bg_pressed = 3,        // "clBtnBgPressed" (also selected)
-    bg_disabled = 4,       // "clBtnBgDisabled"
-    border_normal = 5,     // "clBorderNormal"
-    border_hover = 6,      // "clBorderHover"
-    border_pressed = 7,    // "clBorderPressed"
-    border_disabled = 8,   // "clBorderDisabled"
-    text_normal = 9,       // "clTextNormal"
-    text_pressed = 10,     // "clTextPressed"
-    text_disabled = 11,    // "clTextDisabled"
-    panel_bg = 12,         // "clBg": what lies behind the button
+    bg_normal = 1,         ///< "clBtnBgNormal"
+    bg_hover = 2,          ///< "clBtnBgHover"
+    bg_pressed = 3,        ///< "clBtnBgPressed" (also selected)
+    bg_disabled = 4,       ///< "clBtnBgDisabled"
+    border_normal = 5,     ///< "clBorderNormal"
+    border_hover = 6,      ///< "clBorderHover"
+    border_pressed = 7,    ///< "clBorderPressed"
+    border_disabled = 8,   ///< "clBorderDisabled"
+    text_normal = 9,       ///< "clTextNormal"
+    text_pressed = 10,     ///< "clTextPressed"
+    text_disabled = 11,    ///< "clTextDisabled"
+    panel_bg = 12,         ///< "clBg": what lies behind the button
     color_types_end = 13
   };
 
-  // The bits of GetState()/SetState().
+  /// The bits of GetState()/SetState().
   enum state_t { state_hovered = 1, state_pressed = 2, state_selected = 4, state_disabled = 8 };
 
-  // SetStyle() bits.
+  /// SetStyle() bits.
   enum style_bits_t {
-    style_centre_label = 1,  // the caption is centred rather than left-aligned
-    style_no_border = 2      // no border at all, whatever SetBorders says
+    style_centre_label = 1,  ///< the caption is centred rather than left-aligned
+    style_no_border = 2      ///< no border at all, whatever SetBorders says
   };
 
   using id_signal_t = talvar2::_internal::signal_t<int>;
   using resized_signal_t = talvar2::_internal::signal_t<>;
 
-  // The style every tab button takes unless given another: the palette's
-  // button, border and text colours and the bold normal font.
+  /// The style every tab button takes unless given another: the palette's
+  /// button, border and text colours and the bold normal font.
   class ORVIX1_API default_style_t : public ui_style_t {
    public:
     default_style_t();
     void set_style_info() override;
   };
 
-  // The style of buttons on a navigation tape: flat, on the strip colours.
+  /// The style of buttons on a navigation tape: flat, on the strip colours.
   class ORVIX1_API navtape_sys_style_t : public ui_style_t {
    public:
     navtape_sys_style_t();
@@ -107,13 +107,13 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   bool IsCrossHovered() const { return m_cross_hovered; }
   void SetDisabled(bool disabled);
   bool GetDisabled() const { return m_disabled; }
-  // True once the window is on its way out; checked after raising a signal.
+  /// True once the window is on its way out; checked after raising a signal.
   bool IsDestroyed() const { return IsBeingDeleted(); }
 
   // --- content ---
   void SetLabel(const wxString& label) override;
   wxString GetLabel() const override { return m_caption; }
-  // What is drawn for the current width: the caption, or its shortened form.
+  /// What is drawn for the current width: the caption, or its shortened form.
   const wxString& GetShownText() const { return m_shown_text; }
   void SetBitmap(const wxBitmap& bitmap);
   void SetPicture(const picture_t& picture);
@@ -122,7 +122,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   void SetBackgroundImage(const wxImage& image);
   const wxImage& GetBackgroundImage() const { return m_background_image; }
 
-  // An animation takes the place of the image; an invalid one removes it.
+  /// An animation takes the place of the image; an invalid one removes it.
   void SetAnimation(const wxAnimation& animation);
   wxAnimation GetAnimation() const;
   wxAnimationCtrl* GetAnimationCtrl() const { return m_animation_ctrl; }
@@ -131,7 +131,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   void Stop();
   bool IsPlaying() const;
 
-  // A text shown in the library's tooltip; "" removes the tooltip.
+  /// A text shown in the library's tooltip; "" removes the tooltip.
   void SetTooltipText(const std::string& text);
   std::string GetTooltipText() const;
   wxCustomTooltip* GetCustomTooltip() const { return m_tooltip; }
@@ -147,8 +147,8 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   void* GetUserData() const { return m_user_data; }
   void SetStyle(int style);
   int GetStyle() const { return m_style; }
-  // The sides the border is drawn on: wxLEFT, wxRIGHT, wxTOP, wxBOTTOM
-  // combined, or wxALL.
+  /// The sides the border is drawn on: wxLEFT, wxRIGHT, wxTOP, wxBOTTOM
+  /// combined, or wxALL.
   void SetBorders(wxDirection sides);
   int GetBorders() const { return m_borders; }
 
@@ -164,14 +164,14 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   wxColour GetTextColor() const { return GetColor(text_normal); }
   void SetHighlightColor(const wxColour& colour) { SetColor(bg_hover, colour); }
   wxColour GetHighlightColor() const { return GetColor(bg_hover); }
-  // Halfway between `a` and `b`: the hover colour when a style has none.
+  /// Halfway between `a` and `b`: the hover colour when a style has none.
   static wxColour CalculateHighlightColor(const wxColour& a, const wxColour& b);
-  // The style key a role's default is read from.
+  /// The style key a role's default is read from.
   static const char* GetColorKey(color_type_t type);
 
-  // Replaces the font without telling the owner.
+  /// Replaces the font without telling the owner.
   void ChangeFont(const wxFont& font);
-  // Replaces the font, then raises resized().
+  /// Replaces the font, then raises resized().
   bool SetFont(const wxFont& font) override;
 
   void SetDefaultUISettings();
@@ -189,7 +189,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   static void DrawTwoColoredRect(wxDC& dc, const wxRect& rect, const wxPen& top_left,
                                  const wxPen& bottom_right);
   void DrawCross(wxDC& dc, const wxRect& rect) const;
-  // Paints the whole button for its current state, as the window does.
+  /// Paints the whole button for its current state, as the window does.
   void DrawButton(wxDC& dc);
 
   bool AcceptsFocus() const override { return false; }
@@ -227,13 +227,13 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
 
   wxString m_caption;
   wxString m_shown_text;
-  wxSize m_shown_text_size;  // the client size m_shown_text was made for
+  wxSize m_shown_text_size;  ///< the client size m_shown_text was made for
   mutable wxSize m_size_cache = wxDefaultSize;
   wxBitmap m_bitmap;
   mutable wxBitmap m_grey_bitmap;
   wxImage m_background_image;
   wxAnimationCtrl* m_animation_ctrl = nullptr;
-  wxBitmap m_cross_images[3];  // normal, hovered, pressed
+  wxBitmap m_cross_images[3];  ///< normal, hovered, pressed
   color_slot_t m_colors[color_types_end];
 
   bool m_hovered = false;
@@ -251,7 +251,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   int m_style = 0;
   int m_borders = wxALL;
   wxCustomTooltip* m_tooltip = nullptr;
-  // Cleared by the destructor: a signal handler may delete the button.
+  /// Cleared by the destructor: a signal handler may delete the button.
   std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 
   id_signal_t m_clicked;

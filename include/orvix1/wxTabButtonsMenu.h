@@ -1,8 +1,8 @@
 #ifndef ORVIX1_WXTABBUTTONSMENU_H
 #define ORVIX1_WXTABBUTTONSMENU_H
-
-// The overflow menu of a tab pane: one row per hidden tab, with the tab's
-// image and caption, and the tab's close cross when it can be closed.
+/// @file
+/// The overflow menu of a tab pane: one row per hidden tab, with the tab's
+/// image and caption, and the tab's close cross when it can be closed.
 
 #include <vector>
 
@@ -12,15 +12,15 @@
 namespace orvix1 {
 
 class wxTabButton;
-
+/// The overflow menu of a tab pane: one row per hidden tab.
 class ORVIX1_API wxTabButtonsMenu : public wxPopupMenu {
  public:
   explicit wxTabButtonsMenu(wxWindow* parent);
 
-  // A row standing for `button`; its index.
+  /// A row standing for `button`; its index.
   int AddTabButton(wxTabButton* button);
   void ClearButtons();
-  // The button behind a row; null for a row out of range.
+  /// The button behind a row; null for a row out of range.
   wxTabButton* GetTabButton(int row) const;
 
  private:

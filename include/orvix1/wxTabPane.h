@@ -1,11 +1,11 @@
 #ifndef ORVIX1_WXTABPANE_H
 #define ORVIX1_WXTABPANE_H
-
-// The header bar of a tabbed workspace: a primary tab strip on the left, an
-// optional secondary one (closable, equal-width, may gather at the right),
-// one selection over both, Ctrl+Tab / Ctrl+Shift+Tab and Ctrl+PgDn /
-// Ctrl+PgUp to move it, and a drop-down button listing the tabs that do not
-// fit.
+/// @file
+/// The header bar of a tabbed workspace: a primary tab strip on the left, an
+/// optional secondary one (closable, equal-width, may gather at the right),
+/// one selection over both, Ctrl+Tab / Ctrl+Shift+Tab and Ctrl+PgDn /
+/// Ctrl+PgUp to move it, and a drop-down button listing the tabs that do not
+/// fit.
 
 #include <utility>
 #include <vector>
@@ -24,7 +24,7 @@
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
-
+/// The header bar of a tabbed workspace: a primary and an optional secondary tab strip.
 class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
  public:
   enum panel_index_t { primary_panel = 1, secondary_panel = 2 };
@@ -41,14 +41,14 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
               const wxSize& size = wxDefaultSize, long style = 0);
 
   // --- signals ---
-  // The selection moved to (panel, index) or was cleared there (-1).
+  /// The selection moved to (panel, index) or was cleared there (-1).
   panel_int_signal_t& selection_changed() { return m_selection_changed; }
   panel_signal_t& panel_added() { return m_panel_added; }
-  // The strips have been laid out again.
+  /// The strips have been laid out again.
   void_signal_t& layout_changed() { return m_layout_changed; }
 
   // --- panels: 1 is the primary, 2 the secondary ---
-  // The flags' border on wxLEFT / wxRIGHT is kept free beside the panel.
+  /// The flags' border on wxLEFT / wxRIGHT is kept free beside the panel.
   wxTabPanel* AddPanel(int index, const wxSizerFlags& flags = wxSizerFlags(), long style = 0);
   wxTabPanel* GetPanel(int index) const;
   bool RemovePanel(int index);
@@ -61,7 +61,7 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
   bool IsPopupButtonVisible() const { return m_popup_button_visible; }
   wxPopupButton* GetPopupButton() const { return m_popup_button; }
   wxTabButtonsMenu* GetMenu() const { return m_menu; }
-  // The (panel, button) of each menu row, as last filled.
+  /// The (panel, button) of each menu row, as last filled.
   const std::vector<std::pair<wxTabPanel*, wxTabButton*>>& GetMenuEntries() const { return m_entries; }
   void OnBeforePopup(IPopup* popup);
   void OnShowHiddenButton(int index);
@@ -72,7 +72,7 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
   bool SelectPrev();
   int GetIndexOfSelectedButton(wxTabPanel* panel) const;
   wxTabButton* GetLastPressedButton() const { return m_last_pressed; }
-  // Ctrl+Tab, Ctrl+Shift+Tab, Ctrl+PgDn, Ctrl+PgUp; true when the key was one.
+  /// Ctrl+Tab, Ctrl+Shift+Tab, Ctrl+PgDn, Ctrl+PgUp; true when the key was one.
   bool HandleNavigationKey(const wxKeyEvent& event);
 
   // --- layout ---
@@ -125,7 +125,7 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
   void OnResize(wxSizeEvent& event);
   void OnCharHook(wxKeyEvent& event);
 
-  slot_t m_slots[3];  // [1] primary, [2] secondary
+  slot_t m_slots[3];  ///< [1] primary, [2] secondary
   bool m_secondary_right_aligned = false;
   wxPopupButton* m_popup_button = nullptr;
   wxTabButtonsMenu* m_menu = nullptr;

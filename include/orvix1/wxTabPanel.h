@@ -1,10 +1,10 @@
 #ifndef ORVIX1_WXTABPANEL_H
 #define ORVIX1_WXTABPANEL_H
-
-// A strip of tab buttons in one row: margins and optional separator images
-// ("splitters") between them, one selected button, variable or equal
-// widths, and the buttons that do not fit kept in a hidden list for the
-// overflow menu. Closing a tab passes through a veto signal.
+/// @file
+/// A strip of tab buttons in one row: margins and optional separator images
+/// ("splitters") between them, one selected button, variable or equal
+/// widths, and the buttons that do not fit kept in a hidden list for the
+/// overflow menu. Closing a tab passes through a veto signal.
 
 #include <string>
 #include <vector>
@@ -24,21 +24,21 @@ namespace orvix1 {
 
 class wxTabPanel;
 
-// Whether `button` is one of `buttons`.
+/// Whether `button` is one of `buttons`.
 ORVIX1_API bool ButtonIsInVector(const wxTabButton* button, const std::vector<wxTabButton*>& buttons);
-
+/// A strip of tab buttons in one row, with a hidden list for the tabs that do not fit.
 class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
  public:
-  // One gap of the strip: slot k lies just before shown button k, the slot
-  // after the last lies behind the last button.
+  /// One gap of the strip: slot k lies just before shown button k, the slot
+  /// after the last lies behind the last button.
   struct splitter_t {
-    wxImage image;  // may be empty: the slot then only pays its margin
+    wxImage image;  ///< may be empty: the slot then only pays its margin
     int index = -1;
     int x = 0;
     int y = 0;
   };
 
-  // The list a button is counted in, for TranslateIndex.
+  /// The list a button is counted in, for TranslateIndex.
   enum list_t { list_all, list_shown, list_hidden };
 
   using panel_int_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int>;
@@ -47,7 +47,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   using int_signal_t = talvar2::_internal::signal_t<int>;
   using slide_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int, int>;
 
-  // The strip background and the colours its buttons start with.
+  /// The strip background and the colours its buttons start with.
   class ORVIX1_API default_style_t : public wxTabButton::default_style_t {
    public:
     default_style_t();
@@ -63,14 +63,14 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
 
   // --- signals ---
   panel_int_signal_t& selection_changed() { return m_selection_changed; }
-  // (panel, id, allow): a handler clears allow to keep the tab.
+  /// (panel, id, allow): a handler clears allow to keep the tab.
   veto_signal_t& delete_requested() { return m_delete_requested; }
   void_signal_t& resized() { return m_resized; }
   panel_int_signal_t& splitter_changed() { return m_splitter_changed; }
-  // The index a button was added at or removed from.
+  /// The index a button was added at or removed from.
   int_signal_t& button_added() { return m_button_added; }
   int_signal_t& button_removed() { return m_button_removed; }
-  // (panel, sliding, offset), raised by SendSlideSignal.
+  /// (panel, sliding, offset), raised by SendSlideSignal.
   slide_signal_t& slid() { return m_slid; }
 
   // --- buttons ---
@@ -79,17 +79,17 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   wxTabButton* AddButton(const wxImage& image, const wxString& caption);
   wxTabButton* AddButton(const picture_t& picture, const wxString& caption);
   wxTabButton* AddButton(const wxAnimation& animation, const wxString& caption);
-  // Loads the image file; a file that cannot be read gives a button
-  // without an image.
+  /// Loads the image file; a file that cannot be read gives a button
+  /// without an image.
   wxTabButton* AddButton(const std::string& image_path, const wxString& caption);
-  // An index out of range appends.
+  /// An index out of range appends.
   wxTabButton* InsertButton(int index, const wxString& caption);
   wxTabButton* InsertButton(const wxBitmap& bitmap, const wxString& caption, int index);
   wxTabButton* InsertButton(const wxAnimation& animation, const wxString& caption, int index);
   wxTabButton* CreateButton(const picture_t& picture, const wxString& caption);
   void InitializeButton(wxTabButton* button);
-  // Destroys the button (or, with keep_window, leaves the hidden window to
-  // the caller); false for an index out of range or a foreign button.
+  /// Destroys the button (or, with keep_window, leaves the hidden window to
+  /// the caller); false for an index out of range or a foreign button.
   bool RemoveButton(int index, bool keep_window = false);
   bool RemoveButton(wxTabButton* button, bool keep_window = false);
   wxTabButton* GetButton(int index) const;
@@ -112,7 +112,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   bool ShowAndSelectHiddenButton(int hidden_index);
   bool DoShowHiddenButton(int hidden_index);
   bool FindButtonByHiddenIndex(int hidden_index, int& index) const;
-  // The position in `to` of the button at `index` in `from`; -1 if absent.
+  /// The position in `to` of the button at `index` in `from`; -1 if absent.
   int TranslateIndex(int index, list_t from, list_t to) const;
   void UpdateShowedLists();
   void PutButtonsToShown(int count);
@@ -124,7 +124,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   bool AddSplitter(const splitter_t& splitter);
   bool ChangeSplitter(int slot, const wxImage& image);
   bool RemoveSplitter(int slot);
-  // Makes `count` empty slots (each still pays its margin).
+  /// Makes `count` empty slots (each still pays its margin).
   void SetSplittersCount(int count);
   const splitter_t* GetSplitter(int slot) const;
   int GetSplittersCount() const { return static_cast<int>(m_splitters.size()); }
@@ -155,7 +155,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   bool GetToggleMode() const { return m_toggle_mode; }
   void SetCrossed(bool crossed);
   bool GetCrossed() const { return m_crossed; }
-  // Buttons gather at the right end of a strip wider than they need.
+  /// Buttons gather at the right end of a strip wider than they need.
   void SetRightAligned(bool right_aligned);
   bool IsRightAligned() const { return m_right_aligned; }
 
@@ -174,7 +174,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void OnHorzImageSlide(bool sliding, int offset);
   bool IsSliding() const { return m_sliding; }
   int GetSlideOffset() const { return m_slide_offset; }
-  // Slides this strip's background image and tells the slid() listeners.
+  /// Slides this strip's background image and tells the slid() listeners.
   void SendSlideSignal(bool sliding, int offset);
   void SetDefaultUISettings();
   void on_style_updated() override;
@@ -225,7 +225,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   wxColour m_colors[wxTabButton::color_types_end];
   bool m_colors_set[wxTabButton::color_types_end] = {};
   bool m_in_layout = false;
-  // Kept in the shown run by the next layouts, until the selection changes.
+  /// Kept in the shown run by the next layouts, until the selection changes.
   wxTabButton* m_brought_into_view = nullptr;
   wxSize m_cached_for = wxDefaultSize;
   wxSize m_cached_result;

@@ -1,7 +1,7 @@
 #ifndef ORVIX1_XRC_HANDLERS_H
 #define ORVIX1_XRC_HANDLERS_H
-
-// Resource handlers that initialize_wxwidgets registers with wxXmlResource.
+/// @file
+/// Resource handlers that initialize_wxwidgets registers with wxXmlResource.
 
 #include <wx/xrc/xh_dlg.h>
 #include <wx/xrc/xh_panel.h>
@@ -10,14 +10,14 @@
 #include "orvix1/export.h"
 
 namespace orvix1 {
-// Registers the internationalised panel and dialog handlers. They must come
-// before wxXmlResource::InitAllHandlers so that they take "wxPanel" and
-// "wxDialog" ahead of the stock handlers.
+/// Registers the internationalised panel and dialog handlers. They must come
+/// before wxXmlResource::InitAllHandlers so that they take "wxPanel" and
+/// "wxDialog" ahead of the stock handlers.
 ORVIX1_API void add_i18n_xml_handlers(wxXmlResource* resource);
 }  // namespace orvix1
 
-// <object class="wxImage" name="..."> with a <bitmap> (or <file>) property:
-// loads a wxImage; LoadObject(nullptr, name, "wxImage") returns a new one.
+/// `<object class="wxImage" name="...">` with a `<bitmap>` (or `<file>`) property:
+/// loads a wxImage; LoadObject(nullptr, name, "wxImage") returns a new one.
 class ORVIX1_API wxImageXmlHandler : public wxXmlResourceHandler {
  public:
   wxImageXmlHandler();
@@ -28,8 +28,8 @@ class ORVIX1_API wxImageXmlHandler : public wxXmlResourceHandler {
   wxDECLARE_DYNAMIC_CLASS(wxImageXmlHandler);
 };
 
-// <object class="wxAnimation" name="..."> with an <animation> property: loads
-// a wxAnimation; LoadObject(nullptr, name, "wxAnimation") returns a new one.
+/// `<object class="wxAnimation" name="...">` with an `<animation>` property: loads
+/// a wxAnimation; LoadObject(nullptr, name, "wxAnimation") returns a new one.
 class ORVIX1_API wxAnimationXmlHandler : public wxXmlResourceHandler {
  public:
   wxAnimationXmlHandler();
@@ -40,10 +40,10 @@ class ORVIX1_API wxAnimationXmlHandler : public wxXmlResourceHandler {
   wxDECLARE_DYNAMIC_CLASS(wxAnimationXmlHandler);
 };
 
-// <object class="wxColour" name="..."> with a <value> property holding what
-// XRC colour properties accept ("#RRGGBB", a colour name, a system colour
-// such as wxSYS_COLOUR_WINDOW): LoadObject(nullptr, name, "wxColour")
-// returns a new wxColour.
+/// `<object class="wxColour" name="...">` with a `<value>` property holding what
+/// XRC colour properties accept ("#RRGGBB", a colour name, a system colour
+/// such as wxSYS_COLOUR_WINDOW): LoadObject(nullptr, name, "wxColour")
+/// returns a new wxColour.
 class ORVIX1_API wxColourXmlHandler : public wxXmlResourceHandler {
  public:
   wxColourXmlHandler();
@@ -54,9 +54,9 @@ class ORVIX1_API wxColourXmlHandler : public wxXmlResourceHandler {
   wxDECLARE_DYNAMIC_CLASS(wxColourXmlHandler);
 };
 
-// <object class="wxFont" name="..."> with a <font> property in XRC font
-// syntax (size, style, weight, family, face, sysfont, ...):
-// LoadObject(nullptr, name, "wxFont") returns a new wxFont.
+/// `<object class="wxFont" name="...">` with a `<font>` property in XRC font
+/// syntax (size, style, weight, family, face, sysfont, ...):
+/// LoadObject(nullptr, name, "wxFont") returns a new wxFont.
 class ORVIX1_API wxFontXmlHandler : public wxXmlResourceHandler {
  public:
   wxFontXmlHandler();
@@ -67,8 +67,8 @@ class ORVIX1_API wxFontXmlHandler : public wxXmlResourceHandler {
   wxDECLARE_DYNAMIC_CLASS(wxFontXmlHandler);
 };
 
-// wxPanel with an optional <domain> property: the texts of the panel and of
-// everything inside it are translated in that message catalogue.
+/// wxPanel with an optional `<domain>` property: the texts of the panel and of
+/// everything inside it are translated in that message catalogue.
 class ORVIX1_API wxI18nPanelXmlHandler : public wxPanelXmlHandler {
  public:
   wxObject* DoCreateResource() override;
@@ -77,7 +77,7 @@ class ORVIX1_API wxI18nPanelXmlHandler : public wxPanelXmlHandler {
   wxDECLARE_DYNAMIC_CLASS(wxI18nPanelXmlHandler);
 };
 
-// wxDialog with an optional <domain> property, as wxI18nPanelXmlHandler.
+/// wxDialog with an optional `<domain>` property, as wxI18nPanelXmlHandler.
 class ORVIX1_API wxI18nDialogXmlHandler : public wxDialogXmlHandler {
  public:
   wxObject* DoCreateResource() override;

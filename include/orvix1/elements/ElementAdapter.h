@@ -1,10 +1,10 @@
 #ifndef ORVIX1_ELEMENTS_ELEMENTADAPTER_H
 #define ORVIX1_ELEMENTS_ELEMENTADAPTER_H
-
-// Joins a tree of elements to one real wx window, the holder: the holder's
-// paint, size, mouse, focus, keyboard, timer, show and colour events become
-// calls on the root element, and the root's requests (client rectangle,
-// holder, timers, capture, tooltips, focus) are answered here.
+/// @file
+/// Joins a tree of elements to one real wx window, the holder: the holder's
+/// paint, size, mouse, focus, keyboard, timer, show and colour events become
+/// calls on the root element, and the root's requests (client rectangle,
+/// holder, timers, capture, tooltips, focus) are answered here.
 
 #include <map>
 
@@ -19,10 +19,10 @@
 
 namespace orvix1 {
 namespace elements {
-
+/// Joins a tree of elements to one real wx window, the holder.
 class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
  public:
-  // The holder must paint with wxBG_STYLE_PAINT.
+  /// The holder must paint with wxBG_STYLE_PAINT.
   explicit ElementAdapter(wxWindow* holder);
   ~ElementAdapter() override;
   ElementAdapter(const ElementAdapter&) = delete;
@@ -31,9 +31,9 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   void SetRootElement(element_ptr_t root);
   element_ptr_t GetRootElement() const { return m_root_element; }
   wxWindow* GetHolder() const { return m_holder; }
-  // Unbinds from the holder and forgets it.
+  /// Unbinds from the holder and forgets it.
   void DetachHolder(bool holder_is_dying);
-  // true: erase-background events are consumed, nothing is erased.
+  /// true: erase-background events are consumed, nothing is erased.
   void HandleEraseBackground(bool handle);
 
   // --- holder events ---
@@ -63,15 +63,15 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   void OnRequestChangeFocus(element_ptr_t element);
 
   void HandleMouseEnterLeave(wxMouseEvent& event);
-  // Moves the keyboard focus to the holder's next (1) or previous (0) sibling
-  // control; false when the holder has no parent.
+  /// Moves the keyboard focus to the holder's next (1) or previous (0) sibling
+  /// control; false when the holder has no parent.
   bool PassFocusToNextWindow(int direction);
 
-  // The element under the pointer, the one holding the capture, the focused one.
+  /// The element under the pointer, the one holding the capture, the focused one.
   element_ptr_t GetHoveredElement() const { return m_hovered; }
   element_ptr_t GetCaptureElement() const { return m_mouse_capture_element; }
   element_ptr_t GetFocusedElement() const { return m_focused; }
-  // The shared timer (id 1000), null before the first timer request.
+  /// The shared timer (id 1000), null before the first timer request.
   wxTimer* GetTimer() const { return m_timer.get(); }
 
   static constexpr int timer_id = 1000;
@@ -86,16 +86,16 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   void UnbindHolder();
   void ConnectRoot();
   void DisconnectRoot();
-  // Drops hover, capture, focus and timers of the tree being replaced.
+  /// Drops hover, capture, focus and timers of the tree being replaced.
   void ForgetTreeState();
-  // Lets the holder's capture go if an element asked for it.
+  /// Lets the holder's capture go if an element asked for it.
   void ReleaseHolderCapture();
   int SmallestInterval() const;
-  // Starts (or restarts) the shared timer, creating it on first use.
+  /// Starts (or restarts) the shared timer, creating it on first use.
   void StartTimer(int milliseconds);
-  // Stops the shared timer and frees it.
+  /// Stops the shared timer and frees it.
   void StopTimer();
-  // Brings the hovered element up to date with the last known pointer position.
+  /// Brings the hovered element up to date with the last known pointer position.
   void CatchUpHover();
 
   element_ptr_t m_root_element;
@@ -107,7 +107,7 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   element_ptr_t m_focused;
   wxCustomTooltip* m_tooltip = nullptr;
   bool m_handle_erase_background = false;
-  // Where the last mouse event on the holder happened, in client coordinates.
+  /// Where the last mouse event on the holder happened, in client coordinates.
   wxPoint m_last_mouse_position;
 };
 

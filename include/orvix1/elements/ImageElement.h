@@ -1,23 +1,23 @@
 #ifndef ORVIX1_ELEMENTS_IMAGEELEMENT_H
 #define ORVIX1_ELEMENTS_IMAGEELEMENT_H
-
-// A still picture or a looping animation, drawn at its own size in the
-// top-left corner of the element's rectangle.
-//
-// Animations play frame by frame from GdkPixbuf, which hands out whole
-// frames (the partial frames of optimised GIFs come already laid over the
-// earlier ones) and each frame's delay. The element asks its host for a
-// timer only while it is shown on screen.
-//
-// Where the frames come from:
-// - SetAnimationFile() reads the file through wxFileSystem (plain paths and
-//   archive locations such as "res.zip#zip:busy.gif") and decodes it both
-//   into the wxAnimation that GetAnimation() returns and into the frames.
-// - SetAnimation() reads the frames out of the wxAnimation itself: on this
-//   desktop wx's own animations (wxAnimation::Load, LoadFile, the resource
-//   loader) keep a GdkPixbufAnimation, which the element shares. A
-//   wxGenericAnimationCtrl's animation has no such frames: the element then
-//   shows its first frame as a still picture and logs a warning.
+/// @file
+/// A still picture or a looping animation, drawn at its own size in the
+/// top-left corner of the element's rectangle.
+///
+/// Animations play frame by frame from GdkPixbuf, which hands out whole
+/// frames (the partial frames of optimised GIFs come already laid over the
+/// earlier ones) and each frame's delay. The element asks its host for a
+/// timer only while it is shown on screen.
+///
+/// Where the frames come from:
+/// - SetAnimationFile() reads the file through wxFileSystem (plain paths and
+///   archive locations such as "res.zip#zip:busy.gif") and decodes it both
+///   into the wxAnimation that GetAnimation() returns and into the frames.
+/// - SetAnimation() reads the frames out of the wxAnimation itself: on this
+///   desktop wx's own animations (wxAnimation::Load, LoadFile, the resource
+///   loader) keep a GdkPixbufAnimation, which the element shares. A
+///   wxGenericAnimationCtrl's animation has no such frames: the element then
+///   shows its first frame as a still picture and logs a warning.
 
 #include <cstdint>
 
@@ -33,7 +33,7 @@ typedef struct _GdkPixbufAnimationIter GdkPixbufAnimationIter;
 
 namespace orvix1 {
 namespace elements {
-
+/// A still picture or a looping animation, drawn at its own size.
 class ORVIX1_API ImageElement : public UIElement {
  public:
   ImageElement();
@@ -43,43 +43,43 @@ class ORVIX1_API ImageElement : public UIElement {
   ImageElement(element_ptr_t parent, int position_flags, const wxAnimation& animation);
   ~ImageElement() override;
 
-  // Shows a still picture; drops the animation.
+  /// Shows a still picture; drops the animation.
   void SetImage(const wxImage& image);
-  // The picture, or the animation's first frame.
+  /// The picture, or the animation's first frame.
   const wxImage& GetImage() const { return m_image; }
 
-  // Starts the animation from its first frame, which also becomes the
-  // element's image. An empty animation leaves the element empty.
+  /// Starts the animation from its first frame, which also becomes the
+  /// element's image. An empty animation leaves the element empty.
   void SetAnimation(const wxAnimation& animation);
   const wxAnimation& GetAnimation() const { return m_animation; }
-  // The animation in the file at `location` (any wxFileSystem location).
-  // A location that cannot be read or holds no picture changes nothing,
-  // logs a warning and gives false.
+  /// The animation in the file at `location` (any wxFileSystem location).
+  /// A location that cannot be read or holds no picture changes nothing,
+  /// logs a warning and gives false.
   bool SetAnimationFile(const wxString& location);
-  // Whether frames are being played (a still picture has none).
+  /// Whether frames are being played (a still picture has none).
   bool HasAnimation() const { return m_frames != nullptr; }
 
-  // Frees the frame iterator: the animation starts again from its first
-  // frame the next time it is drawn or ticks.
+  /// Frees the frame iterator: the animation starts again from its first
+  /// frame the next time it is drawn or ticks.
   void ResetIter();
 
-  // The image's size, else the animation's, else (0, 0).
+  /// The image's size, else the animation's, else (0, 0).
   wxSize GetSize() const override;
   wxSize GetMinSize() const override;
   void OnDraw(wxDC& dc, const wxRect& rect) override;
-  // Moves the animation on to the present time and asks for the next tick.
+  /// Moves the animation on to the present time and asks for the next tick.
   void OnTimer() override;
-  // Plays only while shown on screen.
+  /// Plays only while shown on screen.
   void OnVisibilityChanged(bool visible_on_screen) override;
 
  protected:
-  // The present time for the animation, in microseconds of the real-time
-  // clock (g_get_real_time).
+  /// The present time for the animation, in microseconds of the real-time
+  /// clock (g_get_real_time).
   virtual std::int64_t GetCurrentTime() const;
 
  private:
   void Init();
-  // Takes over `frames` (a reference of its own, may be null).
+  /// Takes over `frames` (a reference of its own, may be null).
   void StartAnimation(const wxAnimation& animation, GdkPixbufAnimation* frames);
   void ReplaceFrames(GdkPixbufAnimation* frames);
   GdkPixbufAnimationIter* GetIter();
@@ -90,7 +90,7 @@ class ORVIX1_API ImageElement : public UIElement {
   wxAnimation m_animation;
   GdkPixbufAnimation* m_frames;
   GdkPixbufAnimationIter* m_iter;
-  // What OnDraw draws (the picture or the current frame), made on first use.
+  /// What OnDraw draws (the picture or the current frame), made on first use.
   wxBitmap m_bitmap;
 };
 

@@ -1,16 +1,16 @@
 #ifndef ORVIX1_ELEMENTS_RECTANGLEELEMENT_H
 #define ORVIX1_ELEMENTS_RECTANGLEELEMENT_H
-
-// A filled rectangle with an optional square or rounded border: the plain
-// background and frame that other elements and widgets are built on.
-//
-// A new rectangle shows a square border 1 pixel wide (radius 3 once the
-// style is rounded).
-//
-// Colours come from the element's style under "clBtnBgNormal" (fill) and
-// "clBorderNormal" (border) unless the caller set them. A colour set by the
-// caller is locked: style changes and InvalidateColors() leave it alone
-// until the caller sets an invalid colour, which hands it back to the style.
+/// @file
+/// A filled rectangle with an optional square or rounded border: the plain
+/// background and frame that other elements and widgets are built on.
+///
+/// A new rectangle shows a square border 1 pixel wide (radius 3 once the
+/// style is rounded).
+///
+/// Colours come from the element's style under "clBtnBgNormal" (fill) and
+/// "clBorderNormal" (border) unless the caller set them. A colour set by the
+/// caller is locked: style changes and InvalidateColors() leave it alone
+/// until the caller sets an invalid colour, which hands it back to the style.
 
 #include <wx/colour.h>
 #include <wx/dc.h>
@@ -23,18 +23,18 @@
 
 namespace orvix1 {
 namespace elements {
-
+/// A filled rectangle with an optional square or rounded border.
 class ORVIX1_API RectangleElement : public UIElement {
  public:
-  // The style a rectangle takes when it has none: the palette's button
-  // face as "clBtnBgNormal" and its button shadow as "clBorderNormal".
+  /// The style a rectangle takes when it has none: the palette's button
+  /// face as "clBtnBgNormal" and its button shadow as "clBorderNormal".
   class ORVIX1_API default_style_t : public ui_style_t {
    public:
     default_style_t();
     void set_style_info() override;
   };
 
-  // 0 draws square corners; any other value rounds them by the radius.
+  /// 0 draws square corners; any other value rounds them by the radius.
   enum border_style_t : int {
     border_square = 0,
     border_rounded = 1,
@@ -44,14 +44,14 @@ class ORVIX1_API RectangleElement : public UIElement {
   explicit RectangleElement(element_ptr_t parent);
   RectangleElement(element_ptr_t parent, int position_flags);
 
-  // Store the colour, lock it against the style, and repaint. An invalid
-  // colour unlocks: the style's colour is taken again.
+  /// Store the colour, lock it against the style, and repaint. An invalid
+  /// colour unlocks: the style's colour is taken again.
   void SetBkColor(const wxColour& colour);
   wxColour GetBkColor() const { return m_bk_color.value; }
   void SetBorderColor(const wxColour& colour);
   wxColour GetBorderColor() const { return m_border_color.value; }
 
-  // These only store the value; the caller repaints.
+  /// These only store the value; the caller repaints.
   void ShowBorder(bool show) { m_border_shown = show; }
   bool IsBorderShown() const { return m_border_shown; }
   void SetBorderStyle(border_style_t style) { m_border_style = style; }
@@ -62,13 +62,13 @@ class ORVIX1_API RectangleElement : public UIElement {
   int GetBorderThickness() const { return m_border_thickness; }
 
   void OnDraw(wxDC& dc, const wxRect& rect) override;
-  // Takes the style's colours again where the caller has not set them.
+  /// Takes the style's colours again where the caller has not set them.
   void InvalidateColors() override;
 
  protected:
-  // The rectangle that OnDraw fills inside `rect`: all of it for a border
-  // of 1 pixel or less, else moved in by half the thickness plus one and
-  // made smaller by the thickness, so that a wide pen stays inside.
+  /// The rectangle that OnDraw fills inside `rect`: all of it for a border
+  /// of 1 pixel or less, else moved in by half the thickness plus one and
+  /// made smaller by the thickness, so that a wide pen stays inside.
   wxRect GetShapeRect(const wxRect& rect) const;
 
  private:

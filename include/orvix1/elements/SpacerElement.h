@@ -6,7 +6,7 @@
 namespace orvix1 {
 namespace elements {
 
-// A fixed-size empty element: a gap. Never resizable.
+/// A fixed-size empty element: a gap. Never resizable.
 class ORVIX1_API SpacerElement : public UIElement {
  public:
   SpacerElement();

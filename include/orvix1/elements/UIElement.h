@@ -1,13 +1,13 @@
 #ifndef ORVIX1_ELEMENTS_UIELEMENT_H
 #define ORVIX1_ELEMENTS_UIELEMENT_H
-
-// A retained tree of light, owner-drawn elements inside one wx window. An
-// element has no window of its own: it paints on the device context of the
-// window that hosts the tree, and everything that needs that window (client
-// rectangle, timers, capture, tooltips, keyboard focus) is asked for by the
-// root element through its Request... signals, which the host answers
-// (ElementAdapter). Elements are held through intrusive_pointer_t: hold a
-// new element in one before using it.
+/// @file
+/// A retained tree of light, owner-drawn elements inside one wx window. An
+/// element has no window of its own: it paints on the device context of the
+/// window that hosts the tree, and everything that needs that window (client
+/// rectangle, timers, capture, tooltips, keyboard focus) is asked for by the
+/// root element through its Request... signals, which the host answers
+/// (ElementAdapter). Elements are held through intrusive_pointer_t: hold a
+/// new element in one before using it.
 
 #include <cstdint>
 #include <list>
@@ -36,7 +36,7 @@ class UIElement;
 
 using element_ptr_t = talvar2::intrusive_pointer_t<UIElement>;
 
-// Space kept free inside an element's rectangle, in pixels.
+/// Space kept free inside an element's rectangle, in pixels.
 struct margin_t {
   int left = 0;
   int top = 0;
@@ -50,11 +50,11 @@ struct margin_t {
     return left == other.left && top == other.top && right == other.right && bottom == other.bottom;
   }
 };
-
+/// A light, owner-drawn element of a tree hosted in one wx window.
 class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public StyledBase {
-  // Read by every relayout, paint and hit-test: kept together at the front
-  // of the object, ahead of the signals, so that walking many children
-  // touches few cache lines.
+  /// Read by every relayout, paint and hit-test: kept together at the front
+  /// of the object, ahead of the signals, so that walking many children
+  /// touches few cache lines.
   std::list<element_ptr_t> m_children;
   UIElement* m_parent = nullptr;
   int m_position_flags;
@@ -62,12 +62,12 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   bool m_updates_frozen = false;
   bool m_resizable = false;
   bool m_has_layout_rect = false;
-  wxRect m_layout_rect;  // kept by the parent's layout (see Layout)
+  wxRect m_layout_rect;  ///< kept by the parent's layout (see Layout)
   talvar2::intrusive_pointer_t<Layout> m_layout;
   friend class Layout;
 
  public:
-  // Where the parent's layout puts an element (Layout reads them).
+  /// Where the parent's layout puts an element (Layout reads them).
   enum PositionFlags {
     pfLeft = 0x01,
     pfRight = 0x02,
@@ -80,8 +80,8 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   };
 
   // --- signals; the Request... ones are emitted on the root only ---
-  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildAdded;    // (parent, child)
-  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildRemoved;  // (parent, child)
+  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildAdded;    ///< (parent, child)
+  talvar2::signal_t<element_ptr_t, element_ptr_t> ChildRemoved;  ///< (parent, child)
   talvar2::signal_t<element_ptr_t> VisibilityChanged;
   talvar2::signal_t<element_ptr_t> MouseEntered;
   talvar2::signal_t<element_ptr_t> MouseLeft;
@@ -95,10 +95,10 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   talvar2::signal_t<> RequestClearTooltip;
   talvar2::signal_t<element_ptr_t> RequestChangeFocus;
 
-  // A root: centred both ways, as a host requires of a root.
+  /// A root: centred both ways, as a host requires of a root.
   UIElement();
-  // A child of `parent`, docked left and centred vertically, or with the
-  // given position flags; it joins the parent at once.
+  /// A child of `parent`, docked left and centred vertically, or with the
+  /// given position flags; it joins the parent at once.
   explicit UIElement(element_ptr_t parent);
   UIElement(element_ptr_t parent, int position_flags);
   ~UIElement() override;
@@ -128,11 +128,11 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   virtual void OnMouseMove(const wxMouseEvent& event, bool& propagate);
   virtual void OnMouseDown(const wxMouseEvent& event, bool& propagate);
   virtual void OnMouseUp(const wxMouseEvent& event, bool& propagate);
-  // Takes the focus when the element accepts it.
+  /// Takes the focus when the element accepts it.
   virtual void OnMouseClick(const wxMouseEvent& event, bool& propagate);
   virtual void OnVisibilityChanged(bool visible_on_screen);
   virtual void OnKeyPress(wxKeyEvent& event);
-  // Drops cached colours (InvalidateColors).
+  /// Drops cached colours (InvalidateColors).
   void on_style_updated() override;
 
   // --- tree and z-order; the head of the child list is the top ---
@@ -141,7 +141,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   void ChangeZOrderToBeforeElement(element_ptr_t child, element_ptr_t pos);
   void ChangeZOrderToAfterElement(element_ptr_t child, element_ptr_t pos);
   void ChangeParent(element_ptr_t new_parent);
-  // Puts `new_child` in `old_child`'s place; emits ChildRemoved and ChildAdded.
+  /// Puts `new_child` in `old_child`'s place; emits ChildRemoved and ChildAdded.
   void ReplaceChild(element_ptr_t old_child, element_ptr_t new_child);
   void Destroy();
   void DestroyChildren();
@@ -182,8 +182,8 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   void ReleaseMouse();
 
   // --- tooltip ---
-  // The element's tooltip, made on first use; shown while the pointer is
-  // over the element.
+  /// The element's tooltip, made on first use; shown while the pointer is
+  /// over the element.
   wxCustomTooltip* GetTooltip();
   wxCustomTooltip* GetExistingTooltip() const { return m_tooltip; }
   void OnTooltipDestroyed(wxCustomTooltip* tooltip);
@@ -195,7 +195,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   void ProcessSysColorChanged();
 
   // --- bindings and test identifiers ---
-  // Keeps `value` (a connection, a helper) alive as long as the element.
+  /// Keeps `value` (a connection, a helper) alive as long as the element.
   unsigned long AddBinding(const boost::any& value);
   void RemoveBinding(unsigned long slot);
   std::size_t GetBindingsCount() const { return m_bindings.size(); }
@@ -213,7 +213,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   wxDC* GetCurrentDC() const { return m_current_dc; }
 
  protected:
-  // Brings the tree's layout up to date before geometry is read.
+  /// Brings the tree's layout up to date before geometry is read.
   void RefreshLayoutIfDirty() const;
 
  private:
@@ -235,9 +235,9 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   bool m_focused = false;
   bool m_style_propagation = false;
   int m_tab_order = 0;
-  // The largest tab order among the children, while known: every new child
-  // asks for it, and a walk over thousands of siblings each time would make
-  // building a wide tree quadratic.
+  /// The largest tab order among the children, while known: every new child
+  /// asks for it, and a walk over thousands of siblings each time would make
+  /// building a wide tree quadratic.
   mutable int m_largest_child_tab_order = 0;
   mutable bool m_largest_child_tab_order_known = false;
   margin_t m_margin;

@@ -1,22 +1,22 @@
 #ifndef ORVIX1_ELEMENTS_BINDINGS_H
 #define ORVIX1_ELEMENTS_BINDINGS_H
-
-// Connects signals to lambdas for exactly as long as an element lives.
-//
-// talvar2 signals call member functions of subscribers. A binding is a small
-// subscriber that owns a callable; the element keeps it among its bindings
-// (UIElement::AddBinding), so the connection lasts until the element dies or
-// the binding is removed, and never longer:
-//
-//   bindings::on_mouse_entered(button, [](element_ptr_t e) { e->Invalidate(false); });
-//   const unsigned long slot =
-//       bindings::bind_signal(label, style->changed(), [label_raw] { label_raw->Invalidate(true); });
-//   bindings::unbind(label, slot);  // cut it early
-//
-// The callable takes the signal's arguments, or none at all. It must not hold
-// an element_ptr_t to the element it is bound to (the element would keep
-// itself alive): use the signal's argument or a raw pointer. A binding may
-// remove itself from inside its callable.
+/// @file
+/// Connects signals to lambdas for exactly as long as an element lives.
+///
+/// talvar2 signals call member functions of subscribers. A binding is a small
+/// subscriber that owns a callable; the element keeps it among its bindings
+/// (UIElement::AddBinding), so the connection lasts until the element dies or
+/// the binding is removed, and never longer:
+///
+///   bindings::on_mouse_entered(button, [](element_ptr_t e) { e->Invalidate(false); });
+///   const unsigned long slot =
+///       bindings::bind_signal(label, style->changed(), [label_raw] { label_raw->Invalidate(true); });
+///   bindings::unbind(label, slot);  // cut it early
+///
+/// The callable takes the signal's arguments, or none at all. It must not hold
+/// an element_ptr_t to the element it is bound to (the element would keep
+/// itself alive): use the signal's argument or a raw pointer. A binding may
+/// remove itself from inside its callable.
 
 #include <functional>
 #include <memory>
@@ -33,10 +33,10 @@ namespace orvix1 {
 namespace elements {
 namespace bindings {
 
-// The slot of a binding that was not made (no element).
+/// The slot of a binding that was not made (no element).
 constexpr unsigned long no_binding = ~0ul;
 
-// A subscriber that calls a callable with the signal's arguments.
+/// A subscriber that calls a callable with the signal's arguments.
 template <class... A>
 class signal_binding_t : public talvar2::subscriber_base_t {
  public:
@@ -55,10 +55,10 @@ class signal_binding_t : public talvar2::subscriber_base_t {
 
 namespace detail {
 
-// Stores `binding` on `element`; reports a null element.
+/// Stores `binding` on `element`; reports a null element.
 ORVIX1_API unsigned long keep_with(const element_ptr_t& element, const boost::any& binding);
 
-// Adapts a callable that takes the signal's arguments, or none.
+/// Adapts a callable that takes the signal's arguments, or none.
 template <class... A, class Callable>
 std::function<void(A...)> adapt(Callable&& callable,
                                 typename std::enable_if<std::is_invocable<Callable&, A...>::value,
@@ -76,8 +76,8 @@ std::function<void(A...)> adapt(
 
 }  // namespace detail
 
-// Connects `signal` (the element's own or any other object's) to `callable`
-// for as long as `element` lives. Returns the binding's slot on the element.
+/// Connects `signal` (the element's own or any other object's) to `callable`
+/// for as long as `element` lives. Returns the binding's slot on the element.
 template <class Callable, class... A>
 unsigned long bind_signal(const element_ptr_t& element, talvar2::_internal::signal_templ<A...>& signal,
                           Callable&& callable) {
@@ -90,17 +90,17 @@ unsigned long bind_signal(const element_ptr_t& element, talvar2::_internal::sign
   return detail::keep_with(element, binding);
 }
 
-// Cuts a binding before its element dies.
+/// Cuts a binding before its element dies.
 ORVIX1_API void unbind(const element_ptr_t& element, unsigned long slot);
 
-// The element's own signals, by name.
+/// The element's own signals, by name.
 ORVIX1_API unsigned long on_mouse_entered(const element_ptr_t& element,
                                           std::function<void(element_ptr_t)> handler);
 ORVIX1_API unsigned long on_mouse_left(const element_ptr_t& element,
                                        std::function<void(element_ptr_t)> handler);
 ORVIX1_API unsigned long on_visibility_changed(const element_ptr_t& element,
                                                std::function<void(element_ptr_t)> handler);
-// (parent, child)
+/// (parent, child)
 ORVIX1_API unsigned long on_child_added(const element_ptr_t& element,
                                         std::function<void(element_ptr_t, element_ptr_t)> handler);
 ORVIX1_API unsigned long on_child_removed(const element_ptr_t& element,

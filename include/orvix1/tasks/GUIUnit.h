@@ -1,8 +1,8 @@
 #ifndef ORVIX1_TASKS_GUIUNIT_H
 #define ORVIX1_TASKS_GUIUNIT_H
-
-// The "main" unit: stages queued for the GUI thread run inside the wx event
-// loop, one job per posted wake-up event.
+/// @file
+/// The "main" unit: stages queued for the GUI thread run inside the wx event
+/// loop, one job per posted wake-up event.
 
 #include <boost/shared_ptr.hpp>
 #include <wx/event.h>
@@ -13,7 +13,7 @@
 
 namespace orvix1 {
 namespace tasks {
-
+/// The "main" unit: stages queued for the GUI thread run inside the wx event loop.
 class ORVIX1_API GUIUnit : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
  public:
   GUIUnit();
@@ -23,10 +23,10 @@ class ORVIX1_API GUIUnit : public wxEvtHandler, public talvar2::_internal::subsc
 
   boost::shared_ptr<talvar2::threading::queue_unit_t> GetQueuePtr() const { return m_queue; }
 
-  // A job was queued (any thread): posts one wake-up event to this handler.
+  /// A job was queued (any thread): posts one wake-up event to this handler.
   void OnNewJobReceived(const talvar2::threading::task_ptr_t& task,
                         const talvar2::threading::stage_ptr_t& stage);
-  // GUI thread: runs one queued job.
+  /// GUI thread: runs one queued job.
   void HandleUpdate(wxCommandEvent& event);
 
  private:

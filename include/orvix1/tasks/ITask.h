@@ -1,10 +1,10 @@
 #ifndef ORVIX1_TASKS_ITASK_H
 #define ORVIX1_TASKS_ITASK_H
-
-// The task model: a unit of work handed to the Scheduler. TaskStarted and
-// TaskFinished always run on the GUI thread; DoTask runs on the GUI thread
-// or on a worker, as the task asks through IsServiceThreadNeeded and
-// IsLongTask.
+/// @file
+/// The task model: a unit of work handed to the Scheduler. TaskStarted and
+/// TaskFinished always run on the GUI thread; DoTask runs on the GUI thread
+/// or on a worker, as the task asks through IsServiceThreadNeeded and
+/// IsLongTask.
 
 #include <string>
 
@@ -16,7 +16,7 @@
 
 namespace orvix1 {
 namespace tasks {
-
+/// Something that can be canceled and tells whether it was.
 class ORVIX1_API ICancellable {
  public:
   virtual ~ICancellable() {}
@@ -24,30 +24,30 @@ class ORVIX1_API ICancellable {
   virtual bool IsCanceled() = 0;
 };
 
-// Tasks are always held by intrusive pointers (ITaskPtr).
+/// Tasks are always held by intrusive pointers (ITaskPtr).
 class ORVIX1_API ITask : public ICancellable, public talvar2::intrusive_pointer_impl_t {
  public:
   ~ITask() override;
   void Cancel() override = 0;
   bool IsCanceled() override = 0;
-  // On the GUI thread, before the work.
+  /// On the GUI thread, before the work.
   virtual void TaskStarted() = 0;
-  // On the unit chosen by IsServiceThreadNeeded and IsLongTask; skipped
-  // once the task is canceled.
+  /// On the unit chosen by IsServiceThreadNeeded and IsLongTask; skipped
+  /// once the task is canceled.
   virtual void DoTask() = 0;
-  // On the GUI thread, always, canceled or not.
+  /// On the GUI thread, always, canceled or not.
   virtual void TaskFinished() = 0;
-  // The two queries are asked once, when the task is scheduled.
+  /// The two queries are asked once, when the task is scheduled.
   virtual bool IsLongTask() = 0;
   virtual bool IsServiceThreadNeeded() = 0;
-  // By default the run-time type name of the object.
+  /// By default the run-time type name of the object.
   virtual std::string GetDisplayName();
 };
 
 using ITaskPtr = talvar2::intrusive_pointer_t<ITask>;
 
-// A task that works on the "service" unit and does nothing; derive and
-// override what is needed. The canceled flag is thread-safe.
+/// A task that works on the "service" unit and does nothing; derive and
+/// override what is needed. The canceled flag is thread-safe.
 class ORVIX1_API DefaultTaskImpl : public ITask {
  public:
   DefaultTaskImpl();
@@ -66,9 +66,9 @@ class ORVIX1_API DefaultTaskImpl : public ITask {
   bool m_canceled;
 };
 
-// A task that does its whole job on the GUI thread: DoGUITask runs in the
-// start stage, after which the task cancels itself so that the work stage
-// is skipped. TaskFinished still follows.
+/// A task that does its whole job on the GUI thread: DoGUITask runs in the
+/// start stage, after which the task cancels itself so that the work stage
+/// is skipped. TaskFinished still follows.
 class ORVIX1_API GUITask : public DefaultTaskImpl {
  public:
   GUITask();
@@ -80,8 +80,8 @@ class ORVIX1_API GUITask : public DefaultTaskImpl {
   virtual void DoGUITask() = 0;
 };
 
-// A task that works on the "long tasks" unit and that another worker
-// thread can wait for.
+/// A task that works on the "long tasks" unit and that another worker
+/// thread can wait for.
 class ORVIX1_API WaitableTask : public DefaultTaskImpl {
  public:
   WaitableTask();
@@ -89,12 +89,12 @@ class ORVIX1_API WaitableTask : public DefaultTaskImpl {
 
   bool IsLongTask() override;
   bool IsServiceThreadNeeded() override;
-  // Marks the task finished and wakes every waiter. Overrides call it last.
+  /// Marks the task finished and wakes every waiter. Overrides call it last.
   void TaskFinished() override;
 
   bool IsFinished();
-  // Blocks until the task has finished. Never on the GUI thread: there it
-  // asserts and returns at once (the GUI thread runs TaskFinished itself).
+  /// Blocks until the task has finished. Never on the GUI thread: there it
+  /// asserts and returns at once (the GUI thread runs TaskFinished itself).
   void Wait();
 
  private:

@@ -1,11 +1,11 @@
 #ifndef ORVIX1_TASKS_SCHEDULER_H
 #define ORVIX1_TASKS_SCHEDULER_H
-
-// The process-wide task scheduler of the GUI. Tasks (ITask) are wrapped into
-// staged tasks of the talvar2 threading layer: [wait on "delay tasks"] ->
-// TaskStarted on "main" -> DoTask on "main", "service" or "long tasks" ->
-// TaskFinished on "main" (also for canceled tasks). "main" is the GUI thread,
-// fed through GUIUnit.
+/// @file
+/// The process-wide task scheduler of the GUI. Tasks (ITask) are wrapped into
+/// staged tasks of the talvar2 threading layer: [wait on "delay tasks"] ->
+/// TaskStarted on "main" -> DoTask on "main", "service" or "long tasks" ->
+/// TaskFinished on "main" (also for canceled tasks). "main" is the GUI thread,
+/// fed through GUIUnit.
 
 #include <atomic>
 #include <list>
@@ -32,71 +32,71 @@ namespace tasks {
 class Scheduler;
 using SchedulerPtr = talvar2::intrusive_pointer_t<Scheduler>;
 
-// Observer of the scheduler, given to the first Scheduler::Get. Called on
-// whatever thread the event happened: implementations lock for themselves
-// and must not throw.
+/// Observer of the scheduler, given to the first Scheduler::Get. Called on
+/// whatever thread the event happened: implementations lock for themselves
+/// and must not throw.
 class ORVIX1_API ISchedulerStatusCallback : public talvar2::intrusive_pointer_impl_t {
  public:
   ~ISchedulerStatusCallback() override;
-  // The task has left the scheduler (after its TaskFinished, if it started).
+  /// The task has left the scheduler (after its TaskFinished, if it started).
   virtual void OnTaskComplete(const ITaskPtr& task);
-  // A callback of the task threw; `what` is the exception's text.
+  /// A callback of the task threw; `what` is the exception's text.
   virtual void OnTaskException(const ITaskPtr& task, const std::string& what);
 };
 using ISchedulerStatusCallbackPtr = talvar2::intrusive_pointer_t<ISchedulerStatusCallback>;
 
-// A prepared cancellation of tasks and groups, run later on a chosen unit.
+/// A prepared cancellation of tasks and groups, run later on a chosen unit.
 class ORVIX1_API IBatchCancel : public talvar2::intrusive_pointer_impl_t {
  public:
-  // The unit that executes the cancellation.
-  // A fixed underlying type: a caller may pass any int, and an unknown one
-  // is reported rather than undefined.
+  /// The unit that executes the cancellation.
+  /// A fixed underlying type: a caller may pass any int, and an unknown one
+  /// is reported rather than undefined.
   enum signal_context_t : int { main_context = 0, service_context = 1, long_tasks_context = 2 };
 
   ~IBatchCancel() override;
-  // Schedules the cancellation; returns the schedule status (0 = accepted).
+  /// Schedules the cancellation; returns the schedule status (0 = accepted).
   virtual int Execute() = 0;
 };
 using IBatchCancelPtr = talvar2::intrusive_pointer_t<IBatchCancel>;
-
+/// The process-wide task scheduler of the GUI (see ITask for the stages).
 class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
                              public talvar2::_internal::subscriber_base_t {
  public:
-  // The one instance, created and initialized by the first call (the
-  // callback of later calls is ignored); empty when initialization failed.
+  /// The one instance, created and initialized by the first call (the
+  /// callback of later calls is ignored); empty when initialization failed.
   static SchedulerPtr Get(const ISchedulerStatusCallbackPtr& callback);
   static bool IsInitialized();
-  // Lets go of the process-wide instance; it is destroyed with its last
-  // reference, abandoning tasks still scheduled. An orderly end calls
-  // CancelAndWait first. The next Get creates a new instance.
+  /// Lets go of the process-wide instance; it is destroyed with its last
+  /// reference, abandoning tasks still scheduled. An orderly end calls
+  /// CancelAndWait first. The next Get creates a new instance.
   static void Release();
 
   ~Scheduler() override;
 
-  // Both return 0 when the task was accepted, 3 when its group is being
-  // canceled, another value on failure; a refused task gets no callbacks.
-  // Any thread.
+  /// Both return 0 when the task was accepted, 3 when its group is being
+  /// canceled, another value on failure; a refused task gets no callbacks.
+  /// Any thread.
   int AddTask(const ITaskPtr& task, const std::string& group);
   int AddDelayedTask(const ITaskPtr& task, int delay_ms, const std::string& group);
-  // Accepted and ignored: all tasks of a unit have the same priority.
+  /// Accepted and ignored: all tasks of a unit have the same priority.
   void IncreasePriority(const std::string& group);
 
-  // Cancels the group (all tasks for the empty name) without waiting. Any thread.
+  /// Cancels the group (all tasks for the empty name) without waiting. Any thread.
   void Cancel(const std::string& group);
-  // GUI thread only: cancels all tasks (or the group) and returns when they
-  // have left the scheduler, keeping the GUI responsive meanwhile (with a
-  // wait dialog when `info` is not empty). With `shut_down` later additions
-  // are logged as errors.
+  /// GUI thread only: cancels all tasks (or the group) and returns when they
+  /// have left the scheduler, keeping the GUI responsive meanwhile (with a
+  /// wait dialog when `info` is not empty). With `shut_down` later additions
+  /// are logged as errors.
   void CancelAndWait(const dialog_info_t& info, bool shut_down);
   void CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down);
 
-  // Empty when both lists are empty. Unregistered tasks are skipped.
+  /// Empty when both lists are empty. Unregistered tasks are skipped.
   IBatchCancelPtr BatchCancel(const std::list<ITaskPtr>& tasks, const std::list<std::string>& groups,
                               IBatchCancel::signal_context_t context);
 
-  // The registered tasks of the group (of every group for the empty name).
+  /// The registered tasks of the group (of every group for the empty name).
   std::vector<ITaskPtr> GetTasks(const std::string& group);
-  // False, leaving `group` alone, when the task is not registered.
+  /// False, leaving `group` alone, when the task is not registered.
   bool GetTaskGroup(const ITaskPtr& task, std::string& group);
 
   const dialog_info_t& GetDefaultDialogInfo() const;
@@ -107,9 +107,9 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
  protected:
   explicit Scheduler(const ISchedulerStatusCallbackPtr& callback);
 
-  // Extension points for group bookkeeping, empty here. All but
-  // getTaskGroup are called with the task maps locked; getTaskGroup asks the
-  // threading layer and is called before the lock is taken.
+  /// Extension points for group bookkeeping, empty here. All but
+  /// getTaskGroup are called with the task maps locked; getTaskGroup asks the
+  /// threading layer and is called before the lock is taken.
   virtual void addToGroup(const ITaskPtr& task, const std::string& group);
   virtual void removeFromGroup(const ITaskPtr& task, const std::string& group);
   virtual void notifyGroupStart(const std::string& group);
@@ -146,10 +146,10 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
 
 namespace _internal {
 
-// Reports a PostSignal without a scheduler; false then.
+/// Reports a PostSignal without a scheduler; false then.
 ORVIX1_API bool check_post_signal_scheduler();
 
-// Emits a copy of a signal's connections with one value on the GUI thread.
+/// Emits a copy of a signal's connections with one value on the GUI thread.
 template <class Signal, class Argument>
 class PostSignalTask : public GUITask {
  public:
@@ -163,8 +163,8 @@ class PostSignalTask : public GUITask {
 
 }  // namespace _internal
 
-// Makes `signal` fire with `value` on the GUI thread; callable from any
-// thread once the scheduler exists.
+/// Makes `signal` fire with `value` on the GUI thread; callable from any
+/// thread once the scheduler exists.
 template <class Signal, class Argument>
 void PostSignal(Signal signal, Argument value) {
   if (!_internal::check_post_signal_scheduler()) return;

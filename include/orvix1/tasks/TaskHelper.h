@@ -1,10 +1,10 @@
 #ifndef ORVIX1_TASKS_TASKHELPER_H
 #define ORVIX1_TASKS_TASKHELPER_H
-
-// A task whose callbacks are signals: connect to them before the task is
-// added to the scheduler. `started` and `finished` fire on the GUI thread,
-// `work` on the "service" unit (on "long tasks" for a long helper), and
-// `canceled` on the thread that cancels.
+/// @file
+/// A task whose callbacks are signals: connect to them before the task is
+/// added to the scheduler. `started` and `finished` fire on the GUI thread,
+/// `work` on the "service" unit (on "long tasks" for a long helper), and
+/// `canceled` on the thread that cancels.
 
 #include <wx/thread.h>
 
@@ -14,7 +14,7 @@
 
 namespace orvix1 {
 namespace tasks {
-
+/// A task whose callbacks are signals.
 class ORVIX1_API TaskHelper : public ITask {
  public:
   using signal_t = talvar2::signal_t<>;

@@ -1,9 +1,9 @@
 #ifndef ORVIX1_TASKS_WAITCALLBACK_H
 #define ORVIX1_TASKS_WAITCALLBACK_H
-
-// How the GUI thread waits for a scheduler operation: with nothing to show it
-// keeps the event loop turning until the operation has finished; otherwise it
-// shows a modal WaitDialog that closes itself when the operation is done.
+/// @file
+/// How the GUI thread waits for a scheduler operation: with nothing to show it
+/// keeps the event loop turning until the operation has finished; otherwise it
+/// shows a modal WaitDialog that closes itself when the operation is done.
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
@@ -15,13 +15,13 @@
 
 namespace orvix1 {
 namespace tasks {
-
+/// How the GUI thread waits for a scheduler operation.
 class ORVIX1_API WaitCallback : public talvar2::threading::scheduler_wait_callback_t {
  public:
   WaitCallback();
   ~WaitCallback() override;
 
-  // On the GUI thread; returns when the operation has finished.
+  /// On the GUI thread; returns when the operation has finished.
   void wait(boost::weak_ptr<talvar2::threading::scheduler_operation_status_t> status) override;
 
   void SetDialogInfo(const dialog_info_t& info);

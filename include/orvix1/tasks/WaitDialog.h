@@ -1,9 +1,9 @@
 #ifndef ORVIX1_TASKS_WAITDIALOG_H
 #define ORVIX1_TASKS_WAITDIALOG_H
-
-// The modal please-wait window shown while the GUI thread waits for an
-// operation. It polls the operation twice a second, ends its modal loop with
-// wxID_OK once the operation has finished, and refuses to be closed before.
+/// @file
+/// The modal please-wait window shown while the GUI thread waits for an
+/// operation. It polls the operation twice a second, ends its modal loop with
+/// wxID_OK once the operation has finished, and refuses to be closed before.
 
 #include <string>
 
@@ -20,14 +20,14 @@
 
 namespace orvix1 {
 namespace tasks {
-
+/// The modal please-wait window shown while the GUI thread waits for an operation.
 class ORVIX1_API WaitDialog : public modal_flavor<wxDialog> {
  public:
   enum { poll_timer_id = 123, poll_interval_ms = 500 };
 
   WaitDialog(wxWindow* parent,
              boost::shared_ptr<talvar2::threading::scheduler_operation_status_t> status);
-  // `status` is not owned; it must outlive the dialog.
+  /// `status` is not owned; it must outlive the dialog.
   WaitDialog(wxWindow* parent, ISchedulerStatus* status);
   ~WaitDialog() override;
 
@@ -36,14 +36,14 @@ class ORVIX1_API WaitDialog : public modal_flavor<wxDialog> {
   void SetMsgTitle(const std::string& title);
   void SetMsgText(const std::string& text);
 
-  // Sets `text` as the label of `control` and wraps it so that the dialog
-  // keeps about the proportions of the display.
+  /// Sets `text` as the label of `control` and wraps it so that the dialog
+  /// keeps about the proportions of the display.
   void SetMultilineText(wxStaticText* control, const std::string& text, const wxFont& font);
 
   wxAnimationCtrl* GetAnimationCtrl() const { return m_animation; }
   wxStaticText* GetTitleCtrl() const { return m_title; }
   wxStaticText* GetMessageCtrl() const { return m_message; }
-  // The timer whose ticks poll the operation.
+  /// The timer whose ticks poll the operation.
   wxTimer* GetPollTimer() const { return m_timer; }
   bool IsClosing() const { return m_closing; }
 

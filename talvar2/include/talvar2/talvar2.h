@@ -1,7 +1,7 @@
 #ifndef TALVAR2_TALVAR2_H
 #define TALVAR2_TALVAR2_H
-
-// Every public header of the companion library.
+/// @file
+/// Every public header of the companion library.
 #include "talvar2/debug/assertion.h"
 #include "talvar2/environment.h"
 #include "talvar2/export.h"

@@ -3,8 +3,8 @@
 
 namespace talvar2 {
 
-// A value with a "locked" flag. A locked value was set explicitly, and the
-// automatic refreshes of its owner leave it alone.
+/// A value with a "locked" flag. A locked value was set explicitly, and the
+/// automatic refreshes of its owner leave it alone.
 template <class T>
 struct value_locker_t {
   bool locked = false;
@@ -13,12 +13,12 @@ struct value_locker_t {
   value_locker_t() = default;
   explicit value_locker_t(const T& initial) : value(initial) {}
 
-  // Sets the value explicitly and locks it.
+  /// Sets the value explicitly and locks it.
   void lock(const T& new_value) {
     value = new_value;
     locked = true;
   }
-  // An automatic refresh: only an unlocked value takes it. True when taken.
+  /// An automatic refresh: only an unlocked value takes it. True when taken.
   bool refresh(const T& new_value) {
     if (locked) return false;
     value = new_value;

@@ -1,13 +1,13 @@
 #ifndef TALVAR2_FUNCTOR_SIGNAL_H
 #define TALVAR2_FUNCTOR_SIGNAL_H
-
-// Thread-safe multicast signals that call member functions of subscribers.
-//
-// A signal may be connected to, disconnected from, emitted and even destroyed
-// from inside one of its own slots, and subscribers may die while a signal
-// that points at them is emitting. An emission walks the live connection list
-// and never copies it: cutting a connection during an emission only empties
-// its node, and the outermost emission removes empty nodes when it ends.
+/// @file
+/// Thread-safe multicast signals that call member functions of subscribers.
+///
+/// A signal may be connected to, disconnected from, emitted and even destroyed
+/// from inside one of its own slots, and subscribers may die while a signal
+/// that points at them is emitting. An emission walks the live connection list
+/// and never copies it: cutting a connection during an emission only empties
+/// its node, and the outermost emission removes empty nodes when it ends.
 
 #include <cstddef>
 #include <cstdint>
@@ -21,12 +21,12 @@
 namespace talvar2 {
 namespace _internal {
 
-// Fills the argument positions a signal does not use.
+/// Fills the argument positions a signal does not use.
 struct dummy_t {};
 
 class signal_base_t;
 
-// A member-function pointer with its type erased: two machine words.
+/// A member-function pointer with its type erased: two machine words.
 struct typeless_connection_t {
   std::uintptr_t words[2] = {0, 0};
 
@@ -35,12 +35,12 @@ struct typeless_connection_t {
   }
 };
 
-// Base of every object a signal can call. It remembers the signals that point
-// at it and cuts those connections when it dies.
+/// Base of every object a signal can call. It remembers the signals that point
+/// at it and cuts those connections when it dies.
 class TALVAR2_API subscriber_base_t {
  public:
   subscriber_base_t() = default;
-  // A copy starts without connections: they belong to the original.
+  /// A copy starts without connections: they belong to the original.
   subscriber_base_t(const subscriber_base_t&) {}
   subscriber_base_t& operator=(const subscriber_base_t&) { return *this; }
   virtual ~subscriber_base_t();
@@ -52,19 +52,19 @@ class TALVAR2_API subscriber_base_t {
   void add_signal(signal_base_t* signal);
   void remove_signal(signal_base_t* signal);
 
-  // Made on the first connection: most subscribers (every signal among them)
-  // are never connected to, and elements carry many of them, so an unused
-  // subscriber costs one pointer.
+  /// Made on the first connection: most subscribers (every signal among them)
+  /// are never connected to, and elements carry many of them, so an unused
+  /// subscriber costs one pointer.
   connections_t& connections();
 
   std::atomic<connections_t*> m_connections{nullptr};
 };
 
-// Generic function pointer type under which a connection keeps its invoker.
+/// Generic function pointer type under which a connection keeps its invoker.
 using caster_t = void (*)();
 
-// One connection. An emptied connection has all fields zero; emptiness is
-// tested on the subscriber.
+/// One connection. An emptied connection has all fields zero; emptiness is
+/// tested on the subscriber.
 struct connection_t {
   void* target = nullptr;
   subscriber_base_t* subscriber = nullptr;
@@ -72,41 +72,41 @@ struct connection_t {
   caster_t caster = nullptr;
 
   bool empty() const { return subscriber == nullptr; }
-  // Target and member identify a connection; subscriber and caster follow from them.
+  /// Target and member identify a connection; subscriber and caster follow from them.
   bool operator==(const connection_t& other) const {
     return target == other.target && member == other.member;
   }
 };
 
-// The untyped part of every signal: connection list, emission state, locks.
+/// The untyped part of every signal: connection list, emission state, locks.
 class TALVAR2_API signal_base_t : public subscriber_base_t {
  public:
   struct core_t;
 
-  // The state of one emission, kept on the emitting thread's stack so that it
-  // survives the destruction of the signal by one of its slots.
+  /// The state of one emission, kept on the emitting thread's stack so that it
+  /// survives the destruction of the signal by one of its slots.
   struct onstack_signal_state_t {
     explicit onstack_signal_state_t(core_t* signal_core) : core(signal_core) {}
     core_t* core;
     bool alive = true;
     bool nested = false;
-    bool* alive_in_force = nullptr;  // the outermost emission's flag
+    bool* alive_in_force = nullptr;  ///< the outermost emission's flag
   };
 
   signal_base_t() = default;
-  // The copy starts empty and takes the source's connections in order.
+  /// The copy starts empty and takes the source's connections in order.
   signal_base_t(const signal_base_t& other);
   signal_base_t& operator=(const signal_base_t&) = delete;
   ~signal_base_t() override;
 
   void _insert(const connection_t& connection);
   void _erase(const connection_t& connection);
-  // Cuts every connection.
+  /// Cuts every connection.
   void _erase_all();
-  // Cuts every connection whose subscriber is `subscriber`.
+  /// Cuts every connection whose subscriber is `subscriber`.
   void on_subscriber_destroy(subscriber_base_t* subscriber);
 
-  // Number of live connections, read under the signal's mutex.
+  /// Number of live connections, read under the signal's mutex.
   std::size_t connection_count() const;
   bool has_connections() const { return connection_count() != 0; }
   bool empty() const { return !has_connections(); }
@@ -118,32 +118,32 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
     node_t* previous = nullptr;
   };
 
-  // Takes the mutex and registers the emission. False when there is nothing
-  // to call: the signal was never connected to, or it is already dead (the
-  // mutex is then released).
+  /// Takes the mutex and registers the emission. False when there is nothing
+  /// to call: the signal was never connected to, or it is already dead (the
+  /// mutex is then released).
   bool begin_emission(onstack_signal_state_t& state) const;
-  // After a slot has thrown: true when the signal is still alive and
-  // post_call must follow; false when it died and the mutex has been let go.
-  // Touches only `state`: the slot may have destroyed the signal.
+  /// After a slot has thrown: true when the signal is still alive and
+  /// post_call must follow; false when it died and the mutex has been let go.
+  /// Touches only `state`: the slot may have destroyed the signal.
   static bool check_valid_state_after_call(onstack_signal_state_t& state);
-  // Ends an emission: the outermost one removes emptied connections.
+  /// Ends an emission: the outermost one removes emptied connections.
   static void post_call(onstack_signal_state_t& state);
-  // Ends an emission whose signal was destroyed by a slot. Touches only `state`.
+  /// Ends an emission whose signal was destroyed by a slot. Touches only `state`.
   static void end_after_destruction(onstack_signal_state_t& state);
 
   static node_t* first_node(const onstack_signal_state_t& state);
   core_t* current_core() const { return m_core.load(std::memory_order_acquire); }
 
  private:
-  // The list, its mutex and the emission state, made on the first
-  // connection: a signal no one connects to costs two pointers. The core may
-  // outlive the signal when a slot destroys it during an emission.
+  /// The list, its mutex and the emission state, made on the first
+  /// connection: a signal no one connects to costs two pointers. The core may
+  /// outlive the signal when a slot destroys it during an emission.
   core_t& core();
 
   std::atomic<core_t*> m_core{nullptr};
 };
 
-// The typed part: connect, disconnect and emit for one argument list.
+/// The typed part: connect, disconnect and emit for one argument list.
 template <class... A>
 class signal_templ : public signal_base_t {
  public:
@@ -169,7 +169,7 @@ class signal_templ : public signal_base_t {
 
   void operator()(A... args) const;
 
-  // Restores the types of a connection and calls the member on the target.
+  /// Restores the types of a connection and calls the member on the target.
   template <class Class, class Member>
   static void caster(void* target, typeless_connection_t member, A... args) {
     Member typed;
@@ -222,7 +222,7 @@ void signal_templ<A...>::operator()(A... args) const {
 template <class... T>
 struct type_list {};
 
-// Builds signal_templ<A...> from the leading arguments before the first dummy_t.
+/// Builds signal_templ<A...> from the leading arguments before the first dummy_t.
 template <class Done, class... Rest>
 struct signal_from_arguments;
 template <class... Done>
@@ -238,7 +238,7 @@ struct signal_from_arguments<type_list<Done...>, Next, Rest...> {
   using type = typename signal_from_arguments<type_list<Done..., Next>, Rest...>::type;
 };
 
-// The signal type of the library: zero to six arguments.
+/// The signal type of the library: zero to six arguments.
 template <class A1 = dummy_t, class A2 = dummy_t, class A3 = dummy_t, class A4 = dummy_t,
           class A5 = dummy_t, class A6 = dummy_t>
 class signal_t : public signal_from_arguments<type_list<>, A1, A2, A3, A4, A5, A6>::type {
@@ -251,7 +251,7 @@ class signal_t : public signal_from_arguments<type_list<>, A1, A2, A3, A4, A5, A
 }  // namespace _internal
 
 using _internal::signal_t;
-// What a class derives from to receive signals.
+/// What a class derives from to receive signals.
 using _internal::subscriber_base_t;
 
 }  // namespace talvar2

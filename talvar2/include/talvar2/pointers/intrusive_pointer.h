@@ -1,8 +1,8 @@
 #ifndef TALVAR2_POINTERS_INTRUSIVE_POINTER_H
 #define TALVAR2_POINTERS_INTRUSIVE_POINTER_H
-
-// Objects that carry their own locked reference count, and the pointer that
-// holds one reference to such an object.
+/// @file
+/// Objects that carry their own locked reference count, and the pointer that
+/// holds one reference to such an object.
 
 #include <cstdint>
 #include <functional>
@@ -13,18 +13,18 @@
 
 namespace talvar2 {
 namespace _internal {
-// Locations reported by the debug assertions of this header.
+/// Locations reported by the debug assertions of this header.
 constexpr const char* k_intrusive_pointer_header = "pointers/intrusive_pointer.h";
 constexpr int k_null_dereference_line = 135;
 constexpr int k_live_references_line = 175;
 }  // namespace _internal
 
-// Base of every counted object. The object deletes itself through its
-// virtual destructor when the last reference is released.
+/// Base of every counted object. The object deletes itself through its
+/// virtual destructor when the last reference is released.
 class TALVAR2_API intrusive_pointer_impl_t {
  public:
   intrusive_pointer_impl_t() = default;
-  // A copy is a new object: it starts without references.
+  /// A copy is a new object: it starts without references.
   intrusive_pointer_impl_t(const intrusive_pointer_impl_t&) {}
   intrusive_pointer_impl_t& operator=(const intrusive_pointer_impl_t&) { return *this; }
 
@@ -38,8 +38,8 @@ class TALVAR2_API intrusive_pointer_impl_t {
     ++m_ref_count;
   }
 
-  // At 0 the mutex is let go before the object deletes itself; a release at
-  // count 0 does nothing.
+  /// At 0 the mutex is let go before the object deletes itself; a release at
+  /// count 0 does nothing.
   void release_ref() {
     m_ref_mutex.acquire();
     if (m_ref_count != 0 && --m_ref_count == 0) {
@@ -60,7 +60,7 @@ class TALVAR2_API intrusive_pointer_impl_t {
   mutable threading::mutex_t m_ref_mutex;
 };
 
-// Holds one reference to a counted object, or nothing.
+/// Holds one reference to a counted object, or nothing.
 template <class T>
 class intrusive_pointer_t {
  public:
@@ -76,8 +76,8 @@ class intrusive_pointer_t {
   }
   ~intrusive_pointer_t() { drop(); }
 
-  // The old object is released before the new one is read: assigning a
-  // pointer to itself therefore leaves it empty. Callers rely on this order.
+  /// The old object is released before the new one is read: assigning a
+  /// pointer to itself therefore leaves it empty. Callers rely on this order.
   intrusive_pointer_t& operator=(const intrusive_pointer_t& other) {
     drop();
     m_ptr = other.m_ptr;
@@ -85,8 +85,8 @@ class intrusive_pointer_t {
     return *this;
   }
 
-  // From a raw pointer the new reference is taken first, so that assigning
-  // the object already held cannot delete it on the way.
+  /// From a raw pointer the new reference is taken first, so that assigning
+  /// the object already held cannot delete it on the way.
   intrusive_pointer_t& operator=(T* object) {
     if (object != nullptr) object->add_ref();
     drop();

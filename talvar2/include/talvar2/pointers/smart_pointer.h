@@ -1,16 +1,16 @@
 #ifndef TALVAR2_POINTERS_SMART_POINTER_H
 #define TALVAR2_POINTERS_SMART_POINTER_H
-
-// A counted pointer for objects that carry no count of their own (windows,
-// timers, conditions). The count lives in a separate allocation shared by
-// the copies; it is not locked: such objects belong to one thread.
+/// @file
+/// A counted pointer for objects that carry no count of their own (windows,
+/// timers, conditions). The count lives in a separate allocation shared by
+/// the copies; it is not locked: such objects belong to one thread.
 
 #include <cstdint>
 
 #include "talvar2/debug/assertion.h"
 
 namespace talvar2 {
-
+/// A counted pointer for objects that carry no count of their own.
 template <class T>
 class smart_pointer_t {
  public:
@@ -30,8 +30,8 @@ class smart_pointer_t {
   }
   ~smart_pointer_t() { release_ref(); }
 
-  // Drops this holder's share. At 0 the count is freed and the object deleted
-  // through its virtual destructor; the object pointer itself is left as it was.
+  /// Drops this holder's share. At 0 the count is freed and the object deleted
+  /// through its virtual destructor; the object pointer itself is left as it was.
   void release_ref() {
     if (m_ptr == nullptr || m_count == nullptr || *m_count == 0) return;
     if (--*m_count == 0) {

@@ -1,9 +1,9 @@
 #ifndef TALVAR2_THREADING_DEFAULT_TASK_H
 #define TALVAR2_THREADING_DEFAULT_TASK_H
-
-// The ordinary task: a list of stages built with push_stage and
-// push_finalization_stage, and a cancel flag. Subclasses that keep their
-// canceled state elsewhere override cancel() and is_canceled() together.
+/// @file
+/// The ordinary task: a list of stages built with push_stage and
+/// push_finalization_stage, and a cancel flag. Subclasses that keep their
+/// canceled state elsewhere override cancel() and is_canceled() together.
 
 #include <atomic>
 #include <mutex>
@@ -16,24 +16,24 @@
 
 namespace talvar2 {
 namespace threading {
-
+/// The ordinary task: a list of stages and a cancel flag.
 class TALVAR2_API default_task_t : public task_t {
  public:
-  // Reports under the name of its dynamic type.
+  /// Reports under the name of its dynamic type.
   default_task_t() = default;
   explicit default_task_t(std::string display_name);
   ~default_task_t() override;
 
-  // Appends an ordinary stage: skipped once the task is canceled or an
-  // earlier stage threw. A null stage is a misuse: reported and ignored.
+  /// Appends an ordinary stage: skipped once the task is canceled or an
+  /// earlier stage threw. A null stage is a misuse: reported and ignored.
   void push_stage(const stage_ptr_t& stage);
-  // Appends a finalization stage: it runs in its place in the list whatever
-  // happened before it.
+  /// Appends a finalization stage: it runs in its place in the list whatever
+  /// happened before it.
   void push_finalization_stage(const stage_ptr_t& stage);
 
   void cancel() override;
   bool is_canceled() const override;
-  // The name given at construction, or else the demangled dynamic type name.
+  /// The name given at construction, or else the demangled dynamic type name.
   std::string display_name() const override;
   std::vector<task_stage_t> stages() const override;
 

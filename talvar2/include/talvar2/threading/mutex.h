@@ -8,8 +8,8 @@
 namespace talvar2 {
 namespace threading {
 
-// A re-entrant mutex: the thread that holds it may acquire it again, and
-// must release it as often as it acquired it.
+/// A re-entrant mutex: the thread that holds it may acquire it again, and
+/// must release it as often as it acquired it.
 class TALVAR2_API mutex_t {
  public:
   mutex_t() = default;
@@ -24,7 +24,7 @@ class TALVAR2_API mutex_t {
   std::recursive_mutex m_mutex;
 };
 
-// Holds a mutex_t for the lifetime of a scope.
+/// Holds a mutex_t for the lifetime of a scope.
 class mutex_guard_t {
  public:
   explicit mutex_guard_t(mutex_t& mutex) : m_mutex(mutex) { m_mutex.acquire(); }

@@ -1,9 +1,9 @@
 #ifndef TALVAR2_THREADING_STAGE_H
 #define TALVAR2_THREADING_STAGE_H
-
-// One step of a task: either work (emitting a signal with the task, on the
-// threads of the stage's unit) or a wait of a number of milliseconds on a
-// unit that keeps time. A wait occupies no thread.
+/// @file
+/// One step of a task: either work (emitting a signal with the task, on the
+/// threads of the stage's unit) or a wait of a number of milliseconds on a
+/// unit that keeps time. A wait occupies no thread.
 
 #include <chrono>
 #include <string>
@@ -15,26 +15,26 @@
 
 namespace talvar2 {
 namespace threading {
-
+/// One step of a task: work on a unit's threads, or a wait on a unit that keeps time.
 class TALVAR2_API stage_t {
  public:
-  // The work of a stage: its slots receive the task the stage belongs to.
+  /// The work of a stage: its slots receive the task the stage belongs to.
   using work_signal_t = talvar2::signal_t<const task_ptr_t&>;
 
-  // A work stage on `unit_name`. The stage takes a copy of the connections
-  // of `work` as they are now; a subscriber that dies is cut from the copy
-  // as from the original. An emission holds the copy's lock while the slots
-  // run, so one stage object shared by several tasks runs for one at a time.
+  /// A work stage on `unit_name`. The stage takes a copy of the connections
+  /// of `work` as they are now; a subscriber that dies is cut from the copy
+  /// as from the original. An emission holds the copy's lock while the slots
+  /// run, so one stage object shared by several tasks runs for one at a time.
   stage_t(std::string unit_name, const work_signal_t& work);
-  // A work stage on `unit_name` whose work is `member` of `target`: the same
-  // as connecting a signal and passing it, without the copy.
+  /// A work stage on `unit_name` whose work is `member` of `target`: the same
+  /// as connecting a signal and passing it, without the copy.
   template <class Class>
   stage_t(std::string unit_name, Class* target, void (Class::*member)(const task_ptr_t&))
       : stage_t(std::move(unit_name), work_signal_t()) {
     m_work.connect(target, member);
   }
-  // A stage that only waits `delay_ms` milliseconds on `unit_name`. A
-  // negative delay is a misuse: it is reported and waits 0 ms.
+  /// A stage that only waits `delay_ms` milliseconds on `unit_name`. A
+  /// negative delay is a misuse: it is reported and waits 0 ms.
   stage_t(std::string unit_name, int delay_ms);
 
   stage_t(const stage_t&) = delete;
@@ -42,12 +42,12 @@ class TALVAR2_API stage_t {
 
   const std::string& unit_name() const { return m_unit_name; }
   bool is_wait() const { return m_is_wait; }
-  // The length of a wait; zero for a work stage.
+  /// The length of a wait; zero for a work stage.
   std::chrono::milliseconds delay() const { return m_delay; }
 
-  // Emits the work signal with `task` on the calling thread; a wait stage
-  // does nothing here (its unit does the waiting). Exceptions of the slots
-  // propagate to the caller.
+  /// Emits the work signal with `task` on the calling thread; a wait stage
+  /// does nothing here (its unit does the waiting). Exceptions of the slots
+  /// propagate to the caller.
   void run(const task_ptr_t& task) const;
 
  private:
