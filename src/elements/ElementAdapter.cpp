@@ -414,10 +414,14 @@ void ElementAdapter::OnKeyPress(wxKeyEvent& event) {
 bool ElementAdapter::PassFocusToNextWindow(int direction) {
   if (m_holder == nullptr || m_holder->GetParent() == nullptr) return false;
   // The holder's parent moves the focus on from the holder to its sibling.
+  if (m_passing_focus) return false;  // it came straight back: nowhere else to go
   const int flags = (direction == 1 ? wxNavigationKeyEvent::IsForward
                                     : wxNavigationKeyEvent::IsBackward) |
                     wxNavigationKeyEvent::FromTab;
-  return m_holder->Navigate(flags);
+  m_passing_focus = true;
+  const bool passed = m_holder->Navigate(flags);
+  m_passing_focus = false;
+  return passed;
 }
 
 }  // namespace elements

@@ -306,6 +306,26 @@ TEST_F(ElementAdapterFocus, AHolderWithNothingToFocusPassesTheFocusOn) {
   EXPECT_EQ(wxWindow::FindFocus(), next);
 }
 
+// When the holder is the only window that takes the focus, the toolkit's
+// navigation hands the focus straight back to it, from inside the call.
+TEST_F(ElementAdapterFocus, AHolderThatIsTheOnlyStopKeepsTheFocus) {
+  wxFrame* lone = new wxFrame(nullptr, wxID_ANY, "lone", wxPoint(20, 20), wxSize(200, 100));
+  wxPanel* only_panel = new wxPanel(lone);
+  wxWindow* only = new wxWindow(only_panel, wxID_ANY, wxPoint(0, 0), wxSize(100, 50));
+  only->SetBackgroundStyle(wxBG_STYLE_PAINT);
+  lone->Show();
+  {
+    ElementAdapter only_adapter(only);
+    only_adapter.SetRootElement(new orvix1_test::recording_element_t(&log, "empty"));
+    ASSERT_TRUE(activate(lone));
+    only->SetFocus();
+    orvix1_test::pump_events();
+    EXPECT_EQ(wxWindow::FindFocus(), only);
+  }
+  lone->Destroy();
+  orvix1_test::pump_events();
+}
+
 TEST_F(ElementAdapterFocus, ATopLevelHolderHasNowhereToPassTheFocus) {
   wxFrame* lone = new wxFrame(nullptr, wxID_ANY, "lone");
   {

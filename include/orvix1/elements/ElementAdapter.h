@@ -107,6 +107,9 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal
   element_ptr_t m_focused;
   wxCustomTooltip* m_tooltip = nullptr;
   bool m_handle_erase_background = false;
+  // Set while the focus is being passed on: a holder that is the only stop
+  // gets it straight back and must not pass it again.
+  bool m_passing_focus = false;
   /// Where the last mouse event on the holder happened, in client coordinates.
   wxPoint m_last_mouse_position;
 };
