@@ -301,10 +301,14 @@ std::string Scheduler::getTaskGroup(const task_ptr_t& task) {
 // refused task is taken out again.
 int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
                              const std::string& group) {
-  const log4cplus::Logger logger = scheduler_logger();
-  if (m_shut_down && logger.isEnabledFor(log4cplus::ERROR_LOG_LEVEL))
-    ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
-                                << task.get()->GetDisplayName());
+  // The logger is looked up only when there is something to say: the
+  // lookup takes the logging library's global lock, on every task.
+  if (m_shut_down) {
+    const log4cplus::Logger logger = scheduler_logger();
+    if (logger.isEnabledFor(log4cplus::ERROR_LOG_LEVEL))
+      ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
+                                  << task.get()->GetDisplayName());
+  }
   {
     MapsLock lock(*this);
     if (isGroupEmpty(group)) notifyGroupStart(group);
@@ -323,6 +327,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
     removeFromGroup(task, group);
     if (isGroupEmpty(group)) notifyGroupEnd(group);
   }
+  const log4cplus::Logger logger = scheduler_logger();
   if (status == talvar2::threading::schedule_group_canceling)
     ORVIX_LOG_WARNING(logger, "Failed to schedule task " << task.get()->GetDisplayName()
                                                          << ", it's group " << group
