@@ -6,9 +6,12 @@
 
 namespace gallery {
 
-void pump_once() {
+void pump_once(bool wait) {
+  if (wait) g_main_context_iteration(nullptr, TRUE);
   while (g_main_context_iteration(nullptr, FALSE)) {
   }
+  // The host runs no wx loop: the library's queued events, idle work and
+  // deferred deletions happen here.
   orvix1::process_message_loop();
 }
 

@@ -7,8 +7,10 @@
 namespace gallery {
 
 // Handles everything pending on both sides of the process: GTK's event
-// sources (the host's and wx's windows) and the library's wx queues.
-void pump_once();
+// sources (the host's and wx's windows), then the library's wx queues
+// through its message pump. With `wait`, first waits for something to
+// happen when nothing is pending.
+void pump_once(bool wait = false);
 
 // Pumps until `done` holds, waiting for events in between, for at most
 // `timeout`. True when `done` held.

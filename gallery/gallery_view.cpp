@@ -14,6 +14,9 @@ gallery_view_t::gallery_view_t(talvar2::smart_pointer_t<wxWindow> main_window, c
   auto* column = new wxBoxSizer(wxVERTICAL);
   column->Add(m_pane, wxSizerFlags().Expand());
   m_workspace->SetSizer(column);
+  // The host decides how much of its window the workspace takes (fit); the
+  // wrapper must not stretch its only child over the whole window.
+  m_main_window->Bind(wxEVT_SIZE, [](wxSizeEvent&) {});
 
   const std::vector<page_t>& pages = all_pages();
   int first_index = 0;
@@ -59,6 +62,20 @@ void gallery_view_t::watch_painting(wxWindow* window, bool always) {
     }
     event.Skip();  // the window paints itself
   });
+}
+
+void gallery_view_t::watch_selected_page() {
+  m_unpainted = 0;
+  watch_painting(m_pane, false);
+  wxWindow* selected = page(m_strip->GetCurrentSelection());
+  if (selected != nullptr) watch_painting(selected, true);
+  // Painted windows are painted again only when they are refreshed.
+  m_pane->Refresh();
+  if (selected != nullptr) selected->Refresh();
+}
+
+wxWindow* gallery_view_t::page(int index) const {
+  return index >= 0 && index < static_cast<int>(m_pages.size()) ? m_pages[index] : nullptr;
 }
 
 void gallery_view_t::fit(int width, int height) {

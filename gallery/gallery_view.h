@@ -26,8 +26,14 @@ class gallery_view_t : public talvar2::_internal::subscriber_base_t {
   // Gives the workspace the host window's size.
   void fit(int width, int height);
   // True once the tabs, the first page and every window in it have been
-  // painted.
+  // painted (or, after watch_selected_page, the page selected then).
   bool has_painted() const { return m_unpainted == 0; }
+  // Waits again for the selected page and the tabs to paint.
+  void watch_selected_page();
+
+  orvix1::wxTabPanel* strip() const { return m_strip; }
+  // The page of a tab; null until the tab has been selected once.
+  wxWindow* page(int index) const;
 
  private:
   void on_tab_selected(orvix1::wxTabPanel* panel, int index);

@@ -1,6 +1,9 @@
 // The gallery: a host program of its own kind. It owns a plain GTK main
-// window, starts wxWidgets through the library, and shows the library's
-// parts inside that window, one page per topic.
+// window, starts wxWidgets through the library with that window's handle,
+// pumps the library's events from its own loop, forwards its mouse clicks,
+// follows the library's modal dialogs, and shows the library's parts inside
+// its window, one page per topic. Pictures and animations come from the
+// gallery's resource archive.
 
 #include <chrono>
 #include <clocale>
@@ -14,11 +17,13 @@
 
 #include "event_pump.h"
 #include "gallery_view.h"
+#include "host_hooks.h"
 #include "host_window.h"
 #include "options.h"
 #include "orvix1/orvix1.h"
 #include "pages/pages.h"
 #include "screenshot.h"
+#include "tour.h"
 
 namespace gallery {
 namespace {
@@ -81,9 +86,20 @@ int take_screenshot(const host_window_t& host, const gallery_view_t& view,
   return 0;
 }
 
+// The folder the gallery program is in.
+std::string program_folder() {
+  gchar* program = g_file_read_link("/proc/self/exe", nullptr);
+  if (program == nullptr) return ".";
+  gchar* folder = g_path_get_dirname(program);
+  std::string result = folder;
+  g_free(folder);
+  g_free(program);
+  return result;
+}
+
 // Shows `page` in the host's window through the library's wrapper, until the
-// user closes the window or, with a screenshot path, the page is captured.
-int show_in_wrapper(host_window_t& host, const page_t& page, const std::string& screenshot_path) {
+// user closes the window, the page is captured or the tour has ended.
+int show_in_wrapper(host_window_t& host, const page_t& page, const options_t& options) {
   // The palette every page draws with, from the desktop, for the whole run.
   const talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette =
       orvix1::ui_settings_configure_t::get();
@@ -92,22 +108,34 @@ int show_in_wrapper(host_window_t& host, const page_t& page, const std::string& 
     std::fprintf(stderr, "gallery: the library did not wrap the host window\n");
     return k_exit_failed;
   }
-  gallery_view_t view(main_window, page);
-  view.fit(host.width(), host.height());
-  host.set_resize_handler([&view](int width, int height) { view.fit(width, height); });
+  // The gallery's pictures and animations, by name, from its archive.
+  if (!orvix1::ui_resources_t::get()->add_archive(GALLERY_RESOURCE_ARCHIVE)) {
+    std::fprintf(stderr, "gallery: cannot read the resource archive %s\n", GALLERY_RESOURCE_ARCHIVE);
+    return k_exit_failed;
+  }
+  host_hooks_t hooks(host);
   int status = 0;
-  if (screenshot_path.empty())
-    host.run_until_closed();
-  else
-    status = take_screenshot(host, view, screenshot_path);
-  host.set_resize_handler(nullptr);
+  {
+    gallery_view_t view(main_window, page);
+    host.set_resize_handler([&view](int width, int height) { view.fit(width, height); });
+    if (options.tour) {
+      const std::string out_dir = options.out_dir.empty() ? program_folder() : options.out_dir;
+      g_mkdir_with_parents(out_dir.c_str(), 0755);
+      status = run_tour(host, hooks, view, out_dir);
+    } else if (!options.screenshot_path.empty()) {
+      status = take_screenshot(host, view, options.screenshot_path);
+    } else {
+      host.run_until_closed();
+    }
+    host.set_resize_handler(nullptr);
+  }
   return status;
 }
 
 // Starts wxWidgets and the library for the host, shows the page and ends
 // both again, the wrapper first.
 int show_page(int& argc, char** argv, host_window_t& host, const page_t& page,
-              const std::string& screenshot_path) {
+              const options_t& options) {
   wxSetAssertHandler(print_assertion);
   if (!wxEntryStart(argc, argv)) {
     std::fprintf(stderr, "gallery: wxWidgets did not start\n");
@@ -125,7 +153,7 @@ int show_page(int& argc, char** argv, host_window_t& host, const page_t& page,
     wxEventLoopActivator activator(&loop);
     initialised = wxTheApp->CallOnInit() && orvix1::initialize_wxwidgets(host.widget());
     if (initialised)
-      status = show_in_wrapper(host, page, screenshot_path);
+      status = show_in_wrapper(host, page, options);
     else
       std::fprintf(stderr, "gallery: the library did not start\n");
     pump_once();
@@ -164,8 +192,9 @@ int run(int argc, char** argv) {
 
   host_window_t host("orvix1 gallery", 900, 560);
   host.show();
-  const int status = show_page(argc, argv, host, *page, options.screenshot_path);
-  return options.screenshot_path.empty() ? status : check_diagnostics(status);
+  const int status = show_page(argc, argv, host, *page, options);
+  const bool scripted = options.tour || !options.screenshot_path.empty();
+  return scripted ? check_diagnostics(status) : status;
 }
 
 }  // namespace

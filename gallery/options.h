@@ -8,6 +8,8 @@ namespace gallery {
 struct options_t {
   std::string screenshot_path;  // empty: run interactively
   std::string page_name;        // empty: the first page
+  bool tour = false;            // walk every page with scripted input
+  std::string out_dir;          // where the tour writes its pictures; empty: beside the program
   bool list_pages = false;
   bool help = false;
   std::string error;            // set when the command line is wrong

@@ -23,14 +23,7 @@ bool has_one_colour(const GdkPixbuf* pixbuf) {
   return true;
 }
 
-}  // namespace
-
-std::string save_window_png(GdkWindow* window, const std::string& path) {
-  if (window == nullptr || !gdk_window_is_viewable(window)) return "the window is not on screen";
-  // A window's image on X includes the child windows inside it, which is
-  // where the library's windows live.
-  pixbuf_ptr_t pixbuf(gdk_pixbuf_get_from_window(window, 0, 0, gdk_window_get_width(window),
-                                                 gdk_window_get_height(window)));
+std::string save_pixbuf(const pixbuf_ptr_t& pixbuf, const std::string& path) {
   if (!pixbuf) return "the window could not be read back";
   if (has_one_colour(pixbuf.get())) return "the window shows a single colour";
   GError* error = nullptr;
@@ -40,6 +33,29 @@ std::string save_window_png(GdkWindow* window, const std::string& path) {
     return reason;
   }
   return std::string();
+}
+
+}  // namespace
+
+std::string save_window_png(GdkWindow* window, const std::string& path) {
+  if (window == nullptr || !gdk_window_is_viewable(window)) return "the window is not on screen";
+  // A window's image on X includes the child windows inside it, which is
+  // where the library's windows live.
+  return save_pixbuf(pixbuf_ptr_t(gdk_pixbuf_get_from_window(window, 0, 0,
+                                                             gdk_window_get_width(window),
+                                                             gdk_window_get_height(window))),
+                     path);
+}
+
+std::string save_screen_area_png(GdkWindow* window, const std::string& path) {
+  if (window == nullptr || !gdk_window_is_viewable(window)) return "the window is not on screen";
+  int x = 0;
+  int y = 0;
+  gdk_window_get_origin(window, &x, &y);
+  return save_pixbuf(pixbuf_ptr_t(gdk_pixbuf_get_from_window(gdk_get_default_root_window(), x, y,
+                                                             gdk_window_get_width(window),
+                                                             gdk_window_get_height(window))),
+                     path);
 }
 
 }  // namespace gallery

@@ -1,6 +1,5 @@
 #include "pages/elements_page.h"
 
-#include <wx/filefn.h>
 #include <wx/window.h>
 
 #include "orvix1/elements/DropArrowElement.h"
@@ -10,9 +9,9 @@
 #include "orvix1/elements/SpacerElement.h"
 #include "orvix1/elements/StackLayout.h"
 #include "orvix1/elements/TextElement.h"
+#include "orvix1/ui_resources.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
-#include "spinner_gif.h"
 
 namespace gallery {
 namespace {
@@ -75,9 +74,17 @@ class elements_page_t : public wxWindow {
   ~elements_page_t() override {
     m_root->Destroy();
     delete m_adapter;
-    wxRemoveFile(m_spinner_file);
   }
   bool AcceptsFocus() const override { return true; }
+
+  // The middle of the animated picture, which has a tooltip.
+  wxPoint spinner_centre() const {
+    return m_spinner ? m_spinner->GetRect().GetPosition() + m_spinner->GetRect().GetSize() / 2
+                     : wxDefaultPosition;
+  }
+  wxCustomTooltip* spinner_tooltip() const {
+    return m_spinner ? m_spinner->GetExistingTooltip() : nullptr;
+  }
 
  private:
   void build() {
@@ -150,19 +157,30 @@ class elements_page_t : public wxWindow {
     // its own size docked in the area instead.
     new DropArrowElement(area, UIElement::pfRight | UIElement::pfTop);
 
-    auto* spinner = new ImageElement(area, UIElement::pfVCenter | UIElement::pfHCenter);
-    m_spinner_file = write_spinner_gif(40);
-    spinner->SetAnimationFile(m_spinner_file);
-    spinner->GetTooltip()->SetText("An animated GIF, stepped by element timers");
+    m_spinner = new ImageElement(area, UIElement::pfVCenter | UIElement::pfHCenter);
+    // Straight from the gallery's resource archive ("...zip#zip:animations/...").
+    m_spinner->SetAnimationFile(wxString::FromUTF8(
+        ui_resources_t::get()->get_resource_loader().find_file("animations/spinner.gif")));
+    m_spinner->GetTooltip()->SetText("An animated GIF from the resource archive, stepped by element timers");
   }
 
   ElementAdapter* m_adapter = nullptr;
   talvar2::intrusive_pointer_t<RectangleElement> m_root;
-  wxString m_spinner_file;
+  talvar2::intrusive_pointer_t<ImageElement> m_spinner;
 };
 
 }  // namespace
 
 wxWindow* create_elements_page(wxWindow* parent) { return new elements_page_t(parent); }
+
+wxPoint elements_page_tooltip_point(wxWindow* page) {
+  const auto* elements = dynamic_cast<elements_page_t*>(page);
+  return elements != nullptr ? elements->spinner_centre() : wxDefaultPosition;
+}
+
+wxCustomTooltip* elements_page_tooltip(wxWindow* page) {
+  const auto* elements = dynamic_cast<elements_page_t*>(page);
+  return elements != nullptr ? elements->spinner_tooltip() : nullptr;
+}
 
 }  // namespace gallery

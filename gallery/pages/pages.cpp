@@ -2,10 +2,12 @@
 
 #include "pages/elements_page.h"
 #include "pages/help_page.h"
+#include "pages/images_page.h"
 #include "pages/palette_page.h"
 #include "pages/splitters_page.h"
 #include "pages/tabs_page.h"
 #include "pages/tasks_page.h"
+#include "pages/tooltips_page.h"
 #include "pages/welcome_page.h"
 
 namespace gallery {
@@ -19,6 +21,8 @@ const std::vector<page_t>& all_pages() {
       {"help", "Help", &create_help_page},
       {"splitters", "Splitters", &create_splitters_page},
       {"tabs", "Tabs", &create_tabs_page},
+      {"tooltips", "Tooltips", &create_tooltips_page},
+      {"images", "Images and DPI", &create_images_page},
   };
   return pages;
 }

@@ -1,6 +1,7 @@
 #include "pages/palette_page.h"
 
 #include <wx/button.h>
+#include <wx/choice.h>
 #include <wx/dcbuffer.h>
 #include <wx/filename.h>
 #include <wx/panel.h>
@@ -94,6 +95,13 @@ class palette_view_t : public wxWindow, public StyledBase {
   }
 };
 
+// The palette files shipped with the gallery, by the name the theme choice shows.
+struct theme_t {
+  const char* label;
+  const char* file;
+};
+const theme_t k_themes[] = {{"Light", "palette-light.xml"}, {"Dark", "palette-dark.xml"}};
+
 // Colours that "Change colour" steps through for colour 0.
 const wxColour k_backgrounds[] = {wxColour(255, 250, 235), wxColour(225, 240, 255),
                                   wxColour(235, 255, 235), wxColour(255, 255, 255)};
@@ -102,12 +110,19 @@ class palette_page_t : public wxPanel {
  public:
   explicit palette_page_t(wxWindow* parent)
       : wxPanel(parent), m_settings(ui_settings_configure_t::get()),
-        m_file(wxFileName(wxFileName::GetTempDir(), "orvix1-gallery-palette.xml").GetFullPath()) {
+        m_file(palette_page_file()) {
     auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-    add_button(buttons, "Save palette", &palette_page_t::on_save);
+    buttons->Add(new wxStaticText(this, wxID_ANY, "Theme:"), wxSizerFlags().Center().Border(wxLEFT));
+    m_theme = new wxChoice(this, wxID_ANY);
+    m_theme->SetName(k_palette_theme_choice);
+    for (const theme_t& theme : k_themes) m_theme->Append(theme.label);
+    m_theme->Bind(wxEVT_CHOICE, [this](wxCommandEvent& event) { on_theme(event.GetSelection()); });
+    buttons->Add(m_theme, wxSizerFlags().Center().Border());
+    add_button(buttons, "Save palette", &palette_page_t::on_save)->SetName(k_palette_save_button);
     add_button(buttons, "Change colour", &palette_page_t::on_change);
     add_button(buttons, "Load palette", &palette_page_t::on_load);
     m_status = new wxStaticText(this, wxID_ANY, "File: " + m_file);
+    m_status->SetName(k_palette_status);
     buttons->Add(m_status, wxSizerFlags().Center().Border());
 
     auto* sizer = new wxBoxSizer(wxVERTICAL);
@@ -120,10 +135,31 @@ class palette_page_t : public wxPanel {
   }
 
  private:
-  void add_button(wxSizer* sizer, const wxString& label, void (palette_page_t::*handler)()) {
+  wxButton* add_button(wxSizer* sizer, const wxString& label, void (palette_page_t::*handler)()) {
     auto* button = new wxButton(this, wxID_ANY, label);
     button->Bind(wxEVT_BUTTON, [this, handler](wxCommandEvent&) { (this->*handler)(); });
     sizer->Add(button, wxSizerFlags().Border());
+    return button;
+  }
+
+  // Live theme switching: the theme's file goes into the live palette, and
+  // its change signal makes every styled window repaint in the new colours.
+  void on_theme(int index) {
+    if (index < 0 || index >= static_cast<int>(WXSIZEOF(k_themes))) return;
+    const std::string file = std::string(GALLERY_RESOURCES_DIR) + "/" + k_themes[index].file;
+    const bool loaded = m_settings->load(file);
+    // A palette file holds the two background colours: the texts on them
+    // are chosen to read on whichever the theme brought.
+    const bool dark = m_settings->get_color(color_window_bg).GetLuminance() < 0.5;
+    const wxColour text = dark ? wxColour(230, 232, 236) : wxColour(30, 30, 30);
+    for (default_colors_t index : {color_window_text, color_button_text, color_strip_text})
+      m_settings->set_color(index, text);
+    if (dark) m_settings->set_color(color_strip_bg, wxColour(0x3B, 0x42, 0x52));
+    else m_settings->set_color(color_strip_bg, wxColour(210, 221, 226));
+    m_settings->changed()();
+    m_status->SetLabel((loaded ? "Theme: " : "Could not load the theme ") +
+                       wxString::FromUTF8(file));
+    Layout();
   }
 
   void on_save() {
@@ -152,11 +188,16 @@ class palette_page_t : public wxPanel {
   style_updater_t m_updater;
   wxString m_file;
   wxStaticText* m_status = nullptr;
+  wxChoice* m_theme = nullptr;
   size_t m_next = WXSIZEOF(k_backgrounds) - 1;
 };
 
 }  // namespace
 
 wxWindow* create_palette_page(wxWindow* parent) { return new palette_page_t(parent); }
+
+wxString palette_page_file() {
+  return wxFileName(wxFileName::GetTempDir(), "orvix1-gallery-palette.xml").GetFullPath();
+}
 
 }  // namespace gallery

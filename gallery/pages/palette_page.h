@@ -1,14 +1,25 @@
 #ifndef GALLERY_PAGES_PALETTE_PAGE_H
 #define GALLERY_PAGES_PALETTE_PAGE_H
 
+#include <wx/string.h>
+
 class wxWindow;
 
 namespace gallery {
 
-// The palette: every colour, font and metric with its index and name, and
-// buttons that save it to a file, change a colour and load it back. Styled
-// windows repaint on every change.
+// The palette: every colour, font and metric with its index and name, a
+// theme choice that loads a light or a dark palette file into the live
+// palette, and buttons that save it to a file, change a colour and load it
+// back. Styled windows repaint on every change.
 wxWindow* create_palette_page(wxWindow* parent);
+
+// Names of the page's windows.
+constexpr const char* k_palette_theme_choice = "theme_choice";
+constexpr const char* k_palette_save_button = "save_palette";
+constexpr const char* k_palette_status = "palette_status";
+
+// Where the save button writes the palette.
+wxString palette_page_file();
 
 }  // namespace gallery
 

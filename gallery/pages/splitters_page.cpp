@@ -73,6 +73,7 @@ class splitters_page_t : public wxWindow {
 
   wxWindow* advanced_splitter() {
     auto* splitter = new wxAdvancedSplitter(this);
+    splitter->SetName(k_splitters_collapsible);
     splitter->SplitVertically(new label_pane_t(splitter, "Editor", k_colours[0]),
                               new label_pane_t(splitter, "Outline (collapsible)", k_colours[1]));
     splitter->SetRelativeSashPosition(0.6f);

@@ -9,6 +9,9 @@ namespace gallery {
 // together, and a four-pane grid; every pane says what it is.
 wxWindow* create_splitters_page(wxWindow* parent);
 
+// The name of the splitter whose second pane collapses.
+constexpr const char* k_splitters_collapsible = "collapsible_splitter";
+
 }  // namespace gallery
 
 #endif

@@ -5,15 +5,15 @@
 
 #include <wx/button.h>
 #include <wx/dcmemory.h>
-#include <wx/filefn.h>
-#include <wx/msgdlg.h>
+#include <wx/msgdlg.h>  // declares what the generic dialog builds on
+#include <wx/generic/msgdlgg.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
 #include "orvix1/dialog.h"
+#include "orvix1/ui_resources.h"
 #include "orvix1/wxTabPane.h"
-#include "spinner_gif.h"
 
 namespace gallery {
 namespace {
@@ -50,6 +50,7 @@ class tabs_page_t : public wxPanel, public talvar2::_internal::subscriber_base_t
   explicit tabs_page_t(wxWindow* parent) : wxPanel(parent) {
     m_pane = new wxTabPane(this, wxID_ANY);
     m_documents = m_pane->AddPanel(wxTabPane::primary_panel);
+    m_documents->SetName(k_tabs_documents);
     m_documents->SetCrossed(true);
     m_tools = m_pane->AddPanel(wxTabPane::secondary_panel);
     m_pane->SetSecondaryPanelRightAligned(true);
@@ -103,11 +104,8 @@ class tabs_page_t : public wxPanel, public talvar2::_internal::subscriber_base_t
 
   // A tab whose image is a running animation, as for a build in progress.
   void add_busy_tab() {
-    const wxString path = write_spinner_gif(16);
-    wxAnimation spinner;
-    const bool loaded = spinner.LoadFile(path);
-    wxRemoveFile(path);
-    if (!loaded) return;
+    const wxAnimation spinner = orvix1::ui_resources_t::get()->get_animation("spinner_small");
+    if (!spinner.IsOk()) return;
     m_data.push_back(std::unique_ptr<document_t>(new document_t{"Build", "Building...", false}));
     wxTabButton* button = m_documents->AddButton(spinner, "Build");
     button->SetUserData(m_data.back().get());
@@ -139,7 +137,9 @@ class tabs_page_t : public wxPanel, public talvar2::_internal::subscriber_base_t
     const wxTabButton* button = panel->GetButton(id);
     const auto* document = button != nullptr ? static_cast<document_t*>(button->GetUserData()) : nullptr;
     if (document == nullptr || !document->modified) return;
-    orvix1::modal_flavor<wxMessageDialog> question(
+    // The generic dialog runs wx's own modal loop, which the host sees and
+    // can end; the native one would run GTK's.
+    orvix1::modal_flavor<wxGenericMessageDialog> question(
         this, "\"" + document->name + "\" has changes that are not saved. Close it anyway?",
         "Really close?", wxYES_NO | wxNO_DEFAULT | wxICON_QUESTION);
     allow = question.ShowModal() == wxID_YES;

@@ -10,6 +10,9 @@ namespace gallery {
 // overflow menu and keyboard navigation.
 wxWindow* create_tabs_page(wxWindow* parent);
 
+// The name of the documents' strip.
+constexpr const char* k_tabs_documents = "documents";
+
 }  // namespace gallery
 
 #endif

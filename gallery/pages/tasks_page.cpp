@@ -57,10 +57,10 @@ class tasks_page_t : public wxPanel {
                wxSizerFlags().Border());
     auto* grid = new wxFlexGridSizer(2, wxSize(12, 8));
     grid->AddGrowableCol(1);
-    add_row(grid, "Service task", [this](task_row_t& row) { start(row, false, 0); });
-    add_row(grid, "Long task", [this](task_row_t& row) { start(row, true, 0); });
-    add_row(grid, "Delayed task (1 s)", [this](task_row_t& row) { start(row, false, 1000); });
-    add_row(grid, "GUI task", [this](task_row_t& row) {
+    add_row(grid, "Service task", "", [this](task_row_t& row) { start(row, false, 0); });
+    add_row(grid, "Long task", k_tasks_long_task, [this](task_row_t& row) { start(row, true, 0); });
+    add_row(grid, "Delayed task (1 s)", "", [this](task_row_t& row) { start(row, false, 1000); });
+    add_row(grid, "GUI task", "", [this](task_row_t& row) {
       row.gauge->SetValue(0);
       add(new fill_gauge_task_t(row.gauge), 0);
     });
@@ -68,9 +68,11 @@ class tasks_page_t : public wxPanel {
 
     auto* actions = new wxBoxSizer(wxHORIZONTAL);
     add_action(actions, "Cancel the group", [this] { m_scheduler->Cancel(k_group); });
-    add_action(actions, "Cancel and wait", [this] { cancel_and_wait(); });
+    add_action(actions, "Cancel and wait", [this] { cancel_and_wait(); })
+        ->SetName(k_tasks_cancel_and_wait);
     sizer->Add(actions, wxSizerFlags().Border());
     m_status = new wxStaticText(this, wxID_ANY, wxEmptyString);
+    m_status->SetName(k_tasks_status);
     sizer->Add(m_status, wxSizerFlags().Border());
     SetSizer(sizer);
   }
@@ -85,20 +87,27 @@ class tasks_page_t : public wxPanel {
   }
 
  private:
-  void add_row(wxSizer* grid, const wxString& label, std::function<void(task_row_t&)> start_task) {
+  // A named row's button takes the name, its gauge the name + "_gauge".
+  void add_row(wxSizer* grid, const wxString& label, const wxString& name,
+               std::function<void(task_row_t&)> start_task) {
     m_rows.push_back(std::make_unique<task_row_t>());
     task_row_t& row = *m_rows.back();
     auto* button = new wxButton(this, wxID_ANY, label);
     row.gauge = new wxGauge(this, wxID_ANY, 100);
+    if (!name.empty()) {
+      button->SetName(name);
+      row.gauge->SetName(name + "_gauge");
+    }
     button->Bind(wxEVT_BUTTON, [&row, start_task](wxCommandEvent&) { start_task(row); });
     grid->Add(button, wxSizerFlags().Expand());
     grid->Add(row.gauge, wxSizerFlags().Expand().CenterVertical());
   }
 
-  void add_action(wxSizer* sizer, const wxString& label, std::function<void()> action) {
+  wxButton* add_action(wxSizer* sizer, const wxString& label, std::function<void()> action) {
     auto* button = new wxButton(this, wxID_ANY, label);
     button->Bind(wxEVT_BUTTON, [action](wxCommandEvent&) { action(); });
     sizer->Add(button, wxSizerFlags().Border(wxRIGHT));
+    return button;
   }
 
   void start(task_row_t& row, bool long_task, int delay_ms) {

@@ -3,7 +3,11 @@
 #include <algorithm>
 
 #include <wx/dcbuffer.h>
+#include <wx/stattext.h>
 #include <wx/window.h>
+
+#include "orvix1/wx_dll_application.h"
+#include "talvar2/functor/signal.h"
 
 namespace gallery {
 namespace {
@@ -14,7 +18,7 @@ const wxColour k_subtitle(170, 185, 205);
 const wxColour k_shape_colours[] = {wxColour(231, 111, 81), wxColour(244, 162, 97),
                                     wxColour(233, 196, 106), wxColour(42, 157, 143)};
 
-class welcome_page_t : public wxWindow {
+class welcome_page_t : public wxWindow, public talvar2::_internal::subscriber_base_t {
  public:
   explicit welcome_page_t(wxWindow* parent) {
     // The paint handler covers every pixel; wx must not erase first.
@@ -22,9 +26,35 @@ class welcome_page_t : public wxWindow {
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE);
     SetBackgroundColour(k_background);
     Bind(wxEVT_PAINT, &welcome_page_t::on_paint, this);
+    Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+      place_click_line();
+      event.Skip();
+    });
+    m_click_line = new wxStaticText(this, wxID_ANY,
+                                    "Last click on the host's status line: none yet (click it)",
+                                    wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
+    m_click_line->SetName(k_welcome_click_line);
+    m_click_line->SetForegroundColour(k_shape_colours[2]);
+    m_click_line->SetBackgroundColour(k_background);
+    // The host forwards the clicks on its own part of the window.
+    orvix1::get_mouse_signal().connect(this, &welcome_page_t::on_host_mouse);
   }
 
  private:
+  void on_host_mouse(wxMouseEvent* event) {
+    if (!event->ButtonDown()) return;
+    const char* button = event->LeftDown() ? "left" : event->MiddleDown() ? "middle" : "right";
+    m_click_line->SetLabel(wxString::Format("Last click on the host's status line: %s button at (%d, %d), #%d",
+                                            button, event->GetX(), event->GetY(), ++m_clicks));
+  }
+
+  void place_click_line() {
+    const int margin = FromDIP(24);
+    const int height = m_click_line->GetBestSize().y;
+    m_click_line->SetSize(margin, GetClientSize().y - margin - height,
+                          std::max(GetClientSize().x - 2 * margin, 1), height);
+  }
+
   void on_paint(wxPaintEvent&) {
     wxAutoBufferedPaintDC dc(this);
     dc.SetBackground(wxBrush(GetBackgroundColour()));
@@ -32,8 +62,9 @@ class welcome_page_t : public wxWindow {
     const wxSize size = GetClientSize();
     const int margin = FromDIP(24);
     const int text_bottom = draw_texts(dc, margin);
+    const int line = m_click_line->GetSize().y + margin;
     draw_shapes(dc, wxRect(margin, text_bottom + margin, size.x - 2 * margin,
-                           size.y - text_bottom - 2 * margin));
+                           size.y - text_bottom - 2 * margin - line));
   }
 
   // Returns the y below the texts.
@@ -86,6 +117,9 @@ class welcome_page_t : public wxWindow {
       }
     }
   }
+
+  wxStaticText* m_click_line = nullptr;
+  int m_clicks = 0;
 };
 
 }  // namespace

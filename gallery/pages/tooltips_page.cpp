@@ -1,0 +1,98 @@
+#include "pages/tooltips_page.h"
+
+#include <vector>
+
+#include <wx/button.h>
+#include <wx/dcbuffer.h>
+#include <wx/panel.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+
+#include "orvix1/wxCustomTooltip.h"
+
+namespace gallery {
+namespace {
+
+using orvix1::wxCustomTooltip;
+
+// A coloured card with a caption: something to rest the pointer on.
+class card_t : public wxWindow {
+ public:
+  card_t(wxWindow* parent, const wxString& caption, const wxColour& colour) : m_caption(caption) {
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    Create(parent, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 90)), wxFULL_REPAINT_ON_RESIZE);
+    SetBackgroundColour(colour);
+    Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
+      wxAutoBufferedPaintDC dc(this);
+      dc.SetBackground(wxBrush(GetBackgroundColour()));
+      dc.Clear();
+      dc.SetFont(GetFont());
+      dc.SetTextForeground(*wxBLACK);
+      const wxSize text = dc.GetTextExtent(m_caption);
+      const wxSize size = GetClientSize();
+      dc.DrawText(m_caption, (size.x - text.x) / 2, (size.y - text.y) / 2);
+    });
+  }
+
+ private:
+  wxString m_caption;
+};
+
+class tooltips_page_t : public wxPanel {
+ public:
+  explicit tooltips_page_t(wxWindow* parent) : wxPanel(parent) {
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(new wxStaticText(this, wxID_ANY,
+                                 "Rest the pointer on a card or the button: the library's tooltip "
+                                 "appears beside it, stays inside the screen and goes\nwhen the "
+                                 "pointer leaves. The tabs of the gallery and of the Tabs page, and "
+                                 "the Elements page, carry the same tooltips."),
+                wxSizerFlags().Border(wxALL, 12));
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    card_t* first = add_card(row, "Palette delay", wxColour(214, 230, 245),
+                             "The delay before this tooltip comes from the palette's tooltip "
+                             "metric; the theme files set it to 400 ms.", -1);
+    first->SetName(k_tooltips_first_target);
+    add_card(row, "At once", wxColour(245, 226, 206),
+             "No delay: this one shows as soon as the pointer enters.", 0);
+    add_card(row, "Long text", wxColour(218, 240, 218),
+             "A longer text is wrapped by the tooltip itself: it measures the text, keeps a "
+             "margin around it and places itself beside the pointer inside the work area of "
+             "the monitor under the pointer.",
+             -1);
+    column->Add(row, wxSizerFlags().Border(wxLEFT | wxRIGHT, 12));
+    auto* button = new wxButton(this, wxID_ANY, "A native button");
+    attach(button, "Native controls take the library's tooltip too.", -1);
+    column->Add(button, wxSizerFlags().Border(wxALL, 12));
+    SetSizer(column);
+  }
+
+  ~tooltips_page_t() override {
+    for (wxCustomTooltip* tooltip : m_tooltips) tooltip->Destroy();
+  }
+
+ private:
+  card_t* add_card(wxSizer* row, const wxString& caption, const wxColour& colour,
+                   const std::string& text, int delay_ms) {
+    auto* card = new card_t(this, caption, colour);
+    attach(card, text, delay_ms);
+    row->Add(card, wxSizerFlags().Border(wxRIGHT, 12));
+    return card;
+  }
+
+  void attach(wxWindow* target, const std::string& text, int delay_ms) {
+    auto* tooltip = new wxCustomTooltip;
+    tooltip->Attach(target);
+    tooltip->SetText(text);
+    tooltip->SetShowDelay(delay_ms);
+    m_tooltips.push_back(tooltip);
+  }
+
+  std::vector<wxCustomTooltip*> m_tooltips;
+};
+
+}  // namespace
+
+wxWindow* create_tooltips_page(wxWindow* parent) { return new tooltips_page_t(parent); }
+
+}  // namespace gallery

@@ -1,0 +1,435 @@
+#include "tour.h"
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <map>
+
+#include <gtk/gtk.h>
+#include <wx/button.h>
+#include <wx/choice.h>
+#include <wx/ffile.h>
+#include <wx/filefn.h>
+#include <wx/gauge.h>
+#include <wx/stattext.h>
+#include <wx/animate.h>
+
+#include "event_pump.h"
+#include "gallery_view.h"
+#include "host_hooks.h"
+#include "host_window.h"
+#include "orvix1/elements/UIElement.h"
+#include "orvix1/ui_resources.h"
+#include "orvix1/ui_settings.h"
+#include "orvix1/wxAdvancedSplitter.h"
+#include "orvix1/wxCustomTooltip.h"
+#include "orvix1/wxSplitterElement.h"
+#include "orvix1/wxTabPanel.h"
+#include "pages/elements_page.h"
+#include "pages/images_page.h"
+#include "pages/palette_page.h"
+#include "pages/splitters_page.h"
+#include "pages/tabs_page.h"
+#include "pages/tasks_page.h"
+#include "pages/tooltips_page.h"
+#include "pages/welcome_page.h"
+#include "screenshot.h"
+
+namespace gallery {
+namespace {
+
+using namespace std::chrono_literals;
+using orvix1::wxTabButton;
+using orvix1::wxTabPanel;
+
+// A step's outcome: empty when it held, otherwise what went wrong.
+using outcome_t = std::string;
+
+// --- input --------------------------------------------------------------
+
+// A mouse event as the window would get it from the toolkit, handled at once.
+void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at) {
+  wxMouseEvent event(type);
+  event.SetEventObject(window);
+  event.SetId(window->GetId());
+  event.SetPosition(at);
+  event.m_leftDown = type == wxEVT_LEFT_DOWN || type == wxEVT_LEFT_DCLICK;
+  window->GetEventHandler()->ProcessEvent(event);
+}
+
+void click(wxWindow* window, const wxPoint& at) {
+  send_mouse(window, wxEVT_MOTION, at);
+  send_mouse(window, wxEVT_LEFT_DOWN, at);
+  send_mouse(window, wxEVT_LEFT_UP, at);
+  pump_once();
+}
+
+wxPoint centre_of(const wxRect& rect) { return rect.GetPosition() + rect.GetSize() / 2; }
+wxPoint centre_of(const wxWindow* window) { return centre_of(wxRect(window->GetClientSize())); }
+
+// Native controls are driven through GTK, so that they raise their wx events
+// the way a user's click would.
+void press(wxButton* button) {
+  gtk_button_clicked(GTK_BUTTON(button->GetHandle()));
+  pump_once();
+}
+
+void choose(wxChoice* choice, int index) {
+  gtk_combo_box_set_active(GTK_COMBO_BOX(choice->GetHandle()), index);
+  pump_once();
+}
+
+// The pointer goes to the window's middle, and the window hears it enter.
+void hover(wxWindow* window, const wxPoint& at) {
+  GdkDisplay* display = gdk_display_get_default();
+  GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(display));
+  const wxPoint screen = window->ClientToScreen(at);
+  gdk_device_warp(pointer, gdk_display_get_default_screen(display), screen.x, screen.y);
+  send_mouse(window, wxEVT_ENTER_WINDOW, at);
+  send_mouse(window, wxEVT_MOTION, at);
+}
+
+// A button press and release on the host's own window, through GDK's queue.
+void host_click(host_window_t& host, int x, int y) {
+  GdkDisplay* display = gdk_display_get_default();
+  GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(display));
+  for (GdkEventType type : {GDK_BUTTON_PRESS, GDK_BUTTON_RELEASE}) {
+    GdkEvent* event = gdk_event_new(type);
+    event->button.window = GDK_WINDOW(g_object_ref(host.gdk_window()));
+    event->button.send_event = TRUE;
+    event->button.time = GDK_CURRENT_TIME;
+    event->button.x = x;
+    event->button.y = y;
+    event->button.button = 1;
+    gdk_event_set_device(event, pointer);
+    gdk_event_put(event);
+    gdk_event_free(event);
+  }
+}
+
+template <class T>
+T* find(wxWindow* page, const char* name) {
+  return page != nullptr ? dynamic_cast<T*>(wxWindow::FindWindowByName(name, page)) : nullptr;
+}
+
+std::string text_of(const wxString& text) { return text.utf8_string(); }
+
+wxTabButton* tab_labelled(wxTabPanel* panel, const wxString& label) {
+  for (int i = 0; i < panel->GetButtonsCount(); ++i)
+    if (panel->GetButton(i) != nullptr && panel->GetButton(i)->GetLabel() == label)
+      return panel->GetButton(i);
+  return nullptr;
+}
+
+bool file_contains(const wxString& path, const wxString& text) {
+  wxFFile file(path, "r");
+  wxString content;
+  return file.IsOpened() && file.ReadAll(&content) && content.Contains(text);
+}
+
+// --- the tour -----------------------------------------------------------
+
+class tour_t {
+ public:
+  tour_t(host_window_t& host, host_hooks_t& hooks, gallery_view_t& view, std::string out_dir)
+      : m_host(host), m_hooks(hooks), m_view(view), m_out_dir(std::move(out_dir)) {}
+
+  int run() {
+    const std::vector<page_t>& pages = all_pages();
+    for (size_t index = 0; index < pages.size(); ++index) visit(pages[index], static_cast<int>(index));
+    step("host", "every modal dialog closed again", [this]() -> outcome_t {
+      if (m_hooks.dialogs_opened() != m_hooks.dialogs_closed() || m_host.is_marked_modal())
+        return "opened " + std::to_string(m_hooks.dialogs_opened()) + ", closed " +
+               std::to_string(m_hooks.dialogs_closed());
+      return std::string();
+    });
+    std::printf("tour: %d step(s), %d failed; pictures in %s\n", m_steps, m_failures,
+                m_out_dir.c_str());
+    std::fflush(stdout);
+    return m_failures == 0 ? 0 : 1;
+  }
+
+ private:
+  void visit(const page_t& page, int index) {
+    m_page_name = page.name;
+    step("select its tab", [&]() -> outcome_t {
+      wxTabButton* tab = m_view.strip()->GetButton(index);
+      if (tab == nullptr) return "no tab";
+      click(tab, centre_of(tab));
+      if (m_view.strip()->GetCurrentSelection() != index) return "the tab was not selected";
+      m_page = m_view.page(index);
+      if (m_page == nullptr || !m_page->IsShown()) return "the page is not shown";
+      // A user acts on what is on the screen: the script waits for it too.
+      m_view.watch_selected_page();
+      if (!pump_until([this] { return m_view.has_painted(); }, 10s)) return "the page did not paint";
+      return std::string();
+    });
+    if (m_page == nullptr || !m_page->IsShown()) return;
+    const std::string name = page.name;
+    std::function<void()> after;
+    if (name == "welcome") welcome();
+    else if (name == "palette") after = palette();
+    else if (name == "elements") elements();
+    else if (name == "tasks") tasks();
+    else if (name == "splitters") splitters();
+    else if (name == "tabs") tabs();
+    else if (name == "tooltips") tooltips();
+    else if (name == "images") images();
+    screenshot();
+    if (after) after();
+  }
+
+  void screenshot() {
+    const std::string path = m_out_dir + "/" + m_page_name + ".png";
+    step("picture", [&]() -> outcome_t {
+      // The page as the steps left it: panes may have gone, others repaint.
+      m_view.watch_selected_page();
+      if (!pump_until([this] { return m_view.has_painted(); }, 10s)) return "the page did not paint";
+      // GTK hands a painted frame to the X server at the end of its frame
+      // cycle: capture again until the frame is there.
+      std::string failure;
+      pump_until(
+          [&] {
+            gdk_display_sync(gdk_window_get_display(m_host.gdk_window()));
+            failure = save_screen_area_png(m_host.gdk_window(), path);
+            return failure.empty();
+          },
+          10s);
+      return failure;
+    });
+  }
+
+  // --- page scripts -----------------------------------------------------
+
+  void welcome() {
+    step("a click on the host's status line reaches the page", [&]() -> outcome_t {
+      auto* line = find<wxStaticText>(m_page, k_welcome_click_line);
+      if (line == nullptr) return "no click line";
+      const GdkRectangle strip = m_host.status_area();
+      const int x = strip.x + 40;
+      const int y = strip.y + strip.height / 2;
+      const int before = m_hooks.clicks_forwarded();
+      host_click(m_host, x, y);
+      if (!pump_until([&] { return m_hooks.clicks_forwarded() >= before + 2; }, 5s))
+        return "the host did not forward the press and the release";
+      pump_once();
+      if (m_hooks.clicks_forwarded() != before + 2)
+        return "the host forwarded " + std::to_string(m_hooks.clicks_forwarded() - before) + " events";
+      const std::string expected = "left button at (" + std::to_string(x) + ", " + std::to_string(y) + ")";
+      if (text_of(line->GetLabel()).find(expected) == std::string::npos)
+        return "the line says \"" + text_of(line->GetLabel()) + "\"";
+      return std::string();
+    });
+    step("hovering a tab shows its tooltip", [&]() -> outcome_t {
+      wxTabButton* tab = m_view.strip()->GetButton(1);
+      if (tab == nullptr || tab->GetCustomTooltip() == nullptr) return "the tab has no tooltip";
+      orvix1::wxCustomTooltip* tip = tab->GetCustomTooltip();
+      hover(tab, centre_of(tab));
+      if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
+      if (tip->GetText() != tab->GetTooltipText()) return "the tooltip shows another text";
+      send_mouse(tab, wxEVT_LEAVE_WINDOW, wxPoint(-1, -1));
+      if (!pump_until([tip] { return !tip->IsShown(); }, 5s)) return "it stayed after the pointer left";
+      return std::string();
+    });
+  }
+
+  std::function<void()> palette() {
+    auto* choice = find<wxChoice>(m_page, k_palette_theme_choice);
+    step("switching to the dark theme repaints in its colours", [&]() -> outcome_t {
+      if (choice == nullptr) return "no theme choice";
+      const wxColour dark(0x1F, 0x24, 0x30);
+      choose(choice, 1);
+      if (orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg) != dark)
+        return "the palette's window colour is " +
+               text_of(orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg).GetAsString());
+      auto* status = find<wxStaticText>(m_page, k_palette_status);
+      if (status == nullptr || !status->GetLabel().StartsWith("Theme: ")) return "the page did not report it";
+      return std::string();
+    });
+    step("save writes the live palette", [&]() -> outcome_t {
+      auto* save = find<wxButton>(m_page, k_palette_save_button);
+      if (save == nullptr) return "no save button";
+      const wxString file = palette_page_file();
+      if (wxFileExists(file)) wxRemoveFile(file);
+      press(save);
+      if (!file_contains(file, "<value key=\"color_0\">#1F2430</value>"))
+        return "the file " + text_of(file) + " does not hold the dark colour";
+      return std::string();
+    });
+    // After the picture: the light theme again for the other pages.
+    return [this, choice] {
+      step("switching back to the light theme", [&]() -> outcome_t {
+        choose(choice, 0);
+        if (orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg) != wxColour(0xFB, 0xFA, 0xF6))
+          return "the palette did not change back";
+        return std::string();
+      });
+    };
+  }
+
+  void elements() {
+    step("hovering the animation shows its tooltip", [&]() -> outcome_t {
+      const wxPoint at = elements_page_tooltip_point(m_page);
+      if (at == wxDefaultPosition) return "no animation element";
+      hover(m_page, at);
+      orvix1::wxCustomTooltip* tip = elements_page_tooltip(m_page);
+      if (tip == nullptr) return "the element has no tooltip";
+      if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
+      // Left showing for the picture; the next tab hides it.
+      return std::string();
+    });
+  }
+
+  void tasks() {
+    step("a long task reports progress on the GUI thread", [&]() -> outcome_t {
+      auto* start = find<wxButton>(m_page, k_tasks_long_task);
+      auto* gauge = find<wxGauge>(m_page, k_tasks_long_task_gauge);
+      if (start == nullptr || gauge == nullptr) return "no long task row";
+      press(start);
+      if (!pump_until([gauge] { return gauge->GetValue() > 0; }, 10s)) return "the gauge never moved";
+      return std::string();
+    });
+    step("cancel and wait drains it through the wait dialog", [&]() -> outcome_t {
+      auto* cancel = find<wxButton>(m_page, k_tasks_cancel_and_wait);
+      auto* status = find<wxStaticText>(m_page, k_tasks_status);
+      if (cancel == nullptr || status == nullptr) return "no cancel button";
+      const int opened = m_hooks.dialogs_opened();
+      const int closed = m_hooks.dialogs_closed();
+      press(cancel);  // returns when the dialog has ended itself
+      if (m_hooks.dialogs_opened() != opened + 1) return "no wait dialog reached the host";
+      if (m_hooks.last_dialog_title() != "Tasks") return "the host saw \"" + m_hooks.last_dialog_title() + "\"";
+      if (m_hooks.dialogs_closed() != closed + 1 || m_host.is_marked_modal()) return "the wait dialog did not close";
+      if (status->GetLabel() != "Every task of the group has finished.") return "the page says \"" + text_of(status->GetLabel()) + "\"";
+      return std::string();
+    });
+  }
+
+  void splitters() {
+    step("the collapse button folds the second pane", [&]() -> outcome_t {
+      auto* splitter = find<orvix1::wxAdvancedSplitter>(m_page, k_splitters_collapsible);
+      if (splitter == nullptr) return "no collapsible splitter";
+      auto* sash = dynamic_cast<orvix1::wxSplitterElement*>(splitter->GetSplitterElement().get());
+      if (sash == nullptr) return "no sash element";
+      const wxRect button = sash->GetButtonRect();
+      if (button.IsEmpty()) return "the button is hidden";
+      click(splitter, centre_of(button));
+      if (!splitter->IsAnimating() && !splitter->IsSecondPaneClosed()) return "the click started nothing";
+      // The animation's ticks, one after another, instead of waiting for them.
+      for (int tick = 0; tick < 1000 && splitter->IsAnimating(); ++tick) splitter->GetAnimationTimer().Notify();
+      if (splitter->IsAnimating()) return "the animation did not end";
+      if (!splitter->IsSecondPaneClosed()) return "the pane is not closed";
+      wxWindow* second = splitter->GetPanel2();
+      if (second != nullptr && second->IsShown() && second->GetSize().x > 1)
+        return "the second pane is still " + std::to_string(second->GetSize().x) + " px wide";
+      return std::string();
+    });
+  }
+
+  void tabs() {
+    auto* documents = find<wxTabPanel>(m_page, k_tabs_documents);
+    // Closes a document by its cross, answering the question with `answer`
+    // when one comes.
+    auto close = [&](const wxString& label, int answer, int* questions) -> outcome_t {
+      wxTabButton* tab = documents != nullptr ? tab_labelled(documents, label) : nullptr;
+      if (tab == nullptr) return "no tab \"" + text_of(label) + "\"";
+      const wxRect cross = tab->CalculateCrossRect();
+      if (cross.IsEmpty()) return "the tab has no close cross";
+      const int opened = m_hooks.dialogs_opened();
+      m_hooks.answer_next_dialog(answer);
+      click(tab, centre_of(cross));
+      m_hooks.answer_next_dialog(0);
+      *questions = m_hooks.dialogs_opened() - opened;
+      return std::string();
+    };
+    step("closing a changed document is refused when the answer is no", [&]() -> outcome_t {
+      int questions = 0;
+      const int before = documents != nullptr ? documents->GetButtonsCount() : 0;
+      outcome_t failure = close("Report.txt *", wxID_NO, &questions);
+      if (!failure.empty()) return failure;
+      if (questions != 1 || m_hooks.last_dialog_title() != "Really close?") return "no question was asked";
+      if (documents->GetButtonsCount() != before || tab_labelled(documents, "Report.txt *") == nullptr)
+        return "the tab went anyway";
+      return std::string();
+    });
+    step("and closed when the answer is yes", [&]() -> outcome_t {
+      int questions = 0;
+      const int before = documents != nullptr ? documents->GetButtonsCount() : 0;
+      outcome_t failure = close("Report.txt *", wxID_YES, &questions);
+      if (!failure.empty()) return failure;
+      if (questions != 1) return "no question was asked";
+      if (documents->GetButtonsCount() != before - 1 || tab_labelled(documents, "Report.txt *") != nullptr)
+        return "the tab is still there";
+      return std::string();
+    });
+    step("an unchanged document closes without a question", [&]() -> outcome_t {
+      int questions = 0;
+      const int before = documents != nullptr ? documents->GetButtonsCount() : 0;
+      outcome_t failure = close("Notes.md", wxID_NO, &questions);
+      if (!failure.empty()) return failure;
+      if (questions != 0) return "it asked";
+      if (documents->GetButtonsCount() != before - 1) return "the tab is still there";
+      return std::string();
+    });
+  }
+
+  void tooltips() {
+    step("hovering a card shows its tooltip", [&]() -> outcome_t {
+      wxWindow* card = wxWindow::FindWindowByName(k_tooltips_first_target, m_page);
+      orvix1::wxCustomTooltip* tip = card != nullptr ? orvix1::wxCustomTooltip::GetAssociatedTooltip(card) : nullptr;
+      if (tip == nullptr) return "no card with a tooltip";
+      hover(card, centre_of(card));
+      if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
+      if (!tip->GetScreenRect().Intersects(card->GetScreenRect().Inflate(64)))
+        return "the tooltip is far from the card";
+      return std::string();
+    });
+  }
+
+  void images() {
+    step("pictures and the animation come from the archive", [&]() -> outcome_t {
+      const auto resources = orvix1::ui_resources_t::get();
+      if (resources->get_archives().empty()) return "no archive registered";
+      if (!images_page_shows_every_picture(m_page)) return "a picture is missing";
+      auto* animation = find<wxAnimationCtrl>(m_page, k_images_animation);
+      if (animation == nullptr || !animation->GetAnimation().IsOk()) return "no animation";
+      if (!animation->IsPlaying()) return "the animation is not playing";
+      return std::string();
+    });
+  }
+
+  // --- bookkeeping --------------------------------------------------------
+
+  void step(const char* what, const std::function<outcome_t()>& body) {
+    step(m_page_name.c_str(), what, body);
+  }
+
+  void step(const char* page, const char* what, const std::function<outcome_t()>& body) {
+    ++m_steps;
+    const outcome_t failure = body();
+    if (failure.empty()) {
+      std::printf("tour: %s: %s ok\n", page, what);
+    } else {
+      ++m_failures;
+      std::printf("tour: %s: %s FAILED: %s\n", page, what, failure.c_str());
+    }
+    std::fflush(stdout);
+  }
+
+  host_window_t& m_host;
+  host_hooks_t& m_hooks;
+  gallery_view_t& m_view;
+  std::string m_out_dir;
+  std::string m_page_name;
+  wxWindow* m_page = nullptr;
+  int m_steps = 0;
+  int m_failures = 0;
+};
+
+}  // namespace
+
+int run_tour(host_window_t& host, host_hooks_t& hooks, gallery_view_t& view,
+             const std::string& out_dir) {
+  return tour_t(host, hooks, view, out_dir).run();
+}
+
+}  // namespace gallery
