@@ -173,7 +173,11 @@ TEST_F(TabButton, EachStatePaintsItsOwnBackground) {
   button->SetColor(wxTabButton::bg_pressed, k_green);
   button->SetColor(wxTabButton::bg_disabled, k_blue);
   const wxPoint inside(2, 2);  // inside the border
+  // The pointer of the shared display may rest where the button appeared.
+  send_mouse(button, wxEVT_LEAVE_WINDOW, wxPoint(-1, -1));
   EXPECT_EQ(painted_at(button, inside), k_red);
+  send_mouse(button, wxEVT_ENTER_WINDOW, inside);
+  EXPECT_EQ(painted_at(button, inside), button->GetHighlightColor());
   button->Press();
   EXPECT_EQ(painted_at(button, inside), k_green);
   button->SetDisabled(true);
