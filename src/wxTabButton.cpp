@@ -183,8 +183,6 @@ void wxTabButton::init(const wxString& label) {
   m_cross_images[0] = wxBitmap(detail::tab_cross_normal_xpm);
   m_cross_images[1] = wxBitmap(detail::tab_cross_hovered_xpm);
   m_cross_images[2] = wxBitmap(detail::tab_cross_pressed_xpm);
-  m_animation_ctrl = new tab_animation_ctrl_t(this, wxNullAnimation);
-  m_animation_ctrl->Hide();
   m_caption = label;
   SetUiStyle(new default_style_t);  // applies fonts and colours
 }
@@ -271,7 +269,13 @@ void wxTabButton::SetBackgroundImage(const wxImage& image) {
   Refresh();
 }
 
+// The control is made with the first animation: a strip may hold thousands
+// of tabs, and every child window costs the toolkit.
 void wxTabButton::SetAnimation(const wxAnimation& animation) {
+  if (m_animation_ctrl == nullptr) {
+    if (!animation.IsOk()) return;
+    m_animation_ctrl = new tab_animation_ctrl_t(this, wxNullAnimation);
+  }
   m_animation_ctrl->Stop();
   if (animation.IsOk()) {
     m_animation_ctrl->SetAnimation(animation);
@@ -286,7 +290,9 @@ void wxTabButton::SetAnimation(const wxAnimation& animation) {
   Refresh();
 }
 
-wxAnimation wxTabButton::GetAnimation() const { return m_animation_ctrl->GetAnimation(); }
+wxAnimation wxTabButton::GetAnimation() const {
+  return m_animation_ctrl != nullptr ? m_animation_ctrl->GetAnimation() : wxAnimation();
+}
 
 bool wxTabButton::HasAnimation() const {
   return m_animation_ctrl != nullptr && m_animation_ctrl->GetAnimation().IsOk();

@@ -96,6 +96,7 @@ void wxTabPanel::on_style_updated() {
   if (!GetUiStyle()) return;
   SetDefaultUISettings();
   for (wxTabButton* button : m_buttons) ApplyLookTo(button);
+  InvalidateBestSizes();
   FullRefresh(true);
 }
 
@@ -120,6 +121,7 @@ bool wxTabPanel::SetBackgroundColour(const wxColour& colour) {
 
 void wxTabPanel::ChangeFont(const wxFont& font) {
   wxWindow::SetFont(font);
+  InvalidateBestSizes();
   MeasureWidths();
   for (wxTabButton* button : m_buttons) button->ChangeFont(font);
 }
@@ -156,6 +158,7 @@ wxTabButton* wxTabPanel::CreateButton(const picture_t& picture, const wxString& 
 
 void wxTabPanel::InitializeButton(wxTabButton* button) {
   const int index = std::clamp(button->GetId(), 0, GetButtonsCount());
+  InvalidateBestSizes();
   ApplyLookTo(button);
   button->clicked().connect(this, &wxTabPanel::on_button_clicked);
   button->delete_requested().connect(this, &wxTabPanel::on_button_delete);
@@ -163,9 +166,11 @@ void wxTabPanel::InitializeButton(wxTabButton* button) {
   m_buttons.insert(m_buttons.begin() + index, button);
   Renumber(index);
   if (m_selection >= index) ++m_selection;
-  // The new button is hidden until the layout finds room for it.
+  // The new button is hidden until the layout finds room for it; the
+  // hidden list stays in the order of all buttons.
+  button->Hide();
   m_hidden.push_back(button);
-  UpdateShowedLists();
+  if (index != GetButtonsCount() - 1) UpdateShowedLists();
   // A frozen strip lays out once, when it thaws.
   if (!IsFrozen()) CalculatePositions(true);
   m_button_added(index);
@@ -244,6 +249,7 @@ bool wxTabPanel::RemoveButton(int index, bool keep_window) {
   wxTabButton* button = GetButton(index);
   if (button == nullptr) return false;
   m_buttons.erase(m_buttons.begin() + index);
+  InvalidateBestSizes();
   m_shown.erase(std::remove(m_shown.begin(), m_shown.end(), button), m_shown.end());
   m_hidden.erase(std::remove(m_hidden.begin(), m_hidden.end(), button), m_hidden.end());
   button->clicked().disconnect(this, &wxTabPanel::on_button_clicked);
@@ -319,6 +325,7 @@ void wxTabPanel::on_button_delete(int id) {
 }
 
 void wxTabPanel::on_button_resized() {
+  InvalidateBestSizes();
   if (m_in_layout) return;
   CalculatePositions(true);
   m_resized();
@@ -399,6 +406,7 @@ void wxTabPanel::UpdateShowedLists() {
 }
 
 void wxTabPanel::ShowOnly(int first, int count) {
+  m_first_shown = first;
   m_shown.assign(m_buttons.begin() + first, m_buttons.begin() + first + count);
   m_hidden.assign(m_buttons.begin(), m_buttons.begin() + first);
   m_hidden.insert(m_hidden.end(), m_buttons.begin() + first + count, m_buttons.end());
@@ -545,7 +553,7 @@ int wxTabPanel::ChooseVariableCount(int width) const {
   int used = 0;
   int count = 0;
   const auto fits = [&](int index) {
-    const int step = m_buttons[index]->CalculateSize().x + GetMargin(count) +
+    const int step = m_best_sizes[index].x + GetMargin(count) +
                      (count < GetSplittersCount() ? SplitterWidth(count) + m_margin : 0);
     if (used + step + GetMargin(count + 1) > width) return false;
     used += step;
@@ -560,11 +568,29 @@ int wxTabPanel::ChooseVariableCount(int width) const {
   return count;
 }
 
+// The buttons' sizes side by side: a layout reads them all, and reading them
+// from thousands of button objects scattered in memory costs more than the
+// layout itself.
+void wxTabPanel::UpdateBestSizes() {
+  if (m_best_sizes_valid) return;
+  m_best_sizes.resize(m_buttons.size());
+  for (size_t k = 0; k < m_buttons.size(); ++k) m_best_sizes[k] = m_buttons[k]->CalculateSize();
+  m_best_sizes_valid = true;
+}
+
+void wxTabPanel::InvalidateBestSizes() {
+  m_best_sizes_valid = false;
+  m_cached_for = wxDefaultSize;
+}
+
 wxSize wxTabPanel::CalculatePositions(bool apply) { return CalculatePositions(GetClientSize(), apply); }
 
 wxSize wxTabPanel::CalculatePositions(const wxSize& size, bool apply) {
   if (size == m_cached_for && !apply) return m_cached_result;
-  const std::vector<wxTabButton*> saved_shown = apply ? std::vector<wxTabButton*>() : m_shown;
+  UpdateBestSizes();
+  // Measuring leaves the lists as they are; applying shows and hides only
+  // the windows whose place changed (the hidden list may be long).
+  const std::vector<wxTabButton*> saved_shown = m_shown;
   const std::vector<wxTabButton*> saved_hidden = apply ? std::vector<wxTabButton*>() : m_hidden;
   const int total = GetButtonsCount();
   const int width = size.x;
@@ -591,12 +617,10 @@ wxSize wxTabPanel::CalculatePositions(const wxSize& size, bool apply) {
     PutButtonsToShown(m_resizable ? ChooseVariableCount(width) : total);
   }
 
+  // Every branch above made the shown run contiguous from m_first_shown.
+  const wxSize* best = m_shown.empty() ? nullptr : &m_best_sizes[m_first_shown];
   int row_height = std::max(m_desired_height, 0);
-  std::vector<wxSize> best(m_shown.size());
-  for (size_t k = 0; k < m_shown.size(); ++k) {
-    best[k] = m_shown[k]->CalculateSize();
-    row_height = std::max(row_height, best[k].y);
-  }
+  for (size_t k = 0; k < m_shown.size(); ++k) row_height = std::max(row_height, best[k].y);
 
   const int panel_height = size.y;
   int x = 0;
@@ -625,8 +649,9 @@ wxSize wxTabPanel::CalculatePositions(const wxSize& size, bool apply) {
   const wxSize result(x, row_height + m_margin);
   if (apply && m_right_aligned && x < width) ShiftContent(width - x);
   if (apply) {
-    for (wxTabButton* button : m_hidden)
-      if (button->IsShown()) button->Hide();
+    const std::unordered_set<const wxTabButton*> now_shown(m_shown.begin(), m_shown.end());
+    for (wxTabButton* button : saved_shown)
+      if (now_shown.count(button) == 0 && button->IsShown()) button->Hide();
     for (wxTabButton* button : m_shown)
       if (!button->IsShown()) button->Show();
     wxWindow::SetMinSize(wxSize(-1, result.y));

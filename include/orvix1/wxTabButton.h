@@ -123,8 +123,10 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   const wxImage& GetBackgroundImage() const { return m_background_image; }
 
   /// An animation takes the place of the image; an invalid one removes it.
+  /// The control that shows it exists from the first animation on.
   void SetAnimation(const wxAnimation& animation);
   wxAnimation GetAnimation() const;
+  /// Null until an animation has been set.
   wxAnimationCtrl* GetAnimationCtrl() const { return m_animation_ctrl; }
   bool HasAnimation() const;
   void Play();

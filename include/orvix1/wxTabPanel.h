@@ -195,6 +195,8 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void ShowOnly(int first, int count);
   void Renumber(int from);
   void ShiftContent(int dx);
+  void UpdateBestSizes();
+  void InvalidateBestSizes();
   void SelectAfterRemoval(int removed);
 
   void on_button_clicked(int id);
@@ -227,6 +229,9 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   bool m_in_layout = false;
   /// Kept in the shown run by the next layouts, until the selection changes.
   wxTabButton* m_brought_into_view = nullptr;
+  std::vector<wxSize> m_best_sizes;  // by button index
+  bool m_best_sizes_valid = false;
+  int m_first_shown = 0;
   wxSize m_cached_for = wxDefaultSize;
   wxSize m_cached_result;
 
