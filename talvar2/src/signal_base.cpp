@@ -132,6 +132,15 @@ void signal_base_t::on_subscriber_destroy(subscriber_base_t* subscriber) {
   for (node_t* node : list->nodes_of(subscriber)) list->cut(node);
 }
 
+bool signal_base_t::try_lock_for_subscriber() {
+  core_t* list = current_core();
+  return list == nullptr || list->mutex.try_acquire();
+}
+
+void signal_base_t::unlock_for_subscriber() {
+  if (core_t* list = current_core()) list->mutex.release();
+}
+
 std::size_t signal_base_t::connection_count() const {
   core_t* list = current_core();
   if (list == nullptr) return 0;

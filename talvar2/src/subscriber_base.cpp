@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <thread>
 #include <vector>
 
 #include "talvar2/functor/signal.h"
@@ -13,15 +14,31 @@ struct subscriber_base_t::connections_t {
   std::vector<signal_base_t*> signals;
 };
 
+// Connecting locks the signal, then the subscriber. Dying needs both the
+// other way round: the subscriber's lock keeps its signals from dying under
+// it. So each signal's lock is only tried; when another thread holds it (an
+// emission, a connect, the signal's own death, which takes this
+// subscriber's lock next), this one lets go of its own lock and tries again,
+// and never waits while holding it.
 subscriber_base_t::~subscriber_base_t() {
   connections_t* connected = m_connections.load(std::memory_order_acquire);
   if (connected == nullptr) return;  // never connected to
-  {
-    // Lock order: the subscriber, then each signal (the reverse of _insert).
-    threading::mutex_guard_t guard(connected->mutex);
-    for (signal_base_t* signal : connected->signals) signal->on_subscriber_destroy(this);
-    connected->signals.clear();
+  for (;;) {
+    connected->mutex.acquire();
+    if (connected->signals.empty()) break;
+    signal_base_t* signal = connected->signals.back();
+    if (!signal->try_lock_for_subscriber()) {
+      connected->mutex.release();
+      std::this_thread::yield();
+      continue;
+    }
+    signal->on_subscriber_destroy(this);
+    signal->unlock_for_subscriber();
+    auto& signals = connected->signals;
+    signals.erase(std::remove(signals.begin(), signals.end(), signal), signals.end());
+    connected->mutex.release();
   }
+  connected->mutex.release();
   delete connected;
 }
 

@@ -105,6 +105,11 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   void _erase_all();
   /// Cuts every connection whose subscriber is `subscriber`.
   void on_subscriber_destroy(subscriber_base_t* subscriber);
+  /// The signal's lock, taken only if it is free (or held by this thread);
+  /// see ~subscriber_base_t. A signal never connected to has no lock and
+  /// nothing to cut: true without locking.
+  bool try_lock_for_subscriber();
+  void unlock_for_subscriber();
 
   /// Number of live connections, read under the signal's mutex.
   std::size_t connection_count() const;
