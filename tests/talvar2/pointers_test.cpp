@@ -158,13 +158,14 @@ TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
 
 TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
   std::atomic<int> deletions{0};
-  // A release on an object nobody holds must not delete it (here it would
-  // free a stack object).
-  pointer_test_object_t object(&deletions);
-  object.release_ref();
-  object.release_ref();
-  EXPECT_EQ(object.ref_count(), 0u);
-  EXPECT_EQ(deletions.load(), 0);
+  // A release on an object nobody holds must not delete it.
+  std::atomic<int> idle_deletions{0};
+  auto* idle = new pointer_test_object_t(&idle_deletions);
+  idle->release_ref();
+  idle->release_ref();
+  EXPECT_EQ(idle->ref_count(), 0u);
+  EXPECT_EQ(idle_deletions.load(), 0);
+  delete idle;
 
   auto* counted = new pointer_test_object_t(&deletions);
   counted->add_ref();
