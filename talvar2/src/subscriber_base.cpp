@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -6,6 +7,9 @@
 
 namespace talvar2 {
 namespace _internal {
+namespace {
+constexpr int k_yields_before_waiting = 64;
+}  // namespace
 
 // The signals that point at a subscriber, one entry per connection (entries
 // may repeat), under the subscriber's own mutex.
@@ -23,15 +27,21 @@ struct subscriber_base_t::connections_t {
 subscriber_base_t::~subscriber_base_t() {
   connections_t* connected = m_connections.load(std::memory_order_acquire);
   if (connected == nullptr) return;  // never connected to
-  for (;;) {
+  for (int attempt = 0;; ++attempt) {
     connected->mutex.acquire();
     if (connected->signals.empty()) break;
     signal_base_t* signal = connected->signals.back();
     if (!signal->try_lock_for_subscriber()) {
       connected->mutex.release();
-      std::this_thread::yield();
+      // An emission on another thread holds its signal's lock while its
+      // slots run, which may take a while: past a few turns, wait a little.
+      if (attempt < k_yields_before_waiting)
+        std::this_thread::yield();
+      else
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
       continue;
     }
+    attempt = 0;
     signal->on_subscriber_destroy(this);
     signal->unlock_for_subscriber();
     auto& signals = connected->signals;
