@@ -33,11 +33,6 @@ using talvar2::intrusive_pointer_t;
 using talvar2::smart_pointer_t;
 using object_ptr = intrusive_pointer_t<pointer_test_object_t>;
 
-class derived_object_t : public pointer_test_object_t {
- public:
-  using pointer_test_object_t::pointer_test_object_t;
-};
-
 TEST(IntrusivePointer, CountsHoldersAndDeletesWithTheLast) {
   std::atomic<int> deletions{0};
   auto* object = new pointer_test_object_t(&deletions);
@@ -61,36 +56,6 @@ TEST(IntrusivePointer, CountsHoldersAndDeletesWithTheLast) {
     EXPECT_EQ(deletions.load(), 0);
   }
   EXPECT_EQ(deletions.load(), 1);
-}
-
-TEST(IntrusivePointer, ConvertsFromDerivedAndComparesByAddress) {
-  std::atomic<int> deletions{0};
-  {
-    intrusive_pointer_t<derived_object_t> derived(new derived_object_t(&deletions));
-    object_ptr base(derived);
-    EXPECT_EQ(derived->ref_count(), 2u);
-    EXPECT_TRUE(base == derived);
-    object_ptr other(new pointer_test_object_t(&deletions));
-    EXPECT_TRUE(base != other);
-    EXPECT_NE(base < other, other < base);
-  }
-  EXPECT_EQ(deletions.load(), 2);
-}
-
-TEST(IntrusivePointer, AssignmentReleasesTheOldObject) {
-  std::atomic<int> old_deletions{0};
-  std::atomic<int> new_deletions{0};
-  object_ptr target(new pointer_test_object_t(&old_deletions));
-  object_ptr source(new pointer_test_object_t(&new_deletions));
-  target = source;
-  EXPECT_EQ(old_deletions.load(), 1);
-  EXPECT_EQ(source->ref_count(), 2u);
-
-  target = new pointer_test_object_t(&old_deletions);
-  EXPECT_EQ(source->ref_count(), 1u);
-  target = nullptr;
-  EXPECT_EQ(old_deletions.load(), 2);
-  EXPECT_EQ(new_deletions.load(), 0);
 }
 
 TEST(IntrusivePointer, SelfAssignmentLeavesItEmpty) {
@@ -157,7 +122,6 @@ TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
 }
 
 TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
-  std::atomic<int> deletions{0};
   // A release on an object nobody holds must not delete it.
   std::atomic<int> idle_deletions{0};
   auto* idle = new pointer_test_object_t(&idle_deletions);
@@ -166,14 +130,6 @@ TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
   EXPECT_EQ(idle->ref_count(), 0u);
   EXPECT_EQ(idle_deletions.load(), 0);
   delete idle;
-
-  auto* counted = new pointer_test_object_t(&deletions);
-  counted->add_ref();
-  counted->add_ref();
-  counted->release_ref();
-  EXPECT_EQ(deletions.load(), 0);
-  counted->release_ref();
-  EXPECT_EQ(deletions.load(), 1);
 }
 
 TEST(IntrusivePointer, ManyThreadsCopyAndDropOneObject) {

@@ -1,7 +1,5 @@
-// Slots that change the signal which is calling them. The suite also runs
-// under AddressSanitizer: each case that destroys something mid-emission is
-// built so that a touch of freed memory, a double free or a leaked mutex
-// shows up there even when the logged calls look right.
+// Slots that change the signal calling them; destroying cases are meant to
+// be caught under AddressSanitizer too.
 
 #include <gtest/gtest.h>
 
@@ -68,24 +66,6 @@ TEST(SignalReentrancy, SlotDisconnectingLaterSlotSkipsIt) {
   EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "c:2"}));
 }
 
-TEST(SignalReentrancy, SlotDisconnectingEveryoneEndsTheEmission) {
-  three_listeners l;
-  int_signal_t signal;
-  l.connect_all(signal);
-  l.b.set_action([&](int) {
-    signal.disconnect(&l.a, &listener_t::on_value);
-    signal.disconnect(&l.b, &listener_t::on_value);
-    signal.disconnect(&l.c, &listener_t::on_value);
-  });
-  signal(1);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
-  EXPECT_EQ(signal.node_count(), 0u);
-  // The list is usable from scratch afterwards.
-  signal.connect(&l.c, &listener_t::on_value);
-  signal(2);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:2"}));
-}
-
 TEST(SignalReentrancy, SlotConnectedDuringEmissionIsCalledInTheSameEmission) {
   three_listeners l;
   int_signal_t signal;
@@ -122,19 +102,6 @@ TEST(SignalReentrancy, SlotReconnectingItselfIsCalledAgainAtTheTail) {
   EXPECT_EQ(l.emit(signal, 2), (call_log_t{"b:2", "c:2", "a:2"}));
 }
 
-TEST(SignalReentrancy, NestedEmissionRunsInsideTheOuterOne) {
-  three_listeners l;
-  int_signal_t signal;
-  signal.connect(&l.a, &listener_t::on_value);
-  signal.connect(&l.b, &listener_t::on_value);
-  l.a.set_action([&](int value) {
-    if (value == 1) signal(2);
-  });
-
-  signal(1);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2", "b:1"}));
-}
-
 TEST(SignalReentrancy, NestedEmissionLeavesCleanUpToTheOutermost) {
   // a cuts itself, then emits again. If the nested emission removed a's
   // emptied entry, the outer emission would step on from a freed node.
@@ -163,22 +130,6 @@ TEST(SignalReentrancy, SlotDestroyingTheSignalEndsTheEmission) {
   (*signal)(1);
   EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
   // The listeners die after the signal: none may still name it.
-}
-
-TEST(SignalReentrancy, SlotDestroyingTheSignalInANestedEmission) {
-  three_listeners l;
-  auto* signal = new int_signal_t;
-  l.connect_all(*signal);
-  l.a.set_action([&](int value) {
-    if (value == 1) (*signal)(2);
-  });
-  l.b.set_action([&](int value) {
-    if (value == 2) delete signal;
-  });
-
-  (*signal)(1);
-  // Neither emission goes on after b: the outer one returns right after a.
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2"}));
 }
 
 TEST(SignalReentrancy, ForwardedSignalDestroyedByItsOwnSlot) {
@@ -276,21 +227,6 @@ TEST(SignalReentrancy, ThrowingSlotStopsTheEmissionAndLeavesTheSignalUsable) {
   // No emission is left marked as running: a disconnect unlinks at once.
   signal.disconnect(&l.c, &listener_t::on_value);
   EXPECT_EQ(signal.node_count(), 2u);
-}
-
-TEST(SignalReentrancy, SlotDisconnectingItselfThenThrowingLeavesNoEmptyEntry) {
-  three_listeners l;
-  int_signal_t signal;
-  l.connect_all(signal);
-  l.b.set_action([&](int) {
-    signal.disconnect(&l.b, &listener_t::on_value);
-    throw slot_failure();
-  });
-
-  EXPECT_THROW(signal(1), slot_failure);
-  EXPECT_EQ(signal.connection_count(), 2u);
-  EXPECT_EQ(signal.node_count(), 2u);
-  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "c:2"}));
 }
 
 TEST(SignalReentrancy, ThrowFromANestedEmissionUnwindsBoth) {

@@ -90,17 +90,6 @@ TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
   EXPECT_EQ(status->completed(), 5u);
 }
 
-TEST_F(QueueUnit, JobsQueuedWhileProcessingCountTowardsTheLimit) {
-  auto task = boost::make_shared<probe_task_t>();
-  task->add(main_unit_name, "first");
-  task->add(main_unit_name, "second");
-  task->add(main_unit_name, "third");
-  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-  EXPECT_EQ(main->process_queue(2), 2u);  // the second stage was queued by the first
-  EXPECT_EQ(task->labels(), (strings{"first", "second"}));
-  EXPECT_EQ(main->process_queue(5), 1u);
-}
-
 TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
   job_listener_t listener(main, *places);
   auto direct = boost::make_shared<probe_task_t>();
@@ -201,21 +190,6 @@ TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
   EXPECT_FALSE(spared->is_canceled());
   EXPECT_FALSE(other->is_canceled());
   EXPECT_EQ(scheduler->task_count(""), 2u);
-}
-
-TEST_F(BatchCancel, RunsOnAWorkerUnitAndMayRunAgain) {
-  auto task = parked("g");
-  const auto batch = batch_cancel_t::create();
-  batch->add_group("g");
-  ASSERT_EQ(batch->execute(scheduler, service_unit_name), schedule_accepted);
-  queue_driver_t driver(main);
-  ASSERT_TRUE(driver.drive_until([&] { return status->completions_of(task) == 1; }));
-  EXPECT_EQ(task->cancel_place(), service_unit_name);
-
-  auto later = parked("g");
-  ASSERT_EQ(batch->execute(scheduler, long_tasks_unit_name), schedule_accepted);
-  ASSERT_TRUE(driver.drive_until([&] { return status->completions_of(later) == 1; }));
-  EXPECT_EQ(later->cancel_place(), long_tasks_unit_name);
 }
 
 TEST_F(BatchCancel, SkipsTasksThatAreGoneAndReportsBadCalls) {
