@@ -126,10 +126,6 @@ void probe_task_t::add_wait(const std::string& unit, int delay_ms) {
   push_stage(boost::make_shared<stage_t>(unit, delay_ms));
 }
 
-void probe_task_t::add_final_wait(const std::string& unit, int delay_ms) {
-  push_finalization_stage(boost::make_shared<stage_t>(unit, delay_ms));
-}
-
 void probe_task_t::cancel() {
   {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -168,11 +164,6 @@ void queue_driver_t::on_new_job(const task_ptr_t&, const stage_ptr_t&) {
   std::lock_guard<std::mutex> lock(m_mutex);
   ++m_signals;
   m_new_job.notify_all();
-}
-
-std::size_t queue_driver_t::signals() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_signals;
 }
 
 void queue_driver_t::drive_once(std::chrono::milliseconds wait) {

@@ -1,11 +1,6 @@
 #ifndef TALVAR2_TESTS_THREADING_SUPPORT_H
 #define TALVAR2_TESTS_THREADING_SUPPORT_H
 
-// Helpers for the threading tests: tasks built from functions that record
-// where and in which order their stages ran, a status callback that records
-// every report, a driver that drains a queue unit on the test thread the way
-// an event loop would, and gates and counters to wait on with a bound.
-
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -128,7 +123,6 @@ class probe_task_t : public default_task_t {
   void add(const std::string& unit, const std::string& label, std::function<void()> body = {});
   void add_final(const std::string& unit, const std::string& label, std::function<void()> body = {});
   void add_wait(const std::string& unit, int delay_ms);
-  void add_final_wait(const std::string& unit, int delay_ms);
 
   void cancel() override;
 
@@ -161,9 +155,6 @@ class queue_driver_t : public talvar2::subscriber_base_t {
   bool drive_until(const std::function<bool()>& done, std::chrono::milliseconds timeout = k_timeout);
   // Runs what is queued now and waits a little for more.
   void drive_once(std::chrono::milliseconds wait = std::chrono::milliseconds(2));
-
-  std::size_t signals() const;
-  const boost::shared_ptr<queue_unit_t>& queue() const { return m_queue; }
 
  private:
   void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage);

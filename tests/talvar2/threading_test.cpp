@@ -1,7 +1,3 @@
-// The scheduler: stages in order on their units, worker pools that cannot
-// starve each other, waits, cancellation, exceptions, cancel-and-wait and
-// the scheduler's own lifetime.
-
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -265,27 +261,6 @@ TEST_F(SchedulerExceptions, ThrowingFinalizationStageDoesNotStopTheNextOne) {
   const auto reports = status->exceptions();
   ASSERT_EQ(reports.size(), 1u);
   EXPECT_EQ(reports[0].what, "unknown exception");
-}
-
-// A unit that refuses every job.
-class broken_unit_t : public unit_t {
- public:
-  void post(const job_t&) override { throw std::runtime_error("queue full"); }
-};
-
-TEST_F(SchedulerExceptions, UnitThatThrowsIsAReportedSchedulingError) {
-  scheduler->register_unit("broken", boost::make_shared<broken_unit_t>());
-  auto task = probe();
-  task->add("broken", "never");
-  task->add(service_unit_name, "skipped");
-  task->add_final(service_unit_name, "final");
-  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-  ASSERT_TRUE(finish(task));
-  EXPECT_EQ(task->labels(), strings{"final"});
-  const auto errors = status->scheduling_errors();
-  ASSERT_EQ(errors.size(), 1u);
-  EXPECT_EQ(errors[0].task, task);
-  EXPECT_EQ(errors[0].what, "unit \"broken\" threw: queue full");
 }
 
 using SchedulerStatus = scheduler_test;

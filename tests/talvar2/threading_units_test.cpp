@@ -1,6 +1,3 @@
-// The pieces around the scheduler: the queue unit a GUI thread drains, batch
-// cancellation, operation statuses, stages and the default task.
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -260,43 +257,6 @@ TEST(DefaultTask, KeepsStagesInPushOrderWithTheirKindAndItsName) {
   task.push_stage(nullptr);
   EXPECT_EQ(recorder.single().expression, "stage");
   EXPECT_EQ(task.stages().size(), 3u);
-}
-
-class work_counter_t : public talvar2::subscriber_base_t {
- public:
-  void on_work(const task_ptr_t& task) {
-    ++calls;
-    last = task;
-  }
-  int calls = 0;
-  task_ptr_t last;
-};
-
-TEST(TaskStage, WorkStageEmitsWithTheTaskAndKeepsTheConnectionsItWasGiven) {
-  work_counter_t counter, late;
-  stage_t::work_signal_t work;
-  work.connect(&counter, &work_counter_t::on_work);
-  const stage_t stage(service_unit_name, work);
-  work.connect(&late, &work_counter_t::on_work);  // after the copy: not in the stage
-
-  const task_ptr_t task = boost::make_shared<default_task_t>();
-  stage.run(task);
-  EXPECT_EQ(counter.calls, 1);
-  EXPECT_EQ(counter.last, task);
-  EXPECT_EQ(late.calls, 0);
-  EXPECT_FALSE(stage.is_wait());
-  EXPECT_EQ(stage.delay().count(), 0);
-  EXPECT_EQ(stage.unit_name(), service_unit_name);
-
-  boost::shared_ptr<stage_t> outliving;
-  {
-    work_counter_t dying;
-    work.connect(&dying, &work_counter_t::on_work);
-    outliving = boost::make_shared<stage_t>(service_unit_name, work);
-  }
-  outliving->run(task);  // `dying` is cut from the copy as from the original
-  EXPECT_EQ(counter.calls, 2);
-  EXPECT_EQ(late.calls, 1);
 }
 
 TEST(TaskStage, WaitStageKeepsItsDelayAndClampsANegativeOne) {

@@ -96,16 +96,4 @@ TEST(AdvancedXmlConfig, SaveReplacesAtomicallyAndKeepsTheFileMode) {
   EXPECT_NE(folder.read("s.xml").find("<value key=\"k\">v</value>"), std::string::npos);
 }
 
-TEST(AdvancedXmlConfig, RemoveAndClear) {
-  advanced_xml_config_t config;
-  config.set_value("a", "1");
-  config.set_value("b", "2");
-  EXPECT_TRUE(config.remove_value("a"));
-  EXPECT_FALSE(config.remove_value("a"));
-  EXPECT_FALSE(config.has_value("a"));
-  EXPECT_EQ(config.keys(), std::vector<std::string>{"b"});
-  config.clear();
-  EXPECT_TRUE(config.keys().empty());
-}
-
 }  // namespace
