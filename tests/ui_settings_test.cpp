@@ -79,14 +79,6 @@ TEST(UiSettings, DefaultsComeFromTheDesktop) {
   EXPECT_EQ(settings->get_system_metric(wxSYS_VSCROLL_ARROW_X, 7), 7);
 }
 
-TEST(UiSettings, ActiveGradientBlendsTowardsTheDarkGrey) {
-  talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
-  settings->set_color(color_selection_bg, wxColour(100, 200, 0));
-  settings->update_system_settings();
-  // (a/255 + (49/255 - a/255) × 0.8) × 255, truncated, per channel.
-  EXPECT_EQ(settings->get_color(color_active_gradient), wxColour(59, 78, 39));
-}
-
 TEST(UiSettings, LockedEntriesSurviveADesktopChangeAndOthersFollow) {
   talvar2::intrusive_pointer_t<probe_settings_t> settings(new probe_settings_t);
   settings->set_color(color_window_bg, k_red);

@@ -26,16 +26,6 @@ wxImage half_masked_image() {
   return orvix1_test::half_masked_image(wxSize(10, 6), k_blue, wxColour(255, 0, 255));
 }
 
-TEST(StaticPictureValueTest, AnEmptyPictureGivesInvalidValues) {
-  const static_picture_t empty;
-  EXPECT_FALSE(empty.IsOk());
-  EXPECT_EQ(empty.GetSize(), wxSize(0, 0));
-  EXPECT_FALSE(empty.getBitmap(true).IsOk());
-  EXPECT_FALSE(empty.getBitmap(false).IsOk());
-  EXPECT_FALSE(empty.GetImage().IsOk());
-  EXPECT_FALSE(static_picture_t(wxImage()).IsOk());
-}
-
 TEST(StaticPictureValueTest, TheMaskIsGivenOnlyWhenAskedForAndKeptByThePicture) {
   const static_picture_t picture(half_masked_image());
   EXPECT_EQ(picture.GetSize(), wxSize(10, 6));
@@ -50,20 +40,6 @@ TEST(StaticPictureValueTest, TheMaskIsGivenOnlyWhenAskedForAndKeptByThePicture) 
   paint_canvas_t canvas(10, 6, *wxWHITE);
   canvas.paint([&](wxDC& dc) { dc.DrawBitmap(plain, 0, 0, true); });
   EXPECT_TRUE(canvas.all(wxRect(0, 0, 5, 6), wxColour(255, 0, 255)));
-}
-
-TEST(StaticPictureValueTest, AnImageComesBackAsItWasSetABitmapConverted) {
-  const wxImage image = half_masked_image();
-  const static_picture_t from_image(image);
-  EXPECT_TRUE(from_image.GetImage().IsSameAs(image));
-
-  wxImage opaque(4, 3);
-  opaque.SetRGB(wxRect(0, 0, 4, 3), 0, 0, 255);
-  const static_picture_t from_bitmap{wxBitmap(opaque)};
-  const wxImage converted = from_bitmap.GetImage();
-  ASSERT_EQ(converted.GetSize(), wxSize(4, 3));
-  EXPECT_EQ(converted.GetBlue(3, 2), 255);
-  EXPECT_EQ(converted.GetRed(3, 2), 0);
 }
 
 // A dialog holding one picture control, destroyed with the test.

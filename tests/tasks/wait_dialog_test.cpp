@@ -120,37 +120,12 @@ TEST(WaitDialogLayout, IconTitleSpacerAndMessageInATwoColumnGrid) {
   EXPECT_FALSE(dialog.IsClosing());
 }
 
-TEST(WaitDialogLayout, SettersReplaceCaptionAndLabelsFromLocaleTextAndShortMessagesStayOnOneLine) {
-  fake_status_t status;
-  WaitDialog dialog(nullptr, &status);
-  dialog.SetCaption("Grüße");
-  dialog.SetMsgTitle("Schließen");
-  dialog.SetMsgText("Bitte warten …");
-  EXPECT_EQ("Grüße", dialog.GetTitle().utf8_string());
-  EXPECT_EQ("Schließen", label_of(dialog.GetTitleCtrl()));
-  EXPECT_EQ("Bitte warten …", label_of(dialog.GetMessageCtrl()));  // short: one line
-}
-
 wxAnimation two_frame_animation() {
   const std::string bytes = orvix1_test::gif_bytes(16, 16);
   wxMemoryInputStream in(bytes.data(), bytes.size());
   wxAnimation animation;
   animation.Load(in);
   return animation;
-}
-
-TEST(WaitDialogLayout, DialogInfoIsEmptyOnlyWithoutAnimationAndTexts) {
-  EXPECT_TRUE(dialog_info_t().empty());
-  dialog_info_t info;
-  info.animation = two_frame_animation();
-  ASSERT_TRUE(info.animation.IsOk());
-  EXPECT_FALSE(info.empty());
-  for (std::string dialog_info_t::*field :
-       {&dialog_info_t::caption, &dialog_info_t::title, &dialog_info_t::text}) {
-    dialog_info_t texts;
-    texts.*field = "x";
-    EXPECT_FALSE(texts.empty());
-  }
 }
 
 // ---------------------------------------------------------------------------
