@@ -80,15 +80,6 @@ TEST_F(UiStyle, LockedStyleEntriesSurviveRefills) {
   EXPECT_EQ(style->get_color("clText"), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
 }
 
-TEST_F(UiStyle, UnknownKeysAreEmpty) {
-  talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
-  EXPECT_FALSE(style->get_color("clNope").IsOk());
-  EXPECT_FALSE(style->get_font("fnNope").IsOk());
-  talvar2::intrusive_pointer_t<ui_style_t> plain(new ui_style_t);
-  plain->set_style_info();
-  EXPECT_FALSE(plain->get_color("clBg").IsOk());
-}
-
 TEST_F(UiStyle, SameStyleTwiceConnectsOnceAndDoesNotRefresh) {
   talvar2::intrusive_pointer_t<panel_style_t> style(new panel_style_t);
   styled_widget_t widget;
