@@ -317,23 +317,4 @@ TEST_F(ImageElementTest, ResettingTheIteratorStartsFromTheFirstFrame) {
   EXPECT_TRUE(draw().all(wxRect(2, 3, 8, 8), k_red));
 }
 
-TEST_F(ImageElementTest, ConstructorsTakeAPictureOrAnAnimation) {
-  wxImage picture(5, 2);
-  picture.SetRGB(wxRect(0, 0, 5, 2), 0, 255, 0);
-  talvar2::intrusive_pointer_t<ImageElement> still = new ImageElement(m_root, 0, picture);
-  EXPECT_EQ(still->GetMinSize(), wxSize(5, 2));
-  EXPECT_FALSE(still->HasAnimation());
-
-  wxAnimation animation;
-  ASSERT_TRUE(animation.LoadFile(location("loop.gif")));
-  take_requests();
-  talvar2::intrusive_pointer_t<ImageElement> moving = new ImageElement(m_root, 0, animation);
-  moving->SetTestID("moving");
-  EXPECT_TRUE(moving->HasAnimation());
-  EXPECT_TRUE(moving->IsTimerRunning());
-  EXPECT_EQ(moving->GetMinSize(), wxSize(8, 8));
-  moving->Destroy();  // gives its timer back
-  EXPECT_FALSE(moving->IsTimerRunning());
-}
-
 }  // namespace

@@ -171,24 +171,6 @@ TEST_F(UIElementTest, LeavesOutsideTheContextAreSkippedButSqueezedOnesStillDraw)
   EXPECT_EQ(m_log, (log_t{"inside draw", "squeezed draw"}));
 }
 
-TEST_F(UIElementTest, SettingTheSameVisibilityDoesNothing) {
-  probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
-  int signals = 0;
-  struct counter_t : talvar2::subscriber_base_t {
-    int* count;
-    void on(element_ptr_t) { ++*count; }
-  } counter;
-  counter.count = &signals;
-  child->VisibilityChanged.connect(&counter, &counter_t::on);
-  const int requests_before = m_host.holder_requests;
-  child->SetVisible(true);
-  EXPECT_EQ(signals, 0);
-  EXPECT_EQ(m_host.holder_requests, requests_before);
-  child->SetVisible(false);
-  EXPECT_EQ(signals, 1);
-  EXPECT_GT(m_host.holder_requests, requests_before);
-}
-
 TEST_F(UIElementTest, MarginsLargerThanTheRectangleLeaveAnEmptyInside) {
   probe_ptr_t child = probe(m_root, k_left, wxSize(10, 8), "child");
   child->SetMargin(margin_t(6, 5, 7, 4));
@@ -403,22 +385,6 @@ TEST_F(UIElementTest, StylesPropagateToNewChildrenAndColoursAreDropped) {
   m_log.clear();
   m_root->ProcessSysColorChanged();  // only unstyled elements drop theirs
   EXPECT_EQ(m_log, (log_t{"unstyled colors"}));
-}
-
-TEST_F(UIElementTest, BindingsLiveAsLongAsTheElement) {
-  auto kept = std::make_shared<int>(7);
-  unsigned long first = 0;
-  {
-    probe_ptr_t child = probe(m_root, k_left, wxSize(1, 1), "child");
-    first = child->AddBinding(kept);
-    const unsigned long second = child->AddBinding(std::string("helper"));
-    EXPECT_NE(first, second);
-    EXPECT_EQ(kept.use_count(), 2);
-    child->RemoveBinding(second);
-    EXPECT_EQ(child->GetBindingsCount(), 1u);
-    child->Destroy();
-  }
-  EXPECT_EQ(kept.use_count(), 1);
 }
 
 }  // namespace

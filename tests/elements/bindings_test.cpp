@@ -83,19 +83,6 @@ TEST_F(Bindings, ABindingMayCutItselfWhileItRuns) {
   EXPECT_EQ(element->GetBindingsCount(), 0u);
 }
 
-TEST_F(Bindings, SeveralBindingsOnOneSignalAreIndependent) {
-  int first = 0;
-  int second = 0;
-  const unsigned long a = bindings::on_visibility_changed(element, [&](element_ptr_t) { ++first; });
-  const unsigned long b = bindings::on_visibility_changed(element, [&](element_ptr_t) { ++second; });
-  EXPECT_NE(a, b);
-  element->ProcessVisibilityChanged();
-  bindings::unbind(element, a);
-  element->ProcessVisibilityChanged();
-  EXPECT_EQ(first, 1);
-  EXPECT_EQ(second, 2);
-}
-
 TEST_F(Bindings, NoElementNoBinding) {
   talvar2::signal_t<int> outside;
   auto witness = std::make_shared<int>(0);

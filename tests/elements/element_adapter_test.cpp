@@ -372,16 +372,6 @@ TEST_F(ElementAdapterWindowEvents, OnlyTheHoldersOwnSizeEventsCount) {
   EXPECT_TRUE(of_holder.GetSkipped());  // the holder's own handling goes on
 }
 
-TEST_F(ElementAdapterWindowEvents, EraseEventsAreSkippedUnlessTheAdapterIsToldToTakeThem) {
-  wxEraseEvent first(holder->GetId());
-  adapter->OnEraseBackground(first);
-  EXPECT_TRUE(first.GetSkipped());
-  adapter->HandleEraseBackground(true);
-  wxEraseEvent second(holder->GetId());
-  adapter->OnEraseBackground(second);
-  EXPECT_FALSE(second.GetSkipped());
-}
-
 TEST_F(ElementAdapterWindowEvents, ShowAndColourChangesReachEveryElement) {
   add(root, wxSize(10, 10), "child");
   take_log();

@@ -145,19 +145,6 @@ TEST_F(RectangleElementTest, TheRoundedStyleCutsTheCorners) {
   EXPECT_EQ(canvas.at(10, 10), k_red);
 }
 
-TEST_F(RectangleElementTest, ColourSettersRepaintWhileShapeSettersOnlyStore) {
-  const int before = m_hosted.host.holder_requests;
-  rect().ShowBorder(false);
-  rect().SetBorderStyle(RectangleElement::border_rounded);
-  rect().SetBorderThickness(4);
-  rect().SetBorderRadius(2.5);
-  EXPECT_EQ(m_hosted.host.holder_requests, before);
-
-  rect().SetBkColor(k_green);
-  rect().SetBorderColor(k_green);
-  EXPECT_EQ(m_hosted.host.holder_requests, before + 2);
-}
-
 TEST(RectangleElementStyleTest, UnsetColoursComeFromThePaletteAndFollowIt) {
   talvar2::intrusive_pointer_t<ui_settings_configure_t> palette =
       ui_settings_configure_t::get();
@@ -205,15 +192,6 @@ TEST(RectangleElementStyleTest, AStyleWithoutTheKeysPaintsNothingAndAssertsNothi
   canvas.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, wxRect(0, 0, 20, 20)); });
   EXPECT_TRUE(canvas.all(wxRect(0, 0, 30, 30), k_white));
   EXPECT_TRUE(take_asserts().empty());
-}
-
-TEST(RectangleElementStyleTest, AChildTakesThePropagatedStyleOfItsParent) {
-  hosted_t<RectangleElement> hosted;
-  hosted.element->SetStylePropagation(true);
-  hosted.element->SetUiStyle(new fixed_style_t(k_red, k_blue));
-  talvar2::intrusive_pointer_t<RectangleElement> child = new RectangleElement(hosted.element);
-  EXPECT_EQ(child->GetBkColor(), k_red);
-  EXPECT_EQ(child->GetBorderColor(), k_blue);
 }
 
 // --- BgImageElement -----------------------------------------------------------
@@ -327,17 +305,6 @@ TEST(DropArrowElementTest, NegativeArrowMetricsFallBackToTheScrollBarSizes) {
   EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 9));
   arrow.arrow_x = 0;  // zero is a size, not a missing metric
   EXPECT_EQ(arrow.GetSize(), wxSize(0, 9));
-}
-
-TEST(DropArrowElementTest, ThisDesktopGivesTheScrollBarSizes) {
-  hosted_t<DropArrowElement> hosted;
-  ASSERT_LT(wxSystemSettings::GetMetric(wxSYS_VSCROLL_ARROW_X), 0);  // GTK 3 reports none
-  const wxSize expected(wxSystemSettings::GetMetric(wxSYS_VSCROLL_X),
-                        wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y));
-  EXPECT_GT(expected.x, 0);
-  EXPECT_GT(expected.y, 0);
-  EXPECT_EQ(hosted.element->GetMinSize(), expected);
-  EXPECT_EQ(hosted.element->GetSize(), expected);
 }
 
 TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnTheHolder) {
