@@ -423,17 +423,10 @@ TEST_F(ElementAdapterLifetime, DestroyingTheAdapterLetsGoOfTheTreeAndTheWindow) 
   EXPECT_TRUE(root->RequestClientRect.has_connections());
 
   adapter.reset();
-  for (const talvar2::_internal::signal_base_t* signal :
-       {static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestClientRect),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestHolderWindow),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestSetTimer),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestKillTimer),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestCaptureMouse),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestReleaseMouse),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestSetTooltip),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestClearTooltip),
-        static_cast<const talvar2::_internal::signal_base_t*>(&root->RequestChangeFocus)})
-    EXPECT_FALSE(signal->has_connections());
+  const auto none_connected = [](const auto&... signals) { return (!signals.has_connections() && ...); };
+  EXPECT_TRUE(none_connected(root->RequestClientRect, root->RequestHolderWindow, root->RequestSetTimer,
+                             root->RequestKillTimer, root->RequestCaptureMouse, root->RequestReleaseMouse,
+                             root->RequestSetTooltip, root->RequestClearTooltip, root->RequestChangeFocus));
   EXPECT_FALSE(holder->HasCapture());
 
   // The holder's events no longer reach the tree.

@@ -272,17 +272,6 @@ TEST_F(LayoutCacheTest, ARelayoutStartedFromInsideOneLeavesTheChildrenAsTheyWere
   EXPECT_EQ(second->ref_count(), 2u);
 }
 
-TEST_F(LayoutCacheTest, OnInvalidateAloneLaysOutFromTheChildList) {
-  use_stack(true);
-  element_ptr_t a = spacer(left | top, wxSize(10, 5));
-  element_ptr_t b = spacer(left | top, wxSize(20, 5));
-  m_root->GetLayoutLogic()->OnInvalidate();
-  EXPECT_EQ(rect_of(b), wxRect(10, 0, 20, 50));
-  m_root->SetLayoutLogic(new OptimalLayout);
-  m_root->GetLayoutLogic()->OnInvalidate();
-  EXPECT_EQ(rect_of(b), wxRect(10, 5, 20, 5));
-}
-
 TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
   sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
   child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };
