@@ -121,7 +121,6 @@ TEST_F(DpiScale, WithoutDesktopResolutionTheDefaultFontDecidesAndIsAskedAgain) {
   EXPECT_EQ(orvix1::get_DPI_scale(), 17 * 0.0625);
   EXPECT_EQ(orvix1::calculate_DPI_scaled_size(100, 16), wxSize(106, 17));
 
-  // Nothing was cached: a resolution that appears later is seen at once.
   set_desktop_dpi(96);
   EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
 }

@@ -51,7 +51,6 @@ TEST(EntryLifecycle, TwoInitialisationsAndOneCleanupKeepTheLatestHandle) {
   talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
   ASSERT_TRUE(main_window);
   EXPECT_EQ(main_window->GetSize(), wxSize(320, 160));
-  // Every call makes a wrapper of its own.
   talvar2::smart_pointer_t<wxWindow> again = orvix1::get_main_window();
   EXPECT_NE(again.get(), main_window.get());
   main_window = talvar2::smart_pointer_t<wxWindow>();
@@ -112,7 +111,6 @@ TEST(EntryLifecycle, OverCleanupAssertsAndRecovers) {
   EXPECT_EQ(asserts[0].line, 158);
   EXPECT_NE(asserts[0].file.find("wx_dll_application"), std::string::npos);
 
-  // The counter was forced back to 0: one initialisation balances one clean-up.
   run_in_main_loop([] {
     orvix1::initialize_wxwidgets(nullptr);
     orvix1::cleanup_wxwidgets();

@@ -66,7 +66,6 @@ TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
 }
 
 TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
-  // No mailcap file at the configured place.
   orvix1_test::log_capture_t capture("orvix.help");
 
   EXPECT_FALSE(orvix1::OpenPDF(manual(), 0));
@@ -123,7 +122,6 @@ TEST_F(HelpPdf, MailcapEntriesComeFirstAndTheFirstViewerThatStartsWins) {
 TEST_F(HelpPdf, MissingFileStartsNothing) {
   write_mailcap("application/pdf; pdfview %s\n");
   m_fakes.add_viewer("pdfview");
-  // Trying to start it would leave a warning behind at once.
   m_fakes.add_non_executable("acroread");
   orvix1_test::log_capture_t capture("orvix.help");
 
@@ -134,24 +132,30 @@ TEST_F(HelpPdf, MissingFileStartsNothing) {
   EXPECT_THAT(capture.entries()[0].message, HasSubstr("missing.pdf"));
 }
 
-TEST_F(HelpPdf, APageGoesToAViewerThatTakesOne) {
+TEST_F(HelpPdf, APageGoesToTheViewerInItsOwnForm) {
+  struct case_t {
+    const char* viewer;
+    bool predefined;
+    int page;
+    std::vector<std::string> arguments;
+  };
+  const std::string file = manual().as_string();
+  const case_t cases[] = {
+      {"xpdf", true, 12, {file, "12"}},
+      {"acroread", false, 7, {"-openInNewInstance", "/a", "page=7", file}}};
   write_mailcap("application/pdf; pdfview %s\n");
   m_fakes.add_viewer("pdfview");
-  m_fakes.add_viewer("acroread");
+  for (const case_t& c : cases) {
+    m_fakes.add_viewer(c.viewer);
+    m_fakes.folder().write("whereis.calls", "");
 
-  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
+    ASSERT_TRUE(c.predefined ? orvix1::OpenPredefinedPDF(manual(), c.page)
+                             : orvix1::OpenPDF(manual(), c.page))
+        << c.viewer;
 
-  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
-  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
-              ElementsAre("-openInNewInstance", "/a", "page=7", manual().as_string()));
-}
-
-TEST_F(HelpPdf, XpdfTakesThePageAfterTheFile) {
-  m_fakes.add_viewer("xpdf");
-
-  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
-
-  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(manual().as_string(), "12"));
+    EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty()) << c.viewer;
+    EXPECT_EQ(m_fakes.wait_for_start(c.viewer).arguments, c.arguments) << c.viewer;
+  }
 }
 
 class HelpHtml : public HelpTest {
@@ -188,7 +192,6 @@ TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindow) {
   EXPECT_THAT(wxFileSystem::URLToFileName(orvix1::get_html_help_window_page()).GetFullPath(),
               first);
 
-  // The next page reuses the window; a fixed caption wins over the page's.
   ASSERT_TRUE(orvix1::open_in_default_browser("file://" + second, "Guide"));
   pump_events();
   EXPECT_EQ(orvix1::get_html_help_window(), window);
@@ -224,7 +227,6 @@ TEST_F(HelpHelper, SourcesAreTriedInOrderAndMissingFilesAreSkipped) {
   ASSERT_TRUE(helper.try_open_help());
   pump_events();
 
-  // Only the existing manual was offered to viewers (none is installed).
   EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
   EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("help.html"));
 }

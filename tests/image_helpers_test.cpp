@@ -41,15 +41,12 @@ wxImage uniform_image(int width, int height, rgb_t colour, int alpha = -1) {
                               : std::vector<unsigned char>(count, alpha));
 }
 
-// "r,g,b,a" of one pixel, so that a failure shows the whole pixel.
 std::string pixel(const wxImage& image, int x, int y) {
   const int alpha = image.HasAlpha() ? image.GetAlpha(x, y) : -1;
   return std::to_string(image.GetRed(x, y)) + "," + std::to_string(image.GetGreen(x, y)) + "," +
          std::to_string(image.GetBlue(x, y)) + "," + std::to_string(alpha);
 }
 
-// The one assertion raised since the last take_asserts(), with its text,
-// line and function.
 void expect_one_assert(const std::string& condition, int line, const std::string& function) {
   const auto asserts = take_asserts();
   ASSERT_EQ(asserts.size(), 1u);
@@ -70,7 +67,6 @@ class ImageHelpers : public ::testing::Test {
 // 38840 / 255 = 152.3, 20380 / 255 = 79.9, 11470 / 255 = 44.98.
 
 TEST_F(ImageHelpers, WatermarkPaintsTheShapeOpaqueInFrontOverBack) {
-  // The icon's own colours do not matter.
   const wxImage icon = make_image(4, 1, {{9, 9, 9}, {77, 0, 200}, {1, 2, 3}, {255, 255, 255}},
                                   {0, 255, 191, 0});
   const wxImage mark = image_helpers_t::create_watermark_image(icon, wxColour(200, 100, 50),
@@ -177,7 +173,6 @@ TEST_F(ImageHelpers, AlphaFromMaskIsAllOrNothing) {
   EXPECT_EQ(pixel(result, 2, 0), "70,80,90,255");
   EXPECT_EQ(pixel(result, 3, 0), "1,2,3,0");
 
-  // An image without alpha gets one.
   const wxImage plain = image_helpers_t::create_alpha_image(mask, uniform_image(4, 1, {7, 8, 9}));
   EXPECT_EQ(pixel(plain, 0, 0), "7,8,9,255");
   EXPECT_EQ(pixel(plain, 1, 0), "7,8,9,0");
@@ -207,7 +202,6 @@ TEST_F(ImageHelpers, AlphaImageOfMismatchedSizesTakesTheMasksSize) {
   EXPECT_EQ(pixel(narrow, 0, 1), "4,4,4,255");
   EXPECT_EQ(pixel(narrow, 1, 1), "5,5,5,255");
 
-  // Where the image is missing there is nothing to show.
   const wxImage large = image_helpers_t::create_alpha_image(uniform_image(3, 3, {255, 0, 0}),
                                                             uniform_image(2, 2, {7, 8, 9}));
   expect_one_assert(condition, 158, "create_alpha_image");

@@ -63,7 +63,6 @@ TEST_F(ImageLoader, ScalesImagesBitmapsAndIconsForADenseDesktop) {
   EXPECT_EQ(m_images.load_bitmap("app").GetSize(), wxSize(24, 24));
   EXPECT_EQ(m_images.load_bitmap("icons/close.png").GetSize(), wxSize(24, 12));
   EXPECT_EQ(m_images.load_icon("app").GetSize(), wxSize(24, 24));
-  // Animations keep their authored size.
   EXPECT_EQ(m_images.load_animation("busy").GetSize(), wxSize(16, 16));
   EXPECT_EQ(m_images.load_animation("busy.gif").GetSize(), wxSize(16, 16));
 
@@ -85,8 +84,6 @@ TEST_F(ImageLoader, LeavesImagesAsAuthoredAtNinetySixDpi) {
 }
 
 TEST_F(ImageLoader, ADeclaredNameDoesNotFallThroughToAFile) {
-  // A declared image whose file is missing must not be replaced by a file
-  // that happens to carry the declared name.
   const std::string path = m_dir.file("override");
   orvix1_test::write_folder(
       path, {{"resources.xrc",

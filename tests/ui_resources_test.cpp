@@ -22,8 +22,6 @@ using orvix1_test::xrc_text;
 
 const wxColour k_logo_fill(10, 200, 30);
 
-// A theme in the layout hosts ship: named values in resources.xrc and
-// pictures both declared by name and reached by path.
 archive_files_t theme_files(const std::string& background = "#102030") {
   return {{"resources.xrc",
            xrc_text(
@@ -51,23 +49,19 @@ class UiResources : public ::testing::Test {
   void TearDown() override { m_resources->clear(); }
 
   std::string zip(const std::string& name, const archive_files_t& files) const {
-    const std::string path = m_dir.file(name);
-    orvix1_test::write_zip(path, files);
-    return path;
+    orvix1_test::write_zip(m_dir.file(name), files);
+    return m_dir.file(name);
   }
   std::string folder(const std::string& name, const archive_files_t& files) const {
-    const std::string path = m_dir.file(name);
-    orvix1_test::write_folder(path, files);
-    return path;
+    orvix1_test::write_folder(m_dir.file(name), files);
+    return m_dir.file(name);
   }
 
-  // Authored sizes, whatever the desktop's resolution.
   orvix1::autoscale_guard_t m_unscaled{false};
   orvix1_test::scratch_folder_t m_dir;
   talvar2::intrusive_pointer_t<orvix1::ui_resources_t> m_resources = orvix1::ui_resources_t::get();
 };
 
-// Checks what theme_files() declares, read through `resources`.
 void expect_theme(orvix1::ui_resources_t& resources) {
   EXPECT_EQ(resources.get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
   EXPECT_EQ(resources.get_color("panel.clText"),
@@ -85,7 +79,6 @@ void expect_theme(orvix1::ui_resources_t& resources) {
   EXPECT_EQ(resources.get_bitmap("logo").GetSize(), wxSize(6, 4));
   EXPECT_EQ(resources.get_icon("logo").GetSize(), wxSize(6, 4));
 
-  // Files are found by their path inside the archive, however it is spelt.
   for (const char* name : {"icons/close.png", "/icons/close.png", "./icons//close.png"})
     EXPECT_EQ(resources.get_image(name).GetSize(), wxSize(5, 3)) << name;
   EXPECT_EQ(resources.get_bitmap("icons/close.png").GetSize(), wxSize(5, 3));
@@ -107,7 +100,6 @@ TEST_F(UiResources, ReadsAPlainFolderAsAnArchive) {
   EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{path});
   expect_theme(*m_resources);
 
-  // Another spelling of the same folder removes it.
   EXPECT_TRUE(m_resources->remove_archive(path + "/./"));
   EXPECT_TRUE(m_resources->get_archives().empty());
   EXPECT_FALSE(m_resources->remove_archive(path));
@@ -136,11 +128,9 @@ TEST_F(UiResources, LaterArchivesOverrideEarlierOnesAndHostValuesOverrideBoth) {
   ASSERT_TRUE(m_resources->add_archive(second));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#222222"));
   EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(7, 7));
-  // What the newer archive does not have still comes from the older one.
   EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 14);
   EXPECT_EQ(m_resources->get_image("logo").GetSize(), wxSize(6, 4));
 
-  // Adding an archive again makes it the newest.
   ASSERT_TRUE(m_resources->add_archive(first));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
   EXPECT_EQ(m_resources->get_archives(), (std::vector<std::string>{second, first}));
@@ -152,8 +142,6 @@ TEST_F(UiResources, LaterArchivesOverrideEarlierOnesAndHostValuesOverrideBoth) {
   EXPECT_EQ(m_resources->get_color("panel.clBg"), *wxGREEN);
   EXPECT_EQ(m_resources->get_font("fnBig"), host_font);
 
-  // Taking the host values back, and removing the newest archive, uncovers
-  // what lies beneath.
   m_resources->set_color("panel.clBg", wxNullColour);
   m_resources->set_font("fnBig", wxNullFont);
   EXPECT_TRUE(m_resources->remove_archive(first));
@@ -176,7 +164,6 @@ TEST_F(UiResources, UnknownNamesGiveInvalidValuesWithOneWarningEach) {
   ASSERT_TRUE(m_resources->add_archive(zip("theme.zip", theme_files())));
   const orvix1_test::log_capture_t capture("orvix");
 
-  // Styles ask on every paint: a miss is reported once.
   EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());
   EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());
   ASSERT_EQ(warnings_in(capture), 1u);
@@ -184,7 +171,6 @@ TEST_F(UiResources, UnknownNamesGiveInvalidValuesWithOneWarningEach) {
 
   EXPECT_FALSE(m_resources->get_font("fnNope").IsOk());
   EXPECT_EQ(warnings_in(capture), 2u);
-  // A name of the wrong kind is a miss too.
   EXPECT_FALSE(m_resources->get_font("panel.clBg").IsOk());
   EXPECT_EQ(warnings_in(capture), 3u);
   EXPECT_FALSE(m_resources->get_image("icons/nope.png").IsOk());
@@ -193,7 +179,6 @@ TEST_F(UiResources, UnknownNamesGiveInvalidValuesWithOneWarningEach) {
   EXPECT_FALSE(m_resources->get_animation("nope.gif").IsOk());
   EXPECT_EQ(warnings_in(capture), 7u);
 
-  // An archive added later may supply a name that was missing.
   ASSERT_TRUE(m_resources->add_archive(
       folder("more", {{"resources.xrc", xrc_text("<object class=\"wxColour\" name=\"panel.clNope\">"
                                                  "<value>red</value></object>")}})));
@@ -222,7 +207,6 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
   EXPECT_EQ(m_resources->get_archives(), std::vector<std::string>{good});
   expect_theme(*m_resources);
 
-  // An archive that changed on disk is read again when added again.
   const std::string updated = zip("updated.zip", theme_files("#445566"));
   ASSERT_TRUE(m_resources->add_archive(updated));
   EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(5, 3));
@@ -235,7 +219,6 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
   EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(9, 9));
   EXPECT_TRUE(m_resources->remove_archive(updated));
 
-  // A good archive that turns bad is refused on re-adding and stays as it was.
   orvix1_test::write_zip(good, malformed);
   EXPECT_FALSE(m_resources->add_archive(good));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
@@ -297,12 +280,11 @@ TEST_F(UiResources, LoadsAnimationsDeclaredOrByPath) {
       zip("anim.zip", {{"resources.xrc", xrc_text("<object class=\"wxAnimation\" name=\"busy\">"
                                                   "<animation>anim/spin.gif</animation></object>")},
                        {"anim/spin.gif", orvix1_test::gif_bytes(6, 4)}})));
-  const wxAnimation declared = m_resources->get_animation("busy");
-  ASSERT_TRUE(declared.IsOk());
-  EXPECT_EQ(declared.GetSize(), wxSize(6, 4));
-  const wxAnimation by_path = m_resources->get_animation("anim/spin.gif");
-  ASSERT_TRUE(by_path.IsOk());
-  EXPECT_EQ(by_path.GetSize(), wxSize(6, 4));
+  for (const char* name : {"busy", "anim/spin.gif"}) {
+    const wxAnimation animation = m_resources->get_animation(name);
+    ASSERT_TRUE(animation.IsOk()) << name;
+    EXPECT_EQ(animation.GetSize(), wxSize(6, 4)) << name;
+  }
 }
 
 TEST_F(UiResources, ReadsFileBytesThroughTheLoader) {
@@ -322,7 +304,6 @@ TEST_F(UiResources, ReadsFileBytesThroughTheLoader) {
 
 TEST_F(UiResources, IsOneSharedRegistry) {
   const std::string path = zip("theme.zip", theme_files());
-  // Added through a pointer that is gone at once.
   ASSERT_TRUE(orvix1::ui_resources_t::get()->add_archive(path));
   const auto again = orvix1::ui_resources_t::get();
   EXPECT_EQ(again, m_resources);
@@ -340,7 +321,6 @@ TEST_F(UiResources, LetsGoOfEverythingWhenWxWidgetsEnds) {
 
   const orvix1_test::log_capture_t capture("orvix");
   EXPECT_FALSE(m_resources->get_color("host.clBg").IsOk());
-  // The next get() makes a registry that works as the first did.
   auto fresh = orvix1::ui_resources_t::get();
   EXPECT_NE(fresh, m_resources);
   ASSERT_TRUE(fresh->add_archive(path));

@@ -260,30 +260,6 @@ TEST_F(UiSettingsFile, OnlyKnownKeysAreReadAndMissingOnesLeaveTheEntry) {
   EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), 750);
 }
 
-TEST_F(UiSettingsFile, ValuesOfTheWrongFormAreSkippedWithAWarning) {
-  const wxFont font_before = m_settings->get_font(font_normal);
-  m_folder.write("p.xml",
-                 "<settings>"
-                 "<value key=\"color_0\">not a colour</value>"
-                 "<value key=\"font_1\">42abc</value>"
-                 "<value key=\"font_2\">Sans Bold</value>"
-                 "<value key=\"metric_3\">12ms</value>"
-                 "<value key=\"metric_4\">33</value>"
-                 "</settings>");
-  log_capture_t capture;
-  ASSERT_TRUE(m_settings->load(m_folder.file("p.xml")));
-  EXPECT_EQ(m_settings->get_color(color_window_bg), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
-  EXPECT_EQ(m_settings->get_font(font_normal), font_before);
-  EXPECT_EQ(m_settings->get_metric(metric_tooltip_delay), 500);
-  EXPECT_EQ(m_settings->get_metric(metric_cursor_x), 33);
-  ASSERT_EQ(capture.entries().size(), 4u);
-  for (const auto& entry : capture.entries()) {
-    EXPECT_EQ(entry.level, log4cplus::WARN_LOG_LEVEL);
-    EXPECT_EQ(entry.logger, "orvix.settings");
-  }
-  EXPECT_NE(capture.entries()[1].message.find("\"font_1\""), std::string::npos);
-}
-
 TEST_F(UiSettingsFile, UnreadableFilesChangeNothingAndAreLogged) {
   m_settings->set_color(color_window_bg, k_red);
   m_folder.write("malformed.xml", "<settings><value key=\"color_0\">#000000</value>");
@@ -317,18 +293,24 @@ TEST_F(UiSettingsFile, ValuesOutOfRangeOrOfAnotherTypeAreSkippedOneWarningEach) 
       {"metric_3", " 12"},        {"metric_4", ""},       {"metric_5", "1e3"},
       {"metric_0", "12 13"},      {"color_0", "#12345"},  {"color_1", "#GGHHII"},
       {"color_0", ""},            {"font_0", ""},         {"font_1", "Sans 0"},
-      {"font_2", "12"},           {"metric_3", std::string(100000, '9')}};
+      {"font_2", "12"},           {"metric_3", std::string(100000, '9')},
+      {"color_0", "not a colour"}, {"font_1", "42abc"},   {"font_2", "Sans Bold"},
+      {"metric_3", "12ms"}};
   m_settings->set_color(color_window_bg, k_red);
   m_settings->set_color(color_face, k_red);
   const int metric_before = m_settings->get_metric(metric_tooltip_delay);
   const wxFont font_before = m_settings->get_font(font_normal);
   for (const auto& bad : bad_values) {
     m_folder.write("p.xml", "<settings><value key=\"" + std::string(bad.first) + "\">" +
-                                bad.second + "</value></settings>");
+                                bad.second + "</value><value key=\"font_3\">Sans 11</value></settings>");
+    m_settings->set_font(static_cast<default_fonts_t>(3), wxFont(wxFontInfo(20)));
     log_capture_t capture;
     EXPECT_TRUE(m_settings->load(m_folder.file("p.xml"))) << bad.first;
+    EXPECT_EQ(m_settings->get_font(static_cast<default_fonts_t>(3)).GetPointSize(), 11) << bad.first;
     ASSERT_EQ(capture.entries().size(), 1u) << bad.first << " = " << bad.second.substr(0, 20);
-    EXPECT_NE(capture.entries()[0].message.find(bad.first), std::string::npos);
+    EXPECT_NE(capture.entries()[0].message.find("\"" + std::string(bad.first) + "\""), std::string::npos);
+    EXPECT_EQ(capture.entries()[0].level, log4cplus::WARN_LOG_LEVEL);
+    EXPECT_EQ(capture.entries()[0].logger, "orvix.settings");
   }
   EXPECT_EQ(m_settings->get_color(color_window_bg), k_red);
   EXPECT_EQ(m_settings->get_color(color_face), k_red);

@@ -32,7 +32,6 @@ class CustomTooltip : public ::testing::Test {
   void SetUp() override {
     take_asserts();
     m_frame = new wxFrame(nullptr, wxID_ANY, "target", wxPoint(50, 50), wxSize(300, 200));
-    // A frame stretches a lone child over its client area: the target sits in a panel.
     auto* panel = new wxPanel(m_frame);
     m_target = new wxWindow(panel, wxID_ANY, wxPoint(10, 10), wxSize(100, 40));
     m_frame->Show();

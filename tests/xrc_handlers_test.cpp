@@ -16,31 +16,12 @@
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
+#include "support/scratch_dir.h"
 #include "support/wx_test_environment.h"
 
 namespace {
 
 using orvix1_test::take_asserts;
-
-// A scratch folder with resource files, removed afterwards.
-class scratch_dir_t {
- public:
-  scratch_dir_t() {
-    m_path = wxFileName::CreateTempFileName("orvix-xrc");
-    wxRemoveFile(m_path);
-    wxFileName::Mkdir(m_path);
-  }
-  ~scratch_dir_t() { wxFileName::Rmdir(m_path, wxPATH_RMDIR_RECURSIVE); }
-  wxString file(const wxString& name) const { return m_path + "/" + name; }
-
-  void write(const wxString& name, const wxString& text) const {
-    wxFFile out(file(name), "w");
-    out.Write(text, wxConvUTF8);
-  }
-
- private:
-  wxString m_path;
-};
 
 wxImage sample_image() {
   wxImage image(6, 4);
@@ -48,7 +29,7 @@ wxImage sample_image() {
   return image;
 }
 
-wxString resource_file(const wxString& objects) {
+std::string resource_file(const std::string& objects) {
   return "<?xml version=\"1.0\"?>\n<resource xmlns=\"http://www.wxwidgets.org/wxxrc\" "
          "version=\"2.5.3.0\">\n" +
          objects + "\n</resource>\n";
@@ -59,7 +40,6 @@ class XrcHandlers : public ::testing::Test {
   void SetUp() override { take_asserts(); }
   void TearDown() override { delete m_resource; }
 
-  // A resource set of its own with the handlers initialize_wxwidgets adds.
   wxXmlResource& load(const wxString& path) {
     m_resource = new wxXmlResource;
     orvix1::add_i18n_xml_handlers(m_resource);
@@ -72,7 +52,7 @@ class XrcHandlers : public ::testing::Test {
     return *m_resource;
   }
 
-  scratch_dir_t m_dir;
+  orvix1_test::scratch_folder_t m_dir;
   wxXmlResource* m_resource = nullptr;
 };
 
@@ -98,10 +78,9 @@ TEST_F(XrcHandlers, LoadsResourcesFromInsideAnArchive) {
     wxFFileOutputStream file(m_dir.file("pack.zip"));
     wxZipOutputStream zip(file);
     zip.PutNextEntry("res.xrc");
-    const wxString text = resource_file(
+    const std::string xrc = resource_file(
         "<object class=\"wxImage\" name=\"logo\"><bitmap>pixel.png</bitmap></object>");
-    const wxScopedCharBuffer xrc = text.utf8_str();
-    zip.Write(xrc.data(), xrc.length());
+    zip.Write(xrc.data(), xrc.size());
     zip.PutNextEntry("pixel.png");
     sample_image().SaveFile(zip, wxBITMAP_TYPE_PNG);
   }
@@ -113,7 +92,6 @@ TEST_F(XrcHandlers, LoadsResourcesFromInsideAnArchive) {
 }
 
 TEST_F(XrcHandlers, LoadsAnimations) {
-  // GIF frames carry a palette.
   wxImageArray frames;
   for (const wxImage& frame : {sample_image().ConvertToGreyscale(), sample_image()}) {
     wxImage quantized;

@@ -45,9 +45,6 @@ class with_scheduler : public ::testing::Test {
   SchedulerPtr m_scheduler;
 };
 
-// ---------------------------------------------------------------------------
-// TaskHelper
-
 struct event_t {
   std::string name;
   std::thread::id thread;
@@ -138,9 +135,6 @@ TEST(TaskHelper, CancelSetsTheFlagAndSignalsOnTheCancelingThread) {
   EXPECT_EQ(canceler, events[0].thread);
 }
 
-// ---------------------------------------------------------------------------
-// AnimationTask
-
 // Records the values an animation delivers and the thread they arrive on;
 // may cancel the task at the first value.
 class value_log_t : public talvar2::subscriber_base_t {
@@ -164,31 +158,27 @@ class value_log_t : public talvar2::subscriber_base_t {
 
 using AnimationTaskScheduled = with_scheduler;
 
-TEST_F(AnimationTaskScheduled, DeliversIncreasingValuesEndingExactlyOnTheTarget) {
-  talvar2::intrusive_pointer_t<AnimationTask> task(new AnimationTask(500, 0, 100));
-  value_log_t log(*task);
-  ASSERT_EQ(0, m_scheduler->AddTask(task.get(), "animation"));
-  // The task lets go of its receivers when it has finished.
-  ASSERT_TRUE(pump_until([&] { return task->step.empty(); }));
-  pump_events();
+TEST_F(AnimationTaskScheduled, DeliversMonotonicValuesEndingExactlyOnTheTarget) {
+  struct run_t {
+    int duration, from, to;
+  };
+  for (const run_t run : {run_t{500, 0, 100}, run_t{200, 50, -50}}) {
+    SCOPED_TRACE(run.to);
+    talvar2::intrusive_pointer_t<AnimationTask> task(new AnimationTask(run.duration, run.from, run.to));
+    value_log_t log(*task);
+    ASSERT_EQ(0, m_scheduler->AddTask(task.get(), "animation"));
+    ASSERT_TRUE(pump_until([&] { return task->step.empty(); }));
+    pump_events();
 
-  ASSERT_FALSE(log.values.empty());
-  EXPECT_EQ(100, log.values.back());
-  EXPECT_LE(log.values.size(), 11u);  // ten steps at most, then the target
-  for (size_t i = 1; i < log.values.size(); ++i) EXPECT_LT(log.values[i - 1], log.values[i]);
-  EXPECT_GE(log.values.front(), 0);
-  EXPECT_FALSE(log.off_gui_thread);
-}
-
-TEST_F(AnimationTaskScheduled, RunsDownwardsToo) {
-  talvar2::intrusive_pointer_t<AnimationTask> task(new AnimationTask(200, 50, -50));
-  value_log_t log(*task);
-  ASSERT_EQ(0, m_scheduler->AddTask(task.get(), "animation"));
-  ASSERT_TRUE(pump_until([&] { return task->step.empty(); }));
-  pump_events();
-  ASSERT_FALSE(log.values.empty());
-  EXPECT_EQ(-50, log.values.back());
-  for (size_t i = 1; i < log.values.size(); ++i) EXPECT_GT(log.values[i - 1], log.values[i]);
+    ASSERT_FALSE(log.values.empty());
+    EXPECT_EQ(run.to, log.values.back());
+    EXPECT_LE(log.values.size(), 11u);  // ten steps at most, then the target
+    const int direction = run.to > run.from ? 1 : -1;
+    for (size_t i = 1; i < log.values.size(); ++i)
+      EXPECT_LT(direction * log.values[i - 1], direction * log.values[i]);
+    EXPECT_GE(direction * log.values.front(), direction * run.from);
+    EXPECT_FALSE(log.off_gui_thread);
+  }
 }
 
 TEST_F(AnimationTaskScheduled, CanceledMidwayPostsNothingMoreNotEvenTheTarget) {

@@ -46,15 +46,11 @@ void end_if_still_modal(WaitDialog* dialog) {
 
 std::string label_of(const wxWindow* window) { return window->GetLabel().utf8_string(); }
 
-// The label with the line breaks of wrapping taken out again.
 std::string unwrapped_label_of(const wxWindow* window) {
   wxString label = window->GetLabel();
   label.Replace("\n", " ");
   return label.utf8_string();
 }
-
-// ---------------------------------------------------------------------------
-// Layout
 
 TEST(WaitDialogLayout, IconTitleSpacerAndMessageInATwoColumnGrid) {
   talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette =
@@ -128,9 +124,6 @@ wxAnimation two_frame_animation() {
   return animation;
 }
 
-// ---------------------------------------------------------------------------
-// Polling and closing
-
 TEST(WaitDialogPolling, AnAnimationPlaysOnlyWhenOneIsSet) {
   take_asserts();
   for (const bool animated : {false, true}) {
@@ -180,7 +173,6 @@ TEST(WaitDialogPolling, EndsAtTheFirstTickAfterTheOperationFinishedAndRefusesClo
   EXPECT_TRUE(dialog->IsClosing());
   EXPECT_FALSE(dialog->GetPollTimer()->IsRunning());
 
-  // Once closing, a close request destroys the dialog.
   wxWeakRef<wxDialog> alive(dialog);
   dialog->Close();
   pump_events();
@@ -247,9 +239,6 @@ TEST(WaitDialogPolling, AnUnvetoableCloseWhileWorkingIsReportedAndIgnored) {
   delete dialog;
 }
 
-// ---------------------------------------------------------------------------
-// Wrapping of long messages
-
 TEST(WaitDialogWrap, ALongMessageWrapsToTheDisplaysProportions) {
   fake_status_t status;
   WaitDialog dialog(nullptr, &status);
@@ -270,9 +259,6 @@ TEST(WaitDialogWrap, ALongMessageWrapsToTheDisplaysProportions) {
   EXPECT_LT(client.x, display.x);
   EXPECT_EQ(client, dialog.GetSizer()->ComputeFittingClientSize(&dialog));
 }
-
-// ---------------------------------------------------------------------------
-// WaitCallback
 
 // Counts the operation down from a worker if the test's own path never does,
 // so that a broken wait ends instead of hanging; reports whether it had to.
@@ -418,7 +404,6 @@ TEST(WaitCallback, TheDialogSitsOnTheHostsMainWindow) {
   callback.wait(status);
   EXPECT_FALSE(rescue.stop());
   EXPECT_EQ(wxSize(300, 200), parent_size);
-  // The wrapper is gone with the dialog; the host's window stays.
   EXPECT_TRUE(host.still_alive());
   orvix1::initialize_wxwidgets(nullptr);  // back to a host without a main window
   orvix1::cleanup_wxwidgets();
