@@ -177,6 +177,19 @@ TEST_F(TextElementTest, ExplicitFontAndColourSurviveStyleChangesWhileStyleValues
   EXPECT_EQ(text->GetColor(), wxColour(1, 2, 3));
 }
 
+TEST_F(TextElementTest, StyleColourIsFollowedUntilSetColorLocksIt) {
+  text_ptr_t text = make_text("label");
+  m_palette->set_color(color_window_text, wxColour(90, 90, 90));
+  text->GetUiStyle()->on_ui_settings_updated();
+  EXPECT_EQ(text->GetColor(), wxColour(90, 90, 90));
+
+  m_listener.sizes.clear();
+  m_host.holder_requests = 0;
+  text->SetColor(wxColour(1, 2, 3));
+  EXPECT_GT(m_host.holder_requests, 0);  // repainted
+  EXPECT_TRUE(m_listener.sizes.empty());  // but not measured again
+}
+
 // --- size ---------------------------------------------------------------------
 
 TEST_F(TextElementTest, SizeIsTheTextExtentAndIsSignalledOnEveryRecompute) {

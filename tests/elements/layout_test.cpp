@@ -109,44 +109,48 @@ class LayoutPositionTest : public layout_fixture_t {
   talvar2::intrusive_pointer_t<Layout> m_layout{new OptimalLayout};
 };
 
-TEST_F(LayoutPositionTest, LeftAndTopDockingTakeTheirLengthAndClampToTheSpace) {
-  wxRect remaining(10, 20, 100, 50);
-  EXPECT_EQ(place(remaining, wxSize(30, 10), left | top), wxRect(10, 20, 30, 10));
-  EXPECT_EQ(remaining, wxRect(40, 30, 70, 40));
-  EXPECT_EQ(place(remaining, wxSize(200, 100), left | top), wxRect(40, 30, 70, 40));
-  EXPECT_EQ(remaining, wxRect(110, 70, 0, 0));
+// Each run places its children one after another in one remaining space.
+TEST_F(LayoutPositionTest, DockingTakesFromTheRemainingSpaceAndCentringLeavesIt) {
+  struct step_t {
+    wxSize size;
+    int flags;
+    wxRect expected;
+    wxRect remaining_after;
+  };
+  struct run_t {
+    const char* rule;
+    wxRect start;
+    std::vector<step_t> steps;
+  };
+  const run_t runs[] = {
+      {"left and top docking take their length and clamp to the space", wxRect(10, 20, 100, 50),
+       {{wxSize(30, 10), left | top, wxRect(10, 20, 30, 10), wxRect(40, 30, 70, 40)},
+        {wxSize(200, 100), left | top, wxRect(40, 30, 70, 40), wxRect(110, 70, 0, 0)}}},
+      {"right docking gives a wide child the remaining width", wxRect(0, 0, 100, 20),
+       {{wxSize(30, 20), right | v_expand, wxRect(70, 0, 30, 20), wxRect(0, 0, 70, 20)}}},
+      {"a right-docked child wider than the space starts left of it", wxRect(10, 0, 50, 20),
+       {{wxSize(80, 5), right | v_expand, wxRect(-20, 0, 50, 20), wxRect(10, 0, 0, 20)}}},
+      {"bottom docking is not clamped and drives the space negative", wxRect(0, 0, 10, 40),
+       {{wxSize(1, 50), h_expand | bottom, wxRect(0, -10, 10, 50), wxRect(0, 0, 10, -10)},
+        {wxSize(1, 30), h_expand | bottom, wxRect(0, -40, 10, 30), wxRect(0, 0, 10, -40)}}},
+      {"centring halves are truncated and leave the space alone", wxRect(5, 0, 7, 9),
+       {{wxSize(4, 4), h_center | v_center, wxRect(6, 2, 4, 4), wxRect(5, 0, 7, 9)},
+        {wxSize(20, 20), h_center | v_center, wxRect(5, 0, 7, 9), wxRect(5, 0, 7, 9)},
+        {wxSize(1, 1), h_expand | v_expand, wxRect(5, 0, 7, 9), wxRect(5, 0, 7, 9)}}},
+  };
+  for (const run_t& run : runs) {
+    SCOPED_TRACE(run.rule);
+    wxRect remaining = run.start;
+    for (const step_t& step : run.steps) {
+      EXPECT_EQ(place(remaining, step.size, step.flags), step.expected);
+      EXPECT_EQ(remaining, step.remaining_after);
+    }
+  }
 
   // The non-mutating form works on a copy.
   const wxRect space(0, 0, 50, 50);
   EXPECT_EQ(m_layout->CalcElementPosition(space, wxSize(20, 20), left | top), wxRect(0, 0, 20, 20));
   EXPECT_EQ(space, wxRect(0, 0, 50, 50));
-}
-
-TEST_F(LayoutPositionTest, RightDockingGivesAWideChildTheRemainingWidthStartingLeftOfIt) {
-  wxRect remaining(0, 0, 100, 20);
-  EXPECT_EQ(place(remaining, wxSize(30, 20), right | v_expand), wxRect(70, 0, 30, 20));
-  EXPECT_EQ(remaining, wxRect(0, 0, 70, 20));
-
-  remaining = wxRect(10, 0, 50, 20);
-  EXPECT_EQ(place(remaining, wxSize(80, 5), right | v_expand), wxRect(-20, 0, 50, 20));
-  EXPECT_EQ(remaining, wxRect(10, 0, 0, 20));
-}
-
-TEST_F(LayoutPositionTest, BottomDockingIsNotClampedAndDrivesTheSpaceNegative) {
-  wxRect remaining(0, 0, 10, 40);
-  EXPECT_EQ(place(remaining, wxSize(1, 50), h_expand | bottom), wxRect(0, -10, 10, 50));
-  EXPECT_EQ(remaining.height, -10);
-  // The next bottom child lies higher still.
-  EXPECT_EQ(place(remaining, wxSize(1, 30), h_expand | bottom), wxRect(0, -40, 10, 30));
-  EXPECT_EQ(remaining, wxRect(0, 0, 10, -40));
-}
-
-TEST_F(LayoutPositionTest, CentringHalvesAreTruncatedAndLeaveTheSpaceAlone) {
-  wxRect remaining(5, 0, 7, 9);
-  EXPECT_EQ(place(remaining, wxSize(4, 4), h_center | v_center), wxRect(6, 2, 4, 4));
-  EXPECT_EQ(place(remaining, wxSize(20, 20), h_center | v_center), wxRect(5, 0, 7, 9));
-  EXPECT_EQ(place(remaining, wxSize(1, 1), h_expand | v_expand), wxRect(5, 0, 7, 9));
-  EXPECT_EQ(remaining, wxRect(5, 0, 7, 9));
 }
 
 TEST_F(LayoutPositionTest, AnAxisWithoutFlagsGetsNothingAndTheFirstFlagOfAGroupWins) {
