@@ -232,35 +232,23 @@ TEST_F(SchedulerCancel, CancelTaskReachesOnlyTasksInTheScheduler) {
 
 using SchedulerExceptions = scheduler_test;
 
-TEST_F(SchedulerExceptions, ThrowingStageIsReportedAndTheTaskStillFinishes) {
+TEST_F(SchedulerExceptions, ThrowingStagesAreReportedAndEveryFinalizationStillRuns) {
   auto task = probe();
   task->add(service_unit_name, "throws", [] { throw std::runtime_error("disk on fire"); });
-  task->add(service_unit_name, "skipped");
-  task->add_final(main_unit_name, "final");
-  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-  ASSERT_TRUE(finish(task));
-
-  EXPECT_EQ(task->labels(), (strings{"throws", "final"}));
-  const auto reports = status->exceptions();
-  ASSERT_EQ(reports.size(), 1u);
-  EXPECT_EQ(reports[0].task, task);
-  EXPECT_EQ(reports[0].what, "disk on fire");
-  EXPECT_EQ(status->completions_of(task), 1);
-  EXPECT_FALSE(task->is_canceled());  // skipping is not canceling
-}
-
-TEST_F(SchedulerExceptions, ThrowingFinalizationStageDoesNotStopTheNextOne) {
-  auto task = probe();
   task->add_final(main_unit_name, "final throws", [] { throw 42; });
   task->add(service_unit_name, "skipped");
   task->add_final(long_tasks_unit_name, "final runs");
   ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
   ASSERT_TRUE(finish(task));
 
-  EXPECT_EQ(task->labels(), (strings{"final throws", "final runs"}));
+  EXPECT_EQ(task->labels(), (strings{"throws", "final throws", "final runs"}));
   const auto reports = status->exceptions();
-  ASSERT_EQ(reports.size(), 1u);
-  EXPECT_EQ(reports[0].what, "unknown exception");
+  ASSERT_EQ(reports.size(), 2u);
+  EXPECT_EQ(reports[0].task, task);
+  EXPECT_EQ(reports[0].what, "disk on fire");
+  EXPECT_EQ(reports[1].what, "unknown exception");
+  EXPECT_EQ(status->completions_of(task), 1);
+  EXPECT_FALSE(task->is_canceled());  // skipping is not canceling
 }
 
 using SchedulerStatus = scheduler_test;
@@ -401,32 +389,23 @@ TEST_F(SchedulerCancelAndWait, WithoutAnyCallbackItBlocksAndProcessesNothing) {
 }
 
 TEST_F(SchedulerCancelAndWait, DefaultCallbackWaitsWhenNoneIsGiven) {
+  gate_t release, second_release;
   scheduler.reset();
-  const auto default_wait = boost::make_shared<driving_wait_t>(nullptr);
+  const auto default_wait =
+      boost::make_shared<driving_wait_t>(nullptr, [&](int) { second_release.open(); });
   create(default_wait);
-  gate_t release;
-  auto tasks = stubborn_tasks(2, "g", service_unit_name, release);
+  stubborn_tasks(2, "g", service_unit_name, release);
+  ASSERT_TRUE(started.wait_for_at_least(2));
   const auto given = boost::make_shared<driving_wait_t>(main, [&](int) { release.open(); });
-
-  // The default callback drains nothing: the given one must do it.
   scheduler->cancel_and_wait("g", given);
   EXPECT_GE(given->calls(), 1);
   EXPECT_EQ(default_wait->calls(), 0);
 
-  gate_t second_release;
-  auto parked = probe();
-  parked->add(service_unit_name, "work", [&] { second_release.wait_open(); });
-  ASSERT_EQ(scheduler->schedule(parked, "g"), schedule_accepted);
-  std::thread opener([&] {
-    const auto deadline = std::chrono::steady_clock::now() + k_timeout;
-    while (default_wait->calls() == 0 && std::chrono::steady_clock::now() < deadline)
-      second_release.wait_open(std::chrono::milliseconds(1));
-    second_release.open();
-  });
+  const auto parked = stubborn_tasks(1, "g", service_unit_name, second_release, false);
+  ASSERT_TRUE(started.wait_for_at_least(3));
   scheduler->cancel_and_wait("g");
-  opener.join();
   EXPECT_GE(default_wait->calls(), 1);
-  EXPECT_EQ(status->completions_of(parked), 1);
+  EXPECT_EQ(status->completions_of(parked[0]), 1);
 }
 
 TEST_F(SchedulerCancelAndWait, NothingToWaitForReturnsWithoutCallingTheCallback) {
