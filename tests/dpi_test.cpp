@@ -61,12 +61,17 @@ wxImage solid_image(int width, int height) {
   return image;
 }
 
-TEST_F(DpiScale, DesktopAt96WinsOverTheLargerDefaultFont) {
+TEST_F(DpiScale, DesktopAt96WinsOverTheLargerDefaultFontAndBelow96IsRaisedToOne) {
   ASSERT_EQ(desktop_resolution(), 96.0);
   // "Sans 10" is 17 pixels high: alone it would mean 17 / 16 = 1.0625.
   ASSERT_GT(default_font_pixel_height(), 16);
   EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
   EXPECT_EQ(orvix1::calculate_DPI_scaled_size(101, 31), wxSize(101, 31));
+
+  set_desktop_dpi(72);
+  orvix1::forget_DPI_scale();
+  EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
+  EXPECT_EQ(orvix1::calculate_DPI_scaled_size(100, 30), wxSize(100, 30));
 }
 
 TEST_F(DpiScale, AtOneTheImageIsNotEvenCopied) {
@@ -123,13 +128,6 @@ TEST_F(DpiScale, WithoutDesktopResolutionTheDefaultFontDecidesAndIsAskedAgain) {
 
   set_desktop_dpi(96);
   EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
-}
-
-TEST_F(DpiScale, DesktopBelow96IsRaisedToOne) {
-  set_desktop_dpi(72);
-  orvix1::forget_DPI_scale();
-  EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
-  EXPECT_EQ(orvix1::calculate_DPI_scaled_size(100, 30), wxSize(100, 30));
 }
 
 TEST_F(DpiScale, WindowSizeIsScaledAndPositionKept) {

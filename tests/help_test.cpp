@@ -244,8 +244,4 @@ TEST_F(HelpHelper, FailsWhenNoSourceOpens) {
   EXPECT_THAT(capture.entries()[1].message, HasSubstr("none of the help sources"));
 }
 
-TEST(HelpMailcap, DefaultsToTheSystemFile) {
-  EXPECT_EQ(orvix1::get_mailcap_path().as_string(), "/etc/mailcap");
-}
-
 }  // namespace

@@ -46,16 +46,12 @@ class CustomTooltip : public ::testing::Test {
     pump_events();
   }
 
-  void enter_target() {
-    wxMouseEvent enter(wxEVT_ENTER_WINDOW);
-    enter.SetEventObject(m_target);
-    m_target->GetEventHandler()->ProcessEvent(enter);
+  void enter_target(wxEventType type = wxEVT_ENTER_WINDOW) {
+    wxMouseEvent event(type);
+    event.SetEventObject(m_target);
+    m_target->GetEventHandler()->ProcessEvent(event);
   }
-  void leave_target() {
-    wxMouseEvent leave(wxEVT_LEAVE_WINDOW);
-    leave.SetEventObject(m_target);
-    m_target->GetEventHandler()->ProcessEvent(leave);
-  }
+  void leave_target() { enter_target(wxEVT_LEAVE_WINDOW); }
   int palette_delay() const {
     return orvix1::ui_settings_t::get()->get_metric(orvix1::metric_tooltip_delay);
   }

@@ -364,8 +364,6 @@ TEST(WaitCallback, WithDialogInfoItShowsTheWaitDialogUntilTheOperationFinishes) 
   take_asserts();
   WaitCallback callback;
   callback.SetDialogInfo(some_info());
-  EXPECT_EQ("Stopping the work", callback.GetDialogInfo().title);
-  EXPECT_FALSE(callback.GetDialogInfo().empty());
   const auto status = boost::make_shared<operation_status_t>(1);
   std::string caption, title, text;
   bool modal = false, parentless = false;
