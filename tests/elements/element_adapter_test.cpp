@@ -232,23 +232,6 @@ class ElementAdapterFocus : public orvix1_test::adapter_fixture_t {
   recording_ptr_t a, b, c;
 };
 
-TEST_F(ElementAdapterFocus, TabAndShiftTabWalkTheTabOrder) {
-  press(WXK_TAB);
-  EXPECT_EQ(focused(), "b");
-  press(WXK_TAB);
-  EXPECT_EQ(focused(), "c");
-  EXPECT_FALSE(b->IsFocused());
-  press(WXK_TAB);
-  EXPECT_EQ(focused(), "a");
-  press(WXK_TAB, true);
-  EXPECT_EQ(focused(), "c");
-  EXPECT_TRUE(c->IsFocused());
-  EXPECT_FALSE(a->IsFocused());
-  EXPECT_FALSE(b->IsFocused());
-  // Every key went to the element focused at the time.
-  EXPECT_EQ(take_log(), (log_t{"b key 9", "c key 9", "a key 9"}));
-}
-
 TEST_F(ElementAdapterFocus, TabPastTheEndsLeavesTheHolderForItsSiblings) {
   ASSERT_TRUE(activate(frame));
   a->SetFocus(true);  // the last in tab order

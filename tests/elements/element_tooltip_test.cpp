@@ -1,6 +1,4 @@
-// Element tooltips end to end: the element makes its tooltip, the pointer
-// entering the element asks the host to show it on the holder, leaving
-// hides it, and a tooltip that dies is forgotten by its element.
+// Element tooltips end to end, through a real holder and adapter.
 
 #include "orvix1/wxCustomTooltip.h"
 #include "elements/adapter_fixture.h"
