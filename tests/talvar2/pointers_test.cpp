@@ -58,7 +58,7 @@ TEST(IntrusivePointer, CountsHoldersAndDeletesWithTheLast) {
   EXPECT_EQ(deletions.load(), 1);
 }
 
-TEST(IntrusivePointer, SelfAssignmentLeavesItEmpty) {
+TEST(IntrusivePointer, SelfAssignmentLeavesItEmptyButRawReassignmentKeepsIt) {
   std::atomic<int> deletions{0};
   auto* object = new pointer_test_object_t(&deletions);
   object_ptr keeper(object);
@@ -68,20 +68,16 @@ TEST(IntrusivePointer, SelfAssignmentLeavesItEmpty) {
   EXPECT_EQ(pointer.get(), nullptr);
   EXPECT_EQ(object->ref_count(), 1u);  // the dropped reference is gone, not leaked
 
+  keeper = keeper.get();
+  EXPECT_EQ(deletions.load(), 0);
+  ASSERT_EQ(keeper.get(), object);
+  EXPECT_EQ(keeper->ref_count(), 1u);
+  EXPECT_EQ(keeper->value, 42);
+
   // The only holder assigned to itself: the object dies and nothing dangles.
   keeper = static_cast<object_ptr&>(keeper);
   EXPECT_EQ(keeper.get(), nullptr);
   EXPECT_EQ(deletions.load(), 1);
-}
-
-TEST(IntrusivePointer, RawAssignmentOfTheHeldObjectKeepsItAlive) {
-  std::atomic<int> deletions{0};
-  object_ptr pointer(new pointer_test_object_t(&deletions));
-  pointer = pointer.get();
-  EXPECT_EQ(deletions.load(), 0);
-  ASSERT_NE(pointer.get(), nullptr);
-  EXPECT_EQ(pointer->ref_count(), 1u);
-  EXPECT_EQ(pointer->value, 42);
 }
 
 TEST(IntrusivePointer, ArrowOnNullAssertsAndYieldsNull) {
@@ -122,7 +118,6 @@ TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
 }
 
 TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
-  // A release on an object nobody holds must not delete it.
   std::atomic<int> idle_deletions{0};
   auto* idle = new pointer_test_object_t(&idle_deletions);
   idle->release_ref();

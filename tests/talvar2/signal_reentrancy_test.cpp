@@ -16,7 +16,6 @@ namespace {
 
 using int_signal_t = inspectable_signal_t<int>;
 
-// Three listeners a, b, c connected in this order through on_value.
 struct three_listeners {
   call_log_t log;
   listener_t a{"a", log};
@@ -29,7 +28,6 @@ struct three_listeners {
     signal.connect(&c, &listener_t::on_value);
   }
 
-  // A fresh emission of `value`: what it called, in order.
   call_log_t emit(const talvar2::signal_t<int>& signal, int value) {
     log.clear();
     signal(value);

@@ -43,7 +43,6 @@ class gate_t {
   bool m_open = false;
 };
 
-// A count that threads can wait to reach a value.
 class counter_t {
  public:
   void add(long amount = 1);
@@ -56,7 +55,6 @@ class counter_t {
   long m_value = 0;
 };
 
-// Records every report of a scheduler.
 class recording_status_t : public scheduler_status_callback_t {
  public:
   struct report_t {
@@ -96,7 +94,6 @@ class thread_places_t {
   std::thread::id m_test_thread;
 };
 
-// Runs a function as the work of a stage.
 class stage_action_t : public talvar2::subscriber_base_t {
  public:
   explicit stage_action_t(std::function<void()> body) : m_body(std::move(body)) {}

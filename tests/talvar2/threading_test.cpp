@@ -118,7 +118,6 @@ TEST_F(SchedulerStages, LongTasksHoldingEveryLongWorkerDoNotDelayServiceTasks) {
   EXPECT_TRUE(status->wait_completed(long_workers + 2));
 }
 
-// A timed unit that records the waits it is given and passes them on.
 class recording_timed_unit_t : public timed_unit_t {
  public:
   void post(const job_t& job) override { m_pool.post(job); }
@@ -282,7 +281,6 @@ TEST_F(SchedulerStatus, TaskWithoutStagesCompletesInsideSchedule) {
   ASSERT_EQ(scheduler->schedule(empty, "g"), schedule_accepted);
   EXPECT_EQ(status->completions_of(empty), 1);
   EXPECT_EQ(scheduler->task_count(""), 0u);
-  // Once it has left, it may be scheduled again.
   ASSERT_EQ(scheduler->schedule(empty, "g"), schedule_accepted);
   EXPECT_EQ(status->completions_of(empty), 2);
 }
@@ -367,7 +365,6 @@ TEST_F(SchedulerCancelAndWait, WithoutAnyCallbackItBlocksAndProcessesNothing) {
   gui_job->add(main_unit_name, "gui");
   ASSERT_EQ(scheduler->schedule(gui_job, "gui"), schedule_accepted);
 
-  // Opens the gate once every task has been asked to cancel.
   std::thread opener([&] {
     const auto deadline = std::chrono::steady_clock::now() + k_timeout;
     auto all_canceled = [&] {

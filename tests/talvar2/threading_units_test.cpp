@@ -20,8 +20,7 @@ namespace {
 
 using strings = std::vector<std::string>;
 
-// Records every new-job signal: the job's task and unit, and the place it
-// was emitted from.
+// Records every new-job signal (task, unit, emitting place), or fails on it.
 class job_listener_t : public talvar2::subscriber_base_t {
  public:
   struct heard_t {
@@ -29,8 +28,8 @@ class job_listener_t : public talvar2::subscriber_base_t {
     std::string unit;
     std::string place;
   };
-  job_listener_t(boost::shared_ptr<queue_unit_t> queue, const thread_places_t& places)
-      : m_queue(std::move(queue)), m_places(places) {
+  job_listener_t(boost::shared_ptr<queue_unit_t> queue, const thread_places_t& places, bool fail = false)
+      : m_queue(std::move(queue)), m_places(places), m_fail(fail) {
     m_queue->new_job.connect(this, &job_listener_t::on_new_job);
   }
   ~job_listener_t() override { m_queue->new_job.disconnect(this, &job_listener_t::on_new_job); }
@@ -42,12 +41,14 @@ class job_listener_t : public talvar2::subscriber_base_t {
 
  private:
   void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage) {
+    if (m_fail) throw std::runtime_error("slot failed");
     std::lock_guard<std::mutex> lock(m_mutex);
     m_heard.push_back({task, stage->unit_name(), m_places.here()});
   }
 
   boost::shared_ptr<queue_unit_t> m_queue;
   const thread_places_t& m_places;
+  const bool m_fail;
   mutable std::mutex m_mutex;
   std::vector<heard_t> m_heard;
 };
@@ -122,23 +123,8 @@ TEST_F(QueueUnit, AJobMayDrainTheQueueItself) {
   EXPECT_EQ(status->completed(), 2u);
 }
 
-// A new-job slot that fails.
-class throwing_listener_t : public talvar2::subscriber_base_t {
- public:
-  explicit throwing_listener_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {
-    m_queue->new_job.connect(this, &throwing_listener_t::on_new_job);
-  }
-  ~throwing_listener_t() override {
-    m_queue->new_job.disconnect(this, &throwing_listener_t::on_new_job);
-  }
-
- private:
-  void on_new_job(const task_ptr_t&, const stage_ptr_t&) { throw std::runtime_error("slot failed"); }
-  boost::shared_ptr<queue_unit_t> m_queue;
-};
-
 TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
-  throwing_listener_t listener(main);
+  job_listener_t listener(main, *places, true);
   auto task = boost::make_shared<probe_task_t>();
   task->add(main_unit_name, "gui");
   task->add_final(service_unit_name, "final");
@@ -156,7 +142,6 @@ TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
 
 class BatchCancel : public QueueUnit {
  protected:
-  // A task parked in a long wait, with work after it and a finalization.
   boost::shared_ptr<probe_task_t> parked(const std::string& group) {
     auto task = boost::make_shared<probe_task_t>([this] { return places->here(); });
     task->add_wait(delay_tasks_unit_name, 600000);
