@@ -18,11 +18,6 @@ bool gate_t::wait_open(std::chrono::milliseconds timeout) const {
   return m_changed.wait_for(lock, timeout, [this] { return m_open; });
 }
 
-bool gate_t::is_open() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_open;
-}
-
 void counter_t::add(long amount) {
   std::lock_guard<std::mutex> lock(m_mutex);
   m_value += amount;

@@ -35,7 +35,6 @@ class gate_t {
  public:
   void open();
   bool wait_open(std::chrono::milliseconds timeout = k_timeout) const;
-  bool is_open() const;
 
  private:
   mutable std::mutex m_mutex;
