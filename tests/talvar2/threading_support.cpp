@@ -24,11 +24,6 @@ void counter_t::add(long amount) {
   m_changed.notify_all();
 }
 
-long counter_t::value() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_value;
-}
-
 bool counter_t::wait_for_at_least(long target, std::chrono::milliseconds timeout) const {
   std::unique_lock<std::mutex> lock(m_mutex);
   return m_changed.wait_for(lock, timeout, [&] { return m_value >= target; });
@@ -55,21 +50,6 @@ int recording_status_t::completions_of(const task_ptr_t& task) const {
   std::lock_guard<std::mutex> lock(m_mutex);
   const auto found = m_completions.find(task);
   return found == m_completions.end() ? 0 : found->second;
-}
-
-std::size_t recording_status_t::completed() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_completed;
-}
-
-std::vector<recording_status_t::report_t> recording_status_t::exceptions() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_exceptions;
-}
-
-std::vector<recording_status_t::report_t> recording_status_t::scheduling_errors() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_scheduling_errors;
 }
 
 bool recording_status_t::wait_completed(std::size_t total, std::chrono::milliseconds timeout) const {
@@ -130,20 +110,10 @@ void probe_task_t::cancel() {
   default_task_t::cancel();
 }
 
-std::vector<probe_task_t::step_t> probe_task_t::steps() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_steps;
-}
-
 std::vector<std::string> probe_task_t::labels() const {
   std::vector<std::string> labels;
   for (const step_t& step : steps()) labels.push_back(step.label);
   return labels;
-}
-
-std::string probe_task_t::cancel_place() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_cancel_place;
 }
 
 queue_driver_t::queue_driver_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {

@@ -27,6 +27,13 @@ namespace talvar2_test {
 
 using namespace talvar2::threading;
 
+// A copy of `value` taken under `mutex`.
+template <class T>
+T locked(std::mutex& mutex, const T& value) {
+  std::lock_guard<std::mutex> lock(mutex);
+  return value;
+}
+
 // Bound of every wait in these tests: far beyond what a correct run needs.
 constexpr std::chrono::milliseconds k_timeout{10000};
 
@@ -45,7 +52,7 @@ class gate_t {
 class counter_t {
  public:
   void add(long amount = 1);
-  long value() const;
+  long value() const { return locked(m_mutex, m_value); }
   bool wait_for_at_least(long target, std::chrono::milliseconds timeout = k_timeout) const;
 
  private:
@@ -66,9 +73,9 @@ class recording_status_t : public scheduler_status_callback_t {
   void task_scheduling_error(const task_ptr_t& task, const std::string& what) override;
 
   int completions_of(const task_ptr_t& task) const;
-  std::size_t completed() const;
-  std::vector<report_t> exceptions() const;
-  std::vector<report_t> scheduling_errors() const;
+  std::size_t completed() const { return locked(m_mutex, m_completed); }
+  std::vector<report_t> exceptions() const { return locked(m_mutex, m_exceptions); }
+  std::vector<report_t> scheduling_errors() const { return locked(m_mutex, m_scheduling_errors); }
   bool wait_completed(std::size_t total, std::chrono::milliseconds timeout = k_timeout) const;
 
  private:
@@ -122,10 +129,10 @@ class probe_task_t : public default_task_t {
 
   void cancel() override;
 
-  std::vector<step_t> steps() const;
+  std::vector<step_t> steps() const { return locked(m_mutex, m_steps); }
   std::vector<std::string> labels() const;
   int overlaps() const { return m_overlaps.load(); }
-  std::string cancel_place() const;
+  std::string cancel_place() const { return locked(m_mutex, m_cancel_place); }
 
  private:
   stage_ptr_t make_work_stage(const std::string& unit, const std::string& label, std::function<void()> body);

@@ -166,26 +166,10 @@ TEST_F(SchedulerDelay, CancelCutsAWaitShortOnTheTimerAndOnAWorkerPool) {
 
 using SchedulerCancel = scheduler_test;
 
-TEST_F(SchedulerCancel, TaskCanceledBeforeSchedulingRunsOnlyItsFinalizationStages) {
-  auto task = probe();
-  task->add(service_unit_name, "work");
-  task->add_final(main_unit_name, "first final");
-  task->add(long_tasks_unit_name, "more work");
-  task->add_final(service_unit_name, "second final");
-  task->cancel();
-  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-  ASSERT_TRUE(finish(task));
-  const auto steps = task->steps();
-  ASSERT_EQ(task->labels(), (strings{"first final", "second final"}));
-  EXPECT_EQ(steps[0].place, "test thread");
-  EXPECT_EQ(steps[1].place, service_unit_name);
-  EXPECT_EQ(status->completions_of(task), 1);
-}
-
-TEST_F(SchedulerCancel, CancelingAGroupSkipsTheRestOfItsOrdinaryStagesOnly) {
+TEST_F(SchedulerCancel, CancelingSkipsTheRestOfTheOrdinaryStagesOnly) {
   gate_t release;
   counter_t working;
-  auto make = [&](const std::string& group) {
+  auto make = [&](const std::string& group, bool cancel_first = false) {
     auto task = probe();
     task->add(service_unit_name, "work", [&] {
       working.add();
@@ -195,9 +179,11 @@ TEST_F(SchedulerCancel, CancelingAGroupSkipsTheRestOfItsOrdinaryStagesOnly) {
     task->add_final(main_unit_name, "final");
     task->add(service_unit_name, "after final");
     task->add_final(service_unit_name, "last final");
+    if (cancel_first) task->cancel();
     EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
     return task;
   };
+  auto early = make("early", true);
   auto canceled = make("doomed");
   auto spared = make("spared");
   ASSERT_TRUE(working.wait_for_at_least(2));
@@ -210,6 +196,12 @@ TEST_F(SchedulerCancel, CancelingAGroupSkipsTheRestOfItsOrdinaryStagesOnly) {
   EXPECT_EQ(canceled->labels(), (strings{"work", "final", "last final"}));
   EXPECT_FALSE(spared->is_canceled());
   EXPECT_EQ(spared->labels(), (strings{"work", "more", "final", "after final", "last final"}));
+  ASSERT_TRUE(finish(early));
+  const auto steps = early->steps();
+  ASSERT_EQ(early->labels(), (strings{"final", "last final"}));
+  EXPECT_EQ(steps[0].place, "test thread");
+  EXPECT_EQ(steps[1].place, service_unit_name);
+  EXPECT_EQ(status->completions_of(early), 1);
 }
 
 TEST_F(SchedulerCancel, CancelTaskReachesOnlyTasksInTheScheduler) {

@@ -217,7 +217,7 @@ TEST(OperationStatus, FinishesWhenEveryPartIsDoneAndWakesItsWaiters) {
 
 class named_task_t : public default_task_t {};
 
-TEST(DefaultTask, KeepsStagesInPushOrderWithTheirKindAndItsName) {
+TEST(DefaultTask, KeepsStagesInPushOrderAndWaitStagesClampANegativeDelay) {
   const auto work = boost::make_shared<stage_t>(service_unit_name, stage_t::work_signal_t());
   const auto wait = boost::make_shared<stage_t>(delay_tasks_unit_name, 5);
   named_task_t task;
@@ -241,16 +241,12 @@ TEST(DefaultTask, KeepsStagesInPushOrderWithTheirKindAndItsName) {
   assertion_recorder recorder;
   task.push_stage(nullptr);
   EXPECT_EQ(recorder.single().expression, "stage");
+  recorder.clear();
   EXPECT_EQ(task.stages().size(), 3u);
-}
 
-TEST(TaskStage, WaitStageKeepsItsDelayAndClampsANegativeOne) {
-  const stage_t wait(delay_tasks_unit_name, 250);
-  EXPECT_TRUE(wait.is_wait());
-  EXPECT_EQ(wait.delay().count(), 250);
-  wait.run(nullptr);  // does nothing
-
-  assertion_recorder recorder;
+  EXPECT_TRUE(wait->is_wait());
+  EXPECT_EQ(wait->delay().count(), 5);
+  wait->run(nullptr);  // does nothing
   const stage_t negative(delay_tasks_unit_name, -3);
   EXPECT_EQ(recorder.single().expression, "delay_ms >= 0");
   EXPECT_EQ(negative.delay().count(), 0);
