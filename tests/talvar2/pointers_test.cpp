@@ -105,7 +105,15 @@ TEST(IntrusivePointer, ArrowOnNullAssertsAndYieldsNull) {
   EXPECT_NE(raised[1].function.find("operator->() const"), std::string::npos) << raised[1].function;
 }
 
-TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
+TEST(IntrusivePointer, ReleaseAtZeroDoesNothingAndDestroyingAReferencedObjectAsserts) {
+  std::atomic<int> idle_deletions{0};
+  auto* idle = new pointer_test_object_t(&idle_deletions);
+  idle->release_ref();
+  idle->release_ref();
+  EXPECT_EQ(idle->ref_count(), 0u);
+  EXPECT_EQ(idle_deletions.load(), 0);
+  delete idle;
+
   assertion_recorder recorder;
   {
     pointer_test_object_t object;  // on the stack: its end of scope is the direct destruction
@@ -115,16 +123,6 @@ TEST(IntrusivePointer, DestroyingAnObjectStillReferencedAsserts) {
   EXPECT_EQ(raised.expression, "m_ref_count == 0");
   EXPECT_EQ(raised.file, "pointers/intrusive_pointer.h");
   EXPECT_EQ(raised.line, 175);
-}
-
-TEST(IntrusivePointer, ReleaseAtZeroDoesNothing) {
-  std::atomic<int> idle_deletions{0};
-  auto* idle = new pointer_test_object_t(&idle_deletions);
-  idle->release_ref();
-  idle->release_ref();
-  EXPECT_EQ(idle->ref_count(), 0u);
-  EXPECT_EQ(idle_deletions.load(), 0);
-  delete idle;
 }
 
 TEST(IntrusivePointer, ManyThreadsCopyAndDropOneObject) {
