@@ -1,7 +1,9 @@
 // Getting work back to the GUI thread, next to the primitives underneath:
 // - scheduler_throughput: empty service tasks whose TaskFinished runs on the
 //   GUI thread, against a Boost.Asio pool post whose handler calls
-//   wxApp::CallAfter (one worker hop and one GUI delivery);
+//   wxApp::CallAfter (one worker hop and one GUI delivery), and against the
+//   three hops a task makes (start delivered, work posted, finish delivered)
+//   done with the same primitives;
 // - gui_latency: PostSignal from a worker to its slot on the GUI thread,
 //   against CallAfter from the same worker and a bare Boost.Asio post to an
 //   idle thread.
@@ -116,6 +118,23 @@ void scheduler_throughput_asio_callafter(benchmark::State& state) {
   pool.join();
 }
 BENCHMARK(scheduler_throughput_asio_callafter)->Name("scheduler_throughput/asio_callafter")
+    ->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// The same three hops as a scheduled service task, made of the raw
+// primitives: the start delivered on the GUI thread, the work posted to the
+// pool from there, the finish delivered back. The floor for any scheduler
+// whose tasks start and finish on the GUI thread.
+void scheduler_throughput_asio_callafter_staged(benchmark::State& state) {
+  boost::asio::thread_pool pool(service_threads());
+  run_batches(state, [&](arrivals_t& arrivals) {
+    wxTheApp->CallAfter([&] {
+      boost::asio::post(pool, [&] { wxTheApp->CallAfter([&] { arrivals.arrive(); }); });
+    });
+    return true;
+  });
+  pool.join();
+}
+BENCHMARK(scheduler_throughput_asio_callafter_staged)->Name("scheduler_throughput/asio_callafter_staged")
     ->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // One worker thread that runs `send` each time the bench thread asks.

@@ -16,7 +16,11 @@
 namespace orvix1 {
 namespace tasks {
 
+using talvar2::threading::long_tasks_unit_name;
+using talvar2::threading::main_unit_name;
 using talvar2::threading::scheduler_t;
+using talvar2::threading::service_unit_name;
+using talvar2::threading::stage_ptr_t;
 using talvar2::threading::stage_t;
 using talvar2::threading::task_ptr_t;
 
@@ -27,16 +31,24 @@ log4cplus::Logger scheduler_logger() { return log::get_logger("orvix.scheduler")
 // One ITask as a staged task: [wait on "delay tasks"], TaskStarted on
 // "main", DoTask where the task asks, TaskFinished on "main" (also when
 // canceled). Canceling and the display name belong to the ITask.
-class TaskAdapter : public talvar2::threading::default_task_t, public talvar2::subscriber_base_t {
+//
+// The stages hold no state: each calls the ITask of the adapter it runs for.
+// Every adapter shares the same few stage objects, so a task costs no stage
+// allocations, connections or locks of its own.
+class TaskAdapter final : public talvar2::threading::default_task_t {
  public:
   static constexpr int no_delay = -1;
+
+  static boost::shared_ptr<TaskAdapter> Create(const ITaskPtr& task, int delay_ms) {
+    return boost::make_shared<TaskAdapter>(task, delay_ms);
+  }
 
   TaskAdapter(const ITaskPtr& task, int delay_ms) : m_task(task) {
     if (delay_ms != no_delay)
       push_stage(boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms));
-    push_stage(MakeStage(talvar2::threading::main_unit_name, &TaskAdapter::Start));
-    push_stage(MakeStage(WorkUnit(), &TaskAdapter::Work));
-    push_finalization_stage(MakeStage(talvar2::threading::main_unit_name, &TaskAdapter::Finish));
+    push_stage(SharedStage<&ITask::TaskStarted, main_unit_name>());
+    push_stage(WorkStage());
+    push_finalization_stage(SharedStage<&ITask::TaskFinished, main_unit_name>());
   }
 
   const ITaskPtr& GetTask() const { return m_task; }
@@ -46,21 +58,25 @@ class TaskAdapter : public talvar2::threading::default_task_t, public talvar2::s
   std::string display_name() const override { return m_task.get()->GetDisplayName(); }
 
  private:
-  using stage_member_t = void (TaskAdapter::*)(const task_ptr_t&);
+  using callback_t = void (ITask::*)();
 
-  const char* WorkUnit() {
-    if (!m_task->IsServiceThreadNeeded()) return talvar2::threading::main_unit_name;
-    if (!m_task->IsLongTask()) return talvar2::threading::service_unit_name;
-    return talvar2::threading::long_tasks_unit_name;
+  // The stage calling `callback` on `unit`, one for the whole process. The
+  // scheduler runs a stage only for the task that holds it, and only
+  // adapters hold these.
+  template <callback_t callback, const char* unit>
+  static const stage_ptr_t& SharedStage() {
+    static const stage_ptr_t stage = boost::make_shared<stage_t>(unit, +[](const task_ptr_t& adapter) {
+      (static_cast<TaskAdapter&>(*adapter).m_task.get()->*callback)();
+    });
+    return stage;
   }
 
-  talvar2::threading::stage_ptr_t MakeStage(const char* unit, stage_member_t member) {
-    return boost::make_shared<stage_t>(unit, this, member);
+  // The two queries are asked once, when the adapter is built.
+  const stage_ptr_t& WorkStage() {
+    if (!m_task->IsServiceThreadNeeded()) return SharedStage<&ITask::DoTask, main_unit_name>();
+    if (!m_task->IsLongTask()) return SharedStage<&ITask::DoTask, service_unit_name>();
+    return SharedStage<&ITask::DoTask, long_tasks_unit_name>();
   }
-
-  void Start(const task_ptr_t&) { m_task->TaskStarted(); }
-  void Work(const task_ptr_t&) { m_task->DoTask(); }
-  void Finish(const task_ptr_t&) { m_task->TaskFinished(); }
 
   ITaskPtr m_task;
 };
@@ -211,12 +227,12 @@ bool Scheduler::Initialize() {
 }
 
 int Scheduler::AddTask(const ITaskPtr& task, const std::string& group) {
-  return HandleNewTask(boost::make_shared<TaskAdapter>(task, TaskAdapter::no_delay), task, group);
+  return HandleNewTask(TaskAdapter::Create(task, TaskAdapter::no_delay), task, group);
 }
 
 int Scheduler::AddDelayedTask(const ITaskPtr& task, int delay_ms, const std::string& group) {
   if (delay_ms < 0) delay_ms = 0;  // keeps the wait stage; a negative delay means none to wait
-  return HandleNewTask(boost::make_shared<TaskAdapter>(task, delay_ms), task, group);
+  return HandleNewTask(TaskAdapter::Create(task, delay_ms), task, group);
 }
 
 void Scheduler::IncreasePriority(const std::string&) {}

@@ -36,7 +36,7 @@ std::string default_task_t::display_name() const {
   return boost::core::demangle(typeid(*this).name());
 }
 
-std::vector<task_stage_t> default_task_t::stages() const {
+stage_list_t default_task_t::stages() const {
   std::lock_guard<std::mutex> lock(m_stages_mutex);
   return m_stages;
 }

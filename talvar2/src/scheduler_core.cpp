@@ -73,13 +73,11 @@ std::size_t hardware_threads() {
 
 }  // namespace
 
-task_run_t::task_run_t(task_ptr_t task_, std::string group_, std::vector<task_stage_t> stages_,
-                       std::vector<unit_t*> units_,
+task_run_t::task_run_t(task_ptr_t task_, std::string group_, stage_entries_t stages_,
                        boost::weak_ptr<scheduler_core_t> core_)
     : task(std::move(task_)),
       group(std::move(group_)),
       stages(std::move(stages_)),
-      units(std::move(units_)),
       core(std::move(core_)) {}
 
 bool task_run_t::install_interrupt(std::size_t index, std::function<void()> interrupt) {
@@ -123,23 +121,23 @@ void scheduler_core_t::create_own_units() {
   m_registered_units.assign(m_own_pools.begin(), m_own_pools.end());
 }
 
-int scheduler_core_t::resolve_units(const std::vector<task_stage_t>& stages,
-                                    std::vector<unit_t*>& units) const {
-  units.reserve(stages.size());
-  for (const task_stage_t& entry : stages) {
+int scheduler_core_t::resolve_units(stage_list_t& stages,
+                                    task_run_t::stage_entries_t& entries) const {
+  entries.reserve(stages.size());
+  for (task_stage_t& entry : stages) {
     if (!entry.stage) return schedule_invalid_task;
     const auto found = m_units.find(entry.stage->unit_name());
     if (found == m_units.end()) return schedule_unknown_unit;
     if (entry.stage->is_wait() && dynamic_cast<timed_unit_t*>(found->second.get()) == nullptr)
       return schedule_unknown_unit;
-    units.push_back(found->second.get());
+    entries.push_back({std::move(entry.stage), entry.finalization, found->second.get()});
   }
   return schedule_accepted;
 }
 
 int scheduler_core_t::schedule(const task_ptr_t& task, const std::string& group) {
   if (!task) return schedule_invalid_task;
-  std::vector<task_stage_t> stages;
+  stage_list_t stages;
   std::string what;
   if (!call_guarded([&] { stages = task->stages(); }, what)) return schedule_invalid_task;
 
@@ -150,12 +148,11 @@ int scheduler_core_t::schedule(const task_ptr_t& task, const std::string& group)
     if (!m_canceling_groups.empty() && m_canceling_groups.count(group) != 0)
       return schedule_group_canceling;
     if (m_runs.count(task.get()) != 0) return schedule_invalid_task;
-    std::vector<unit_t*> units;
-    const int status = resolve_units(stages, units);
+    task_run_t::stage_entries_t entries;
+    const int status = resolve_units(stages, entries);
     if (status != schedule_accepted) return status;
 
-    run = boost::make_shared<task_run_t>(task, group, std::move(stages), std::move(units),
-                                         weak_from_this());
+    run = boost::make_shared<task_run_t>(task, group, std::move(entries), weak_from_this());
     m_runs.emplace(task.get(), run);
   }
   advance(run, 0);
@@ -181,7 +178,7 @@ void scheduler_core_t::advance(const task_run_ptr_t& run, std::size_t from) {
     run->dispatched.store(index);
     const job_t job(run, index);
     const stage_t& stage = *run->stages[index].stage;
-    unit_t& unit = *run->units[index];
+    unit_t& unit = *run->stages[index].unit;
     std::string what;
     const bool handed_over = call_guarded(
         [&] {

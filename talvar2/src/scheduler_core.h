@@ -39,13 +39,20 @@ class task_run_t {
  public:
   static constexpr std::size_t no_stage = static_cast<std::size_t>(-1);
 
-  task_run_t(task_ptr_t task, std::string group, std::vector<task_stage_t> stages,
-             std::vector<unit_t*> units, boost::weak_ptr<scheduler_core_t> core);
+  // A stage with the unit it was resolved to.
+  struct stage_entry_t {
+    stage_ptr_t stage;
+    bool finalization;
+    unit_t* unit;
+  };
+  using stage_entries_t = boost::container::small_vector<stage_entry_t, 4>;
+
+  task_run_t(task_ptr_t task, std::string group, stage_entries_t stages,
+             boost::weak_ptr<scheduler_core_t> core);
 
   const task_ptr_t task;
   const std::string group;
-  const std::vector<task_stage_t> stages;
-  const std::vector<unit_t*> units;  // one per stage
+  const stage_entries_t stages;
   const boost::weak_ptr<scheduler_core_t> core;
 
   // The stage handed to its unit and not yet run, or no_stage.
@@ -103,9 +110,8 @@ class scheduler_core_t : public boost::enable_shared_from_this<scheduler_core_t>
     return scope.empty() || scope == group;
   }
 
-  // Resolves the units of `stages`; a schedule_status_t.
-  int resolve_units(const std::vector<task_stage_t>& stages,
-                    std::vector<unit_t*>& units) const;
+  // Moves each of `stages` into `entries` with its unit; a schedule_status_t.
+  int resolve_units(stage_list_t& stages, task_run_t::stage_entries_t& entries) const;
   // Hands the first stage from `from` on that still has to run to its unit,
   // or completes the task when none is left.
   void advance(const task_run_ptr_t& run, std::size_t from);

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <map>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -115,6 +117,33 @@ TEST_F(SchedulerStages, LongTasksHoldingEveryLongWorkerDoNotDelayServiceTasks) {
 
   release.open();
   EXPECT_TRUE(status->wait_completed(long_workers + 2));
+}
+
+// A work function has no state of its own: it learns whom it serves from
+// the task it is given.
+std::mutex g_served_mutex;
+std::map<const task_t*, int> g_served;
+void serve(const task_ptr_t& task) {
+  std::lock_guard<std::mutex> lock(g_served_mutex);
+  ++g_served[task.get()];
+}
+
+TEST_F(SchedulerStages, OneFunctionStageServesEveryTaskThatHoldsIt) {
+  const auto shared = boost::make_shared<stage_t>(service_unit_name, &serve);
+  std::vector<task_ptr_t> tasks;
+  for (int i = 0; i < 40; ++i) {
+    auto task = boost::make_shared<default_task_t>();
+    task->push_stage(shared);
+    task->push_finalization_stage(shared);
+    ASSERT_EQ(scheduler->schedule(task, "shared"), schedule_accepted);
+    tasks.push_back(task);
+  }
+  ASSERT_TRUE(status->wait_completed(tasks.size()));
+  for (const auto& task : tasks) EXPECT_EQ(locked(g_served_mutex, g_served)[task.get()], 2);
+
+  assertion_recorder recorder;
+  const stage_t without_work(service_unit_name, stage_t::work_function_t());
+  EXPECT_EQ(recorder.single().expression, "work != nullptr");
 }
 
 class recording_timed_unit_t : public timed_unit_t {

@@ -8,7 +8,6 @@
 #include <atomic>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "talvar2/export.h"
 #include "talvar2/threading/stage.h"
@@ -35,13 +34,13 @@ class TALVAR2_API default_task_t : public task_t {
   bool is_canceled() const override;
   /// The name given at construction, or else the demangled dynamic type name.
   std::string display_name() const override;
-  std::vector<task_stage_t> stages() const override;
+  stage_list_t stages() const override;
 
  private:
   void push(const stage_ptr_t& stage, bool finalization);
 
   mutable std::mutex m_stages_mutex;
-  std::vector<task_stage_t> m_stages;
+  stage_list_t m_stages;
   std::atomic<bool> m_canceled{false};
   std::string m_display_name;
 };

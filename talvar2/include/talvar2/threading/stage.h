@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <string>
-#include <utility>
 
 #include "talvar2/export.h"
 #include "talvar2/functor/signal.h"
@@ -26,13 +25,13 @@ class TALVAR2_API stage_t {
   /// as from the original. An emission holds the copy's lock while the slots
   /// run, so one stage object shared by several tasks runs for one at a time.
   stage_t(std::string unit_name, const work_signal_t& work);
-  /// A work stage on `unit_name` whose work is `member` of `target`: the same
-  /// as connecting a signal and passing it, without the copy.
-  template <class Class>
-  stage_t(std::string unit_name, Class* target, void (Class::*member)(const task_ptr_t&))
-      : stage_t(std::move(unit_name), work_signal_t()) {
-    m_work.connect(target, member);
-  }
+  /// The work of a stage as a plain function of the task it runs for.
+  using work_function_t = void (*)(const task_ptr_t& task);
+  /// A work stage on `unit_name` whose work is `work(task)`. It holds no
+  /// state and takes no lock, so one such stage can serve any number of
+  /// tasks at once: the way to give every task of a kind the same stages
+  /// without building them per task.
+  stage_t(std::string unit_name, work_function_t work);
   /// A stage that only waits `delay_ms` milliseconds on `unit_name`. A
   /// negative delay is a misuse: it is reported and waits 0 ms.
   stage_t(std::string unit_name, int delay_ms);
@@ -45,7 +44,8 @@ class TALVAR2_API stage_t {
   /// The length of a wait; zero for a work stage.
   std::chrono::milliseconds delay() const { return m_delay; }
 
-  /// Emits the work signal with `task` on the calling thread; a wait stage
+  /// Does the work for `task` on the calling thread (calls the work function
+  /// or emits the work signal); a wait stage
   /// does nothing here (its unit does the waiting). Exceptions of the slots
   /// propagate to the caller.
   void run(const task_ptr_t& task) const;
@@ -53,6 +53,7 @@ class TALVAR2_API stage_t {
  private:
   std::string m_unit_name;
   work_signal_t m_work;
+  work_function_t m_function = nullptr;
   bool m_is_wait;
   std::chrono::milliseconds m_delay;
 };

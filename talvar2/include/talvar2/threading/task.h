@@ -11,8 +11,8 @@
 /// boost::shared_ptr; whoever only observes gets a boost::weak_ptr.
 
 #include <string>
-#include <vector>
 
+#include <boost/container/small_vector.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include "talvar2/export.h"
@@ -34,6 +34,10 @@ struct task_stage_t {
   bool finalization = false;
 };
 
+/// A task's stages in running order. Most tasks have at most four, which
+/// live inside the list itself: scheduling a task allocates nothing for them.
+using stage_list_t = boost::container::small_vector<task_stage_t, 4>;
+
 /// What the scheduler runs. Implementations decide what canceling means for
 /// them; the scheduler only asks is_canceled() before each ordinary stage.
 class TALVAR2_API task_t {
@@ -50,7 +54,7 @@ class TALVAR2_API task_t {
   virtual std::string display_name() const = 0;
   /// The stages in running order. The scheduler reads them once, when the
   /// task is scheduled: stages added later belong to a later scheduling.
-  virtual std::vector<task_stage_t> stages() const = 0;
+  virtual stage_list_t stages() const = 0;
 };
 
 }  // namespace threading
