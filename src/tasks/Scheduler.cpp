@@ -98,8 +98,8 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
 
   void task_complete(const task_ptr_t& task) override {
     completed(task);
-    const ITaskPtr itask = task_of_adapter(task);
-    if (m_callback && itask) m_callback.get()->OnTaskComplete(itask);
+    if (!m_callback) return;
+    if (const ITaskPtr itask = task_of_adapter(task)) m_callback.get()->OnTaskComplete(itask);
   }
 
   void task_exception(const task_ptr_t& task, const std::string& what) override {
@@ -357,10 +357,11 @@ void Scheduler::HandleTaskComplete(const task_ptr_t& companion) {
   // The group is asked for before the lock: it is a call into the threading
   // layer, which still knows the task while it reports its completion.
   const std::string group = getTaskGroup(companion);
+  ITaskPtr task;  // let go after the lock: it may be the last reference
   MapsLock lock(*this);
   auto found = m_task_of.find(companion);
   if (found == m_task_of.end()) return;
-  const ITaskPtr task = found->second;
+  task = std::move(found->second);
   m_task_of.erase(found);
   // The same ITask may have been scheduled again meanwhile: keep the newer entry.
   auto entry = m_companion_of.find(task);
