@@ -39,10 +39,6 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
  public:
   static constexpr int no_delay = -1;
 
-  static boost::shared_ptr<TaskAdapter> Create(const ITaskPtr& task, int delay_ms) {
-    return boost::make_shared<TaskAdapter>(task, delay_ms);
-  }
-
   TaskAdapter(const ITaskPtr& task, int delay_ms) : m_task(task) {
     if (delay_ms != no_delay)
       push_stage(boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms));
@@ -227,12 +223,12 @@ bool Scheduler::Initialize() {
 }
 
 int Scheduler::AddTask(const ITaskPtr& task, const std::string& group) {
-  return HandleNewTask(TaskAdapter::Create(task, TaskAdapter::no_delay), task, group);
+  return HandleNewTask(boost::make_shared<TaskAdapter>(task, TaskAdapter::no_delay), task, group);
 }
 
 int Scheduler::AddDelayedTask(const ITaskPtr& task, int delay_ms, const std::string& group) {
   if (delay_ms < 0) delay_ms = 0;  // keeps the wait stage; a negative delay means none to wait
-  return HandleNewTask(TaskAdapter::Create(task, delay_ms), task, group);
+  return HandleNewTask(boost::make_shared<TaskAdapter>(task, delay_ms), task, group);
 }
 
 void Scheduler::IncreasePriority(const std::string&) {}

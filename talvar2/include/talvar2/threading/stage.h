@@ -45,9 +45,8 @@ class TALVAR2_API stage_t {
   std::chrono::milliseconds delay() const { return m_delay; }
 
   /// Does the work for `task` on the calling thread (calls the work function
-  /// or emits the work signal); a wait stage
-  /// does nothing here (its unit does the waiting). Exceptions of the slots
-  /// propagate to the caller.
+  /// or emits the work signal); a wait stage does nothing here (its unit does
+  /// the waiting). Exceptions of the work propagate to the caller.
   void run(const task_ptr_t& task) const;
 
  private:
