@@ -61,10 +61,13 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
   // adapters hold these.
   template <callback_t callback, const char* unit>
   static const stage_ptr_t& SharedStage() {
-    static const stage_ptr_t stage = boost::make_shared<stage_t>(unit, +[](const task_ptr_t& adapter) {
-      (static_cast<TaskAdapter&>(*adapter).m_task.get()->*callback)();
-    });
+    static const stage_ptr_t stage = boost::make_shared<stage_t>(unit, &Call<callback>);
     return stage;
+  }
+
+  template <callback_t callback>
+  static void Call(const task_ptr_t& adapter) {
+    (static_cast<TaskAdapter&>(*adapter).m_task.get()->*callback)();
   }
 
   // The two queries are asked once, when the adapter is built.
