@@ -25,15 +25,11 @@ class listener_t : public talvar2::_internal::subscriber_base_t {
   // Runs after the call has been logged, inside the emission.
   void set_action(action_t action) { m_action = std::move(action); }
 
-  void on_signal() { m_log.push_back(m_name); }
   void on_value(int value) {
     m_log.push_back(m_name + ":" + std::to_string(value));
     if (m_action) m_action(value);
   }
   void on_other_value(int value) { m_log.push_back(m_name + "/other:" + std::to_string(value)); }
-  void on_value_const(int value) const {
-    m_log.push_back(m_name + "/const:" + std::to_string(value));
-  }
 
  private:
   std::string m_name;

@@ -55,39 +55,33 @@ TEST(SignalReentrancy, SlotDisconnectedDuringEmissionIsNotCalledAgain) {
 }
 
 TEST(SignalReentrancy, SlotConnectedDuringEmissionIsCalledInTheSameEmission) {
-  three_listeners l;
-  int_signal_t signal;
-  signal.connect(&l.a, &listener_t::on_value);
-  signal.connect(&l.b, &listener_t::on_value);
-  bool connected = false;
-  l.a.set_action([&](int) {
-    if (connected) return;
-    connected = true;
-    signal.connect(&l.c, &listener_t::on_value);
-  });
-
-  signal(1);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:1"}));
-  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "b:2", "c:2"}));
-  EXPECT_EQ(signal.node_count(), 3u);
-}
-
-TEST(SignalReentrancy, SlotReconnectingItselfIsCalledAgainAtTheTail) {
-  three_listeners l;
-  int_signal_t signal;
-  l.connect_all(signal);
-  bool moved = false;
-  l.a.set_action([&](int) {
-    if (moved) return;
-    moved = true;
-    signal.disconnect(&l.a, &listener_t::on_value);
-    signal.connect(&l.a, &listener_t::on_value);  // the emptied entry is no duplicate
-  });
-
-  signal(1);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1", "c:1", "a:1"}));
-  EXPECT_EQ(signal.node_count(), 3u);
-  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"b:2", "c:2", "a:2"}));
+  struct case_t {
+    const char* name;
+    bool moves_itself;
+    call_log_t first, second;
+  };
+  const case_t cases[] = {
+      {"a connects d", false, {"a:1", "b:1", "c:1", "d:1"}, {"a:2", "b:2", "c:2", "d:2"}},
+      // The emptied entry is no duplicate: a is called again at the tail.
+      {"a reconnects itself", true, {"a:1", "b:1", "c:1", "a:1"}, {"b:2", "c:2", "a:2"}},
+  };
+  for (const case_t& c : cases) {
+    SCOPED_TRACE(c.name);
+    three_listeners l;
+    listener_t d("d", l.log);
+    int_signal_t signal;
+    l.connect_all(signal);
+    bool done = false;
+    l.a.set_action([&](int) {
+      if (std::exchange(done, true)) return;
+      if (c.moves_itself) signal.disconnect(&l.a, &listener_t::on_value);
+      signal.connect(c.moves_itself ? &l.a : &d, &listener_t::on_value);
+    });
+    signal(1);
+    EXPECT_EQ(l.log, c.first);
+    EXPECT_EQ(l.emit(signal, 2), c.second);
+    EXPECT_EQ(signal.node_count(), c.second.size());
+  }
 }
 
 TEST(SignalReentrancy, NestedEmissionLeavesCleanUpToTheOutermost) {
@@ -158,39 +152,36 @@ struct slot_failure : std::runtime_error {
 };
 
 TEST(SignalReentrancy, ThrowingSlotStopsTheEmissionAndLeavesTheSignalUsable) {
-  three_listeners l;
-  int_signal_t signal;
-  l.connect_all(signal);
-  l.b.set_action([](int value) {
-    if (value == 1) throw slot_failure();
-  });
-
-  EXPECT_THROW(signal(1), slot_failure);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "b:1"}));
-
-  EXPECT_EQ(l.emit(signal, 2), (call_log_t{"a:2", "b:2", "c:2"}));
-  // No emission is left marked as running: a disconnect unlinks at once.
-  signal.disconnect(&l.c, &listener_t::on_value);
-  EXPECT_EQ(signal.node_count(), 2u);
-}
-
-TEST(SignalReentrancy, ThrowFromANestedEmissionUnwindsBoth) {
-  three_listeners l;
-  int_signal_t signal;
-  l.connect_all(signal);
-  l.a.set_action([&](int value) {
-    if (value == 1) signal(2);
-  });
-  l.b.set_action([&](int value) {
-    if (value != 2) return;
-    signal.disconnect(&l.b, &listener_t::on_value);
-    throw slot_failure();
-  });
-
-  EXPECT_THROW(signal(1), slot_failure);
-  EXPECT_EQ(l.log, (call_log_t{"a:1", "a:2", "b:2"}));
-  EXPECT_EQ(signal.node_count(), 2u);  // the outermost call cleaned up on its way out
-  EXPECT_EQ(l.emit(signal, 3), (call_log_t{"a:3", "c:3"}));
+  struct case_t {
+    const char* name;
+    bool nested;  // a emits 2 from inside 1; b cuts itself, then throws at 2
+    call_log_t thrown, after;
+  };
+  const case_t cases[] = {
+      {"b throws", false, {"a:1", "b:1"}, {"a:3", "b:3", "c:3"}},
+      {"b throws from a nested emission", true, {"a:1", "a:2", "b:2"}, {"a:3", "c:3"}},
+  };
+  for (const case_t& c : cases) {
+    SCOPED_TRACE(c.name);
+    three_listeners l;
+    int_signal_t signal;
+    l.connect_all(signal);
+    l.a.set_action([&](int value) {
+      if (c.nested && value == 1) signal(2);
+    });
+    l.b.set_action([&](int value) {
+      if (value != (c.nested ? 2 : 1)) return;
+      if (c.nested) signal.disconnect(&l.b, &listener_t::on_value);
+      throw slot_failure();
+    });
+    EXPECT_THROW(signal(1), slot_failure);
+    EXPECT_EQ(l.log, c.thrown);
+    EXPECT_EQ(l.emit(signal, 3), c.after);
+    // No emission is left marked as running: emptied entries are gone and
+    // a disconnect unlinks at once.
+    signal.disconnect(&l.c, &listener_t::on_value);
+    EXPECT_EQ(signal.node_count(), c.after.size() - 1);
+  }
 }
 
 TEST(SignalReentrancy, SlotDestroyingTheSignalEndsOnlyThatEmission) {

@@ -29,22 +29,19 @@ class capture_t : public subscriber_base_t {
 
 template <class... A>
 void expect_arguments_reach_every_slot(A... args) {
+  SCOPED_TRACE(testing::Message() << sizeof...(A) << " arguments");
   signal_t<A...> signal;
-  EXPECT_FALSE(signal.has_connections());
-  signal(args...);
-  capture_t<A...> first;
-  capture_t<A...> second;
+  signal(args...);  // nobody listens yet
+  capture_t<A...> first, second;
   signal.connect(&first, &capture_t<A...>::on_emit);
   signal.connect(&second, &capture_t<A...>::on_emit);
-  EXPECT_EQ(signal.connection_count(), 2u);
-  signal(args...);
   signal(args...);
   signal.disconnect(&first, &capture_t<A...>::on_emit);
   EXPECT_EQ(signal.connection_count(), 1u);
   signal(args...);
   const std::tuple<A...> call(args...);
-  EXPECT_EQ(first.calls, (std::vector<std::tuple<A...>>(2, call))) << sizeof...(A) << " arguments";
-  EXPECT_EQ(second.calls, (std::vector<std::tuple<A...>>(3, call))) << sizeof...(A) << " arguments";
+  EXPECT_EQ(first.calls, (std::vector<std::tuple<A...>>(1, call)));
+  EXPECT_EQ(second.calls, (std::vector<std::tuple<A...>>(2, call)));
 }
 
 TEST(Signal, PassesEveryArityFromNoneToSix) {
@@ -70,66 +67,66 @@ class text_filter_t : public subscriber_base_t {
   std::string m_suffix;
 };
 
-TEST(Signal, ReferenceArgumentsReachSlotsWithoutCopies) {
-  signal_t<const std::string&, std::string&> signal;
-  text_filter_t first("+1");
-  text_filter_t second("+2");
-  signal.connect(&first, &text_filter_t::on_text);
-  signal.connect(&second, &text_filter_t::on_text);
-
-  const std::string in = "in";
-  std::string out;
-  signal(in, out);
-  EXPECT_EQ(out, "in+1in+2");  // both slots wrote into the caller's string, in order
-  EXPECT_EQ(first.seen_input, &in);
-  EXPECT_EQ(second.seen_input, &in);
-}
-
 class counted_payload_t : public talvar2::intrusive_pointer_impl_t {};
 
 class payload_sink_t : public subscriber_base_t {
  public:
-  void on_payload(talvar2::intrusive_pointer_t<counted_payload_t> payload) {
-    references_seen = payload->ref_count();
-  }
+  void on_payload(talvar2::intrusive_pointer_t<counted_payload_t> payload) { references_seen = payload->ref_count(); }
   std::uint64_t references_seen = 0;
 };
 
-TEST(Signal, CountedArgumentsAreReleasedAfterEmission) {
-  signal_t<talvar2::intrusive_pointer_t<counted_payload_t>> signal;
+TEST(Signal, ReferencesReachSlotsUncopiedAndCountedCopiesAreReleased) {
+  signal_t<const std::string&, std::string&> text;
+  text_filter_t first("+1"), second("+2");
+  text.connect(&first, &text_filter_t::on_text);
+  text.connect(&second, &text_filter_t::on_text);
+  const std::string in = "in";
+  std::string out;
+  text(in, out);
+  EXPECT_EQ(out, "in+1in+2");  // both slots wrote into the caller's string, in order
+  EXPECT_EQ(first.seen_input, &in);
+  EXPECT_EQ(second.seen_input, &in);
+
+  signal_t<talvar2::intrusive_pointer_t<counted_payload_t>> counted;
   payload_sink_t sink;
-  signal.connect(&sink, &payload_sink_t::on_payload);
+  counted.connect(&sink, &payload_sink_t::on_payload);
   talvar2::intrusive_pointer_t<counted_payload_t> payload(new counted_payload_t);
-  signal(payload);
+  counted(payload);
   EXPECT_GT(sink.references_seen, 1u);  // the slot held its own copy
   EXPECT_EQ(payload->ref_count(), 1u);  // and every copy made on the way is gone
 }
 
-TEST(Signal, DuplicateConnectionAssertsAndKeepsOne) {
+TEST(Signal, DuplicateConnectAndUnknownDisconnectAssertAndChangeNothing) {
   call_log_t log;
-  listener_t a("a", log);
-  listener_t b("b", log);
+  listener_t a("a", log), b("b", log), stranger("stranger", log);
   signal_t<int> signal;
   signal.connect(&a, &listener_t::on_value);
   signal.connect(&b, &listener_t::on_value);
-  {
-    assertion_recorder recorder;
-    signal.connect(&a, &listener_t::on_value);
-    const recorded_assertion raised = recorder.single();
-    EXPECT_EQ(raised.expression,
-              "\"signal_t::_insert: this connection is already exists.\" == NULL");
-    EXPECT_EQ(raised.file, "functor/signal.h");
-    EXPECT_EQ(raised.line, 277);
-    EXPECT_NE(raised.function.find("_insert"), std::string::npos) << raised.function;
+  signal.connect(&b, &listener_t::on_other_value);
+  signal.disconnect(&b, &listener_t::on_other_value);
+
+  assertion_recorder recorder;
+  signal.connect(&a, &listener_t::on_value);
+  const recorded_assertion duplicate = recorder.single();
+  EXPECT_EQ(duplicate.expression, "\"signal_t::_insert: this connection is already exists.\" == NULL");
+  EXPECT_EQ(duplicate.file, "functor/signal.h");
+  EXPECT_EQ(duplicate.line, 277);
+  EXPECT_NE(duplicate.function.find("_insert"), std::string::npos) << duplicate.function;
+
+  recorder.clear();
+  signal.disconnect(&stranger, &listener_t::on_value);  // target never connected
+  signal.disconnect(&a, &listener_t::on_other_value);   // member never connected on a
+  signal.disconnect(&b, &listener_t::on_other_value);   // already disconnected
+  const std::vector<recorded_assertion> unknown = recorder.records();
+  ASSERT_EQ(unknown.size(), 3u);
+  for (const recorded_assertion& assertion : unknown) {
+    EXPECT_EQ(assertion.expression,
+              "\"signal_t::disconnect: attempt to disconnect unknown connection\" && subscriber_found");
+    EXPECT_EQ(assertion.file, "functor/signal.h");
+    EXPECT_EQ(assertion.line, 292);
   }
-  EXPECT_EQ(signal.connection_count(), 2u);
   signal(1);
   EXPECT_EQ(log, (call_log_t{"a:1", "b:1"}));
-
-  signal.disconnect(&a, &listener_t::on_value);
-  log.clear();
-  signal(2);
-  EXPECT_EQ(log, (call_log_t{"b:2"}));
 }
 
 // Signals with many subscribers look connections up by subscriber: the
@@ -149,8 +146,6 @@ TEST(Signal, LongConnectionListsKeepEveryRule) {
     signal.connect(listeners[30].get(), &listener_t::on_value);
     EXPECT_EQ(recorder.single().line, 277);
   }
-  EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count + 1));
-
   // While emitting, the first slot cuts a later connection and destroys a
   // later subscriber: neither is called, and both are gone afterwards.
   listeners[0]->set_action([&](int) {
@@ -160,79 +155,38 @@ TEST(Signal, LongConnectionListsKeepEveryRule) {
   });
   signal(1);
   EXPECT_EQ(log.size(), static_cast<std::size_t>(k_count + 1 - 2));
-  EXPECT_EQ(std::count(log.begin(), log.end(), "10:1"), 0);
-  EXPECT_EQ(std::count(log.begin(), log.end(), "20:1"), 0);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "10:1") + std::count(log.begin(), log.end(), "20:1"), 0);
   EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count + 1 - 2));
 
   listeners[3].reset();  // both of its connections go
   signal.disconnect(listeners[39].get(), &listener_t::on_value);
   log.clear();
   signal(2);
-  EXPECT_EQ(signal.connection_count(), static_cast<std::size_t>(k_count - 4));
   EXPECT_EQ(log.size(), static_cast<std::size_t>(k_count - 4));
   EXPECT_EQ(log.front(), "0:2");
   EXPECT_EQ(log.back(), "38:2");
 }
 
-TEST(Signal, DisconnectingUnknownConnectionAssertsAndChangesNothing) {
-  call_log_t log;
-  listener_t a("a", log);
-  listener_t b("b", log);
-  listener_t stranger("stranger", log);
-  signal_t<int> signal;
-  signal.connect(&a, &listener_t::on_value);
-  signal.connect(&b, &listener_t::on_value);
-  signal.connect(&b, &listener_t::on_other_value);
-  signal.disconnect(&b, &listener_t::on_other_value);
-
-  assertion_recorder recorder;
-  signal.disconnect(&stranger, &listener_t::on_value);  // target never connected
-  signal.disconnect(&a, &listener_t::on_other_value);   // member never connected on a
-  signal.disconnect(&b, &listener_t::on_other_value);   // already disconnected
-  const std::vector<recorded_assertion> raised = recorder.records();
-  ASSERT_EQ(raised.size(), 3u);
-  for (const recorded_assertion& assertion : raised) {
-    EXPECT_EQ(assertion.expression,
-              "\"signal_t::disconnect: attempt to disconnect unknown connection\" && "
-              "subscriber_found");
-    EXPECT_EQ(assertion.file, "functor/signal.h");
-    EXPECT_EQ(assertion.line, 292);
-  }
-
-  EXPECT_EQ(signal.connection_count(), 2u);
-  signal(1);
-  EXPECT_EQ(log, (call_log_t{"a:1", "b:1"}));
-}
-
 TEST(Signal, CopyTakesConnectionsInOrderAndIsIndependent) {
   call_log_t log;
-  listener_t a("a", log);
+  listener_t a("a", log), c("c", log);
   auto b = std::make_unique<listener_t>("b", log);
-  listener_t c("c", log);
   auto original = std::make_unique<signal_t<int>>();
   original->connect(&a, &listener_t::on_value);
   original->connect(b.get(), &listener_t::on_value);
   original->connect(&a, &listener_t::on_other_value);
 
   signal_t<int> copy(*original);
-  EXPECT_EQ(copy.connection_count(), 3u);
-  copy(1);
-  EXPECT_EQ(log, (call_log_t{"a:1", "b:1", "a/other:1"}));
-
   original->disconnect(b.get(), &listener_t::on_value);
   copy.connect(&c, &listener_t::on_value);
-  log.clear();
   (*original)(2);
-  EXPECT_EQ(log, (call_log_t{"a:2", "a/other:2"}));
-  log.clear();
   copy(3);
-  EXPECT_EQ(log, (call_log_t{"a:3", "b:3", "a/other:3", "c:3"}));
+  EXPECT_EQ(log, (call_log_t{"a:2", "a/other:2", "a:3", "b:3", "a/other:3", "c:3"}));
 
   // The copy registered itself with its subscribers: b's death cuts the
   // copy's connection, and the original's death leaves the copy whole.
   b.reset();
   original.reset();
-  EXPECT_EQ(copy.connection_count(), 3u);
   log.clear();
   copy(4);
   EXPECT_EQ(log, (call_log_t{"a:4", "a/other:4", "c:4"}));
@@ -243,11 +197,9 @@ TEST(Signal, ForwardsToAnotherSignal) {
   listener_t a("a", log);
   auto inner = std::make_unique<signal_t<int>>();
   inner->connect(&a, &listener_t::on_value);
-
   signal_t<int> outer;
   using inner_base_t = signal_templ<int>;
   outer.connect<inner_base_t>(inner.get(), &inner_base_t::operator());
-  EXPECT_EQ(outer.connection_count(), 1u);
   outer(5);
   EXPECT_EQ(log, (call_log_t{"a:5"}));
 
@@ -272,7 +224,6 @@ TEST(Signal, DestructionOnEitherSideCutsTheConnections) {
 
   doomed.reset();
   EXPECT_EQ(first->connection_count(), 1u);
-  EXPECT_EQ(second.connection_count(), 1u);
   (*first)(1);
   second(2);
   EXPECT_EQ(log, (call_log_t{"s:1", "s:2"}));
@@ -283,7 +234,7 @@ TEST(Signal, DestructionOnEitherSideCutsTheConnections) {
   signal_t<int> other;
   other.connect(&survivor, &listener_t::on_value);
   other(3);
-  EXPECT_EQ(log, (call_log_t{"s:1", "s:2", "s:3"}));
+  EXPECT_EQ(log.back(), "s:3");
 }
 
 }  // namespace

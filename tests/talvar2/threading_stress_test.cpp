@@ -80,7 +80,7 @@ TEST(SchedulerStress, EveryTaskFinishesExactlyOnceAndNothingIsLeft) {
   std::atomic<int> schedulers_done{0};
   auto schedule_half = [&](int first) {
     for (int i = first; i < k_tasks; i += 2) statuses[i] = scheduler->schedule(plan[i].task, plan[i].group);
-    schedulers_done.fetch_add(1);
+    ++schedulers_done;
   };
   std::thread even(schedule_half, 0), odd(schedule_half, 1);
 
@@ -119,8 +119,8 @@ TEST(SchedulerStress, EveryTaskFinishesExactlyOnceAndNothingIsLeft) {
     const planned_task_t& planned = plan[i];
     ASSERT_EQ(statuses[i], schedule_accepted) << "task " << i;
     ASSERT_EQ(status->completions_of(planned.task), 1) << "task " << i;
-    const auto labels = planned.task->labels();
-    ASSERT_EQ(std::count(labels.begin(), labels.end(), "final"), planned.finals) << "task " << i;
+    const auto steps = planned.task->steps();
+    ASSERT_EQ(std::count(steps.begin(), steps.end(), "final"), planned.finals) << "task " << i;
     ASSERT_EQ(planned.task->overlaps(), 0) << "task " << i;
     if (planned.task->is_canceled()) ++canceled;
   }

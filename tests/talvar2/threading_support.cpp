@@ -7,20 +7,9 @@
 
 namespace talvar2_test {
 
-void gate_t::open() {
+void counter_t::add() {
   std::lock_guard<std::mutex> lock(m_mutex);
-  m_open = true;
-  m_changed.notify_all();
-}
-
-bool gate_t::wait_open(std::chrono::milliseconds timeout) const {
-  std::unique_lock<std::mutex> lock(m_mutex);
-  return m_changed.wait_for(lock, timeout, [this] { return m_open; });
-}
-
-void counter_t::add(long amount) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  m_value += amount;
+  ++m_value;
   m_changed.notify_all();
 }
 
@@ -36,14 +25,9 @@ void recording_status_t::task_complete(const task_ptr_t& task) {
   m_changed.notify_all();
 }
 
-void recording_status_t::task_exception(const task_ptr_t& task, const std::string& what) {
+void recording_status_t::report(std::vector<report_t>& list, const task_ptr_t& task, const std::string& what) {
   std::lock_guard<std::mutex> lock(m_mutex);
-  m_exceptions.push_back({task, what});
-}
-
-void recording_status_t::task_scheduling_error(const task_ptr_t& task, const std::string& what) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  m_scheduling_errors.push_back({task, what});
+  list.push_back({task, what});
 }
 
 int recording_status_t::completions_of(const task_ptr_t& task) const {
@@ -77,24 +61,15 @@ stage_ptr_t probe_task_t::make_work_stage(const std::string& unit, const std::st
     if (m_in_flight.fetch_add(1) != 0) m_overlaps.fetch_add(1);
     {
       std::lock_guard<std::mutex> lock(m_mutex);
-      m_steps.push_back({label, place()});
+      m_steps.push_back(m_place ? label + "@" + place() : label);
     }
     struct leave_t {
       std::atomic<int>& in_flight;
       ~leave_t() { in_flight.fetch_sub(1); }
-    } leave{m_in_flight};
+    } leave{m_in_flight};  // also when the body throws
     if (body) body();
   }));
   return m_actions.back()->make_stage(unit);
-}
-
-void probe_task_t::add(const std::string& unit, const std::string& label, std::function<void()> body) {
-  push_stage(make_work_stage(unit, label, std::move(body)));
-}
-
-void probe_task_t::add_final(const std::string& unit, const std::string& label,
-                             std::function<void()> body) {
-  push_finalization_stage(make_work_stage(unit, label, std::move(body)));
 }
 
 void probe_task_t::add_wait(const std::string& unit, int delay_ms) {
@@ -108,12 +83,6 @@ void probe_task_t::cancel() {
     m_cancel_seen = true;
   }
   default_task_t::cancel();
-}
-
-std::vector<std::string> probe_task_t::labels() const {
-  std::vector<std::string> labels;
-  for (const step_t& step : steps()) labels.push_back(step.label);
-  return labels;
 }
 
 queue_driver_t::queue_driver_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {
@@ -132,11 +101,7 @@ void queue_driver_t::on_new_job(const task_ptr_t&, const stage_ptr_t&) {
 }
 
 void queue_driver_t::drive_once(std::chrono::milliseconds wait) {
-  std::size_t seen;
-  {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    seen = m_signals;
-  }
+  const std::size_t seen = locked(m_mutex, m_signals);
   if (m_queue->process_queue(64) != 0) return;
   // Nothing queued: wake on the next job, or soon anyway, since what the
   // caller waits for may happen on a worker.
@@ -144,8 +109,8 @@ void queue_driver_t::drive_once(std::chrono::milliseconds wait) {
   m_new_job.wait_for(lock, wait, [&] { return m_signals != seen; });
 }
 
-bool queue_driver_t::drive_until(const std::function<bool()>& done, std::chrono::milliseconds timeout) {
-  const auto deadline = std::chrono::steady_clock::now() + timeout;
+bool queue_driver_t::drive_until(const std::function<bool()>& done) {
+  const auto deadline = std::chrono::steady_clock::now() + k_timeout;
   while (!done()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
     drive_once();

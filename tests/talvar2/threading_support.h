@@ -26,6 +26,7 @@
 namespace talvar2_test {
 
 using namespace talvar2::threading;
+using strings = std::vector<std::string>;
 
 // A copy of `value` taken under `mutex`.
 template <class T>
@@ -37,21 +38,9 @@ T locked(std::mutex& mutex, const T& value) {
 // Bound of every wait in these tests: far beyond what a correct run needs.
 constexpr std::chrono::milliseconds k_timeout{10000};
 
-// Closed until opened; threads wait on it with a bound.
-class gate_t {
- public:
-  void open();
-  bool wait_open(std::chrono::milliseconds timeout = k_timeout) const;
-
- private:
-  mutable std::mutex m_mutex;
-  mutable std::condition_variable m_changed;
-  bool m_open = false;
-};
-
 class counter_t {
  public:
-  void add(long amount = 1);
+  void add();
   long value() const { return locked(m_mutex, m_value); }
   bool wait_for_at_least(long target, std::chrono::milliseconds timeout = k_timeout) const;
 
@@ -59,6 +48,12 @@ class counter_t {
   mutable std::mutex m_mutex;
   mutable std::condition_variable m_changed;
   long m_value = 0;
+};
+
+// Closed until opened; threads wait on it with a bound.
+struct gate_t : private counter_t {
+  void open() { add(); }
+  bool wait_open(std::chrono::milliseconds timeout = k_timeout) const { return wait_for_at_least(1, timeout); }
 };
 
 class recording_status_t : public scheduler_status_callback_t {
@@ -69,8 +64,10 @@ class recording_status_t : public scheduler_status_callback_t {
   };
 
   void task_complete(const task_ptr_t& task) override;
-  void task_exception(const task_ptr_t& task, const std::string& what) override;
-  void task_scheduling_error(const task_ptr_t& task, const std::string& what) override;
+  void task_exception(const task_ptr_t& task, const std::string& what) override { report(m_exceptions, task, what); }
+  void task_scheduling_error(const task_ptr_t& task, const std::string& what) override {
+    report(m_scheduling_errors, task, what);
+  }
 
   int completions_of(const task_ptr_t& task) const;
   std::size_t completed() const { return locked(m_mutex, m_completed); }
@@ -79,6 +76,8 @@ class recording_status_t : public scheduler_status_callback_t {
   bool wait_completed(std::size_t total, std::chrono::milliseconds timeout = k_timeout) const;
 
  private:
+  void report(std::vector<report_t>& list, const task_ptr_t& task, const std::string& what);
+
   mutable std::mutex m_mutex;
   mutable std::condition_variable m_changed;
   std::map<task_ptr_t, int> m_completions;  // holds the tasks: no address is reused
@@ -110,27 +109,23 @@ class stage_action_t : public talvar2::subscriber_base_t {
   std::function<void()> m_body;
 };
 
-// A task whose stages are functions. It records the label and place of
-// every stage that runs, in running order, counts stages that overlap, and
-// remembers the place of its first cancel().
+// A task whose stages are functions. It records every stage that runs, in
+// running order, as "label@place" (only "label" without a place function),
+// counts stages that overlap, and remembers the place of its first cancel().
 class probe_task_t : public default_task_t {
  public:
-  struct step_t {
-    std::string label;
-    std::string place;
-  };
-  using place_function_t = std::function<std::string()>;
+  explicit probe_task_t(std::function<std::string()> place = {}) : m_place(std::move(place)) {}
 
-  explicit probe_task_t(place_function_t place = {}) : m_place(std::move(place)) {}
-
-  void add(const std::string& unit, const std::string& label, std::function<void()> body = {});
-  void add_final(const std::string& unit, const std::string& label, std::function<void()> body = {});
+  void add(const std::string& unit, const std::string& label, std::function<void()> body = {}) {
+    push_stage(make_work_stage(unit, label, std::move(body)));
+  }
+  void add_final(const std::string& unit, const std::string& label, std::function<void()> body = {}) {
+    push_finalization_stage(make_work_stage(unit, label, std::move(body)));
+  }
   void add_wait(const std::string& unit, int delay_ms);
-
   void cancel() override;
 
-  std::vector<step_t> steps() const { return locked(m_mutex, m_steps); }
-  std::vector<std::string> labels() const;
+  strings steps() const { return locked(m_mutex, m_steps); }
   int overlaps() const { return m_overlaps.load(); }
   std::string cancel_place() const { return locked(m_mutex, m_cancel_place); }
 
@@ -138,10 +133,10 @@ class probe_task_t : public default_task_t {
   stage_ptr_t make_work_stage(const std::string& unit, const std::string& label, std::function<void()> body);
   std::string place() const { return m_place ? m_place() : std::string(); }
 
-  place_function_t m_place;
+  std::function<std::string()> m_place;
   std::vector<std::unique_ptr<stage_action_t>> m_actions;
   mutable std::mutex m_mutex;
-  std::vector<step_t> m_steps;
+  strings m_steps;
   std::string m_cancel_place;
   bool m_cancel_seen = false;
   std::atomic<int> m_in_flight{0};
@@ -154,16 +149,16 @@ class queue_driver_t : public talvar2::subscriber_base_t {
   explicit queue_driver_t(boost::shared_ptr<queue_unit_t> queue);
   ~queue_driver_t() override;
 
-  // Runs jobs until `done()` holds; false when `timeout` passes first.
-  bool drive_until(const std::function<bool()>& done, std::chrono::milliseconds timeout = k_timeout);
-  // Runs what is queued now and waits a little for more.
+  // Runs jobs until `done()` holds; false when `k_timeout` passes first.
+  bool drive_until(const std::function<bool()>& done);
+  // Runs what is queued now, or waits up to `wait` for more.
   void drive_once(std::chrono::milliseconds wait = std::chrono::milliseconds(2));
 
  private:
-  void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage);
+  void on_new_job(const task_ptr_t&, const stage_ptr_t&);
 
   boost::shared_ptr<queue_unit_t> m_queue;
-  mutable std::mutex m_mutex;
+  std::mutex m_mutex;
   std::condition_variable m_new_job;
   std::size_t m_signals = 0;
 };
@@ -172,8 +167,7 @@ class queue_driver_t : public talvar2::subscriber_base_t {
 // event pump does, and counts its calls. `on_call(n)` runs at call n (from 1).
 class driving_wait_t : public scheduler_wait_callback_t {
  public:
-  explicit driving_wait_t(boost::shared_ptr<queue_unit_t> queue,
-                          std::function<void(int)> on_call = {})
+  explicit driving_wait_t(boost::shared_ptr<queue_unit_t> queue, std::function<void(int)> on_call = {})
       : m_queue(std::move(queue)), m_on_call(std::move(on_call)) {}
 
   void wait(boost::weak_ptr<scheduler_operation_status_t> status) override;

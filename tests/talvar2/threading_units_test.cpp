@@ -18,111 +18,90 @@
 namespace talvar2_test {
 namespace {
 
-using strings = std::vector<std::string>;
-
-// Records every new-job signal (task, unit, emitting place), or fails on it.
+// Records every new-job signal as "unit@emitting place", or throws from it.
 class job_listener_t : public talvar2::subscriber_base_t {
  public:
-  struct heard_t {
-    task_ptr_t task;
-    std::string unit;
-    std::string place;
-  };
   job_listener_t(boost::shared_ptr<queue_unit_t> queue, const thread_places_t& places, bool fail = false)
       : m_queue(std::move(queue)), m_places(places), m_fail(fail) {
     m_queue->new_job.connect(this, &job_listener_t::on_new_job);
   }
   ~job_listener_t() override { m_queue->new_job.disconnect(this, &job_listener_t::on_new_job); }
-
-  std::vector<heard_t> heard() const {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_heard;
-  }
+  std::vector<std::pair<task_ptr_t, std::string>> heard() const { return locked(m_mutex, m_heard); }
 
  private:
   void on_new_job(const task_ptr_t& task, const stage_ptr_t& stage) {
     if (m_fail) throw std::runtime_error("slot failed");
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_heard.push_back({task, stage->unit_name(), m_places.here()});
+    m_heard.emplace_back(task, stage->unit_name() + "@" + m_places.here());
   }
 
   boost::shared_ptr<queue_unit_t> m_queue;
   const thread_places_t& m_places;
   const bool m_fail;
   mutable std::mutex m_mutex;
-  std::vector<heard_t> m_heard;
+  std::vector<std::pair<task_ptr_t, std::string>> m_heard;
 };
 
 class QueueUnit : public ::testing::Test {
  protected:
-  void SetUp() override {
-    scheduler = create_default_scheduler(status, nullptr, false);
-    scheduler->register_unit(main_unit_name, main);
-    places = std::make_unique<thread_places_t>(scheduler);
-  }
+  void SetUp() override { scheduler->register_unit(main_unit_name, main); }
   void TearDown() override { scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main)); }
+
+  boost::shared_ptr<probe_task_t> schedule(const std::string& group, const std::string& unit,
+                                           const std::string& label, std::function<void()> body = {}) {
+    auto task = boost::make_shared<probe_task_t>([this] { return places.here(); });
+    task->add(unit, label, std::move(body));
+    EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
+    return task;
+  }
 
   boost::shared_ptr<recording_status_t> status = boost::make_shared<recording_status_t>();
   boost::shared_ptr<queue_unit_t> main = boost::make_shared<queue_unit_t>();
-  boost::shared_ptr<scheduler_t> scheduler;
-  std::unique_ptr<thread_places_t> places;  // outlives the tasks that ask it
+  boost::shared_ptr<scheduler_t> scheduler = create_default_scheduler(status, nullptr, false);
+  thread_places_t places{scheduler};  // outlives the tasks that ask it
 };
 
 TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
   std::vector<boost::shared_ptr<probe_task_t>> tasks;
-  for (int i = 0; i < 5; ++i) {
-    auto task = boost::make_shared<probe_task_t>();
-    task->add(main_unit_name, "job " + std::to_string(i));
-    ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-    tasks.push_back(task);
-  }
+  for (int i = 0; i < 5; ++i) tasks.push_back(schedule("g", main_unit_name, "job " + std::to_string(i)));
   EXPECT_EQ(main->queued_jobs(), 5u);
   EXPECT_EQ(main->process_queue(0), 0u);
   EXPECT_EQ(main->process_queue(2), 2u);
   EXPECT_EQ(main->queued_jobs(), 3u);
-  EXPECT_EQ(status->completed(), 2u);
-  EXPECT_EQ(tasks[1]->labels(), strings{"job 1"});
-  EXPECT_TRUE(tasks[2]->labels().empty());
+  EXPECT_EQ(tasks[1]->steps(), strings{"job 1@test thread"});
+  EXPECT_TRUE(tasks[2]->steps().empty());
   EXPECT_EQ(main->process_queue(10), 3u);
   EXPECT_EQ(main->process_queue(1), 0u);
   EXPECT_EQ(status->completed(), 5u);
 
-  auto inner = boost::make_shared<probe_task_t>();
-  inner->add(main_unit_name, "inner");
-  auto outer = boost::make_shared<probe_task_t>();
-  outer->add(main_unit_name, "outer", [&] {
-    ASSERT_EQ(scheduler->schedule(inner, "g"), schedule_accepted);
+  boost::shared_ptr<probe_task_t> inner;
+  schedule("g", main_unit_name, "outer", [&] {
+    inner = schedule("g", main_unit_name, "inner");
     EXPECT_EQ(main->process_queue(10), 1u);  // a job may drain the queue, as a modal loop would
   });
-  ASSERT_EQ(scheduler->schedule(outer, "g"), schedule_accepted);
   EXPECT_EQ(main->process_queue(1), 1u);
-  EXPECT_EQ(inner->labels(), strings{"inner"});
+  EXPECT_EQ(inner->steps(), strings{"inner@test thread"});
   EXPECT_EQ(status->completed(), 7u);
 }
 
 TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
-  job_listener_t listener(main, *places);
-  auto direct = boost::make_shared<probe_task_t>();
-  direct->add(main_unit_name, "gui");
+  job_listener_t listener(main, places);
+  const auto direct = schedule("g", main_unit_name, "gui");
   auto from_worker = boost::make_shared<probe_task_t>();
   from_worker->add(service_unit_name, "work");
   from_worker->add(main_unit_name, "gui");
-  ASSERT_EQ(scheduler->schedule(direct, "g"), schedule_accepted);
   ASSERT_EQ(scheduler->schedule(from_worker, "g"), schedule_accepted);
 
   queue_driver_t driver(main);
   ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 2; }));
   const auto heard = listener.heard();
   ASSERT_EQ(heard.size(), 2u);
-  EXPECT_EQ(heard[0].task, direct);
-  EXPECT_EQ(heard[0].unit, main_unit_name);
-  EXPECT_EQ(heard[0].place, "test thread");
-  EXPECT_EQ(heard[1].task, from_worker);
-  EXPECT_EQ(heard[1].place, service_unit_name);
+  EXPECT_EQ(heard[0], std::make_pair(task_ptr_t(direct), std::string("main@test thread")));
+  EXPECT_EQ(heard[1], std::make_pair(task_ptr_t(from_worker), std::string("main@service")));
 }
 
 TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
-  job_listener_t listener(main, *places, true);
+  job_listener_t listener(main, places, true);
   auto task = boost::make_shared<probe_task_t>();
   task->add(main_unit_name, "gui");
   task->add_final(service_unit_name, "final");
@@ -132,52 +111,42 @@ TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
   ASSERT_EQ(errors.size(), 1u);
   EXPECT_EQ(errors[0].what, "unit \"main\" threw: slot failed");
   ASSERT_TRUE(status->wait_completed(1));
-  EXPECT_EQ(task->labels(), strings{"final"});
   EXPECT_EQ(main->process_queue(5), 1u);  // the job was queued all the same, but is void
-  EXPECT_EQ(task->labels(), strings{"final"});
+  EXPECT_EQ(task->steps(), strings{"final"});
   EXPECT_EQ(status->completions_of(task), 1);
 }
 
-class BatchCancel : public QueueUnit {
- protected:
-  boost::shared_ptr<probe_task_t> parked(const std::string& group) {
-    auto task = boost::make_shared<probe_task_t>([this] { return places->here(); });
+using BatchCancel = QueueUnit;
+
+TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
+  std::vector<boost::shared_ptr<probe_task_t>> tasks;
+  for (const char* group : {"g1", "g1", "g2", "g2", "g3"}) {
+    auto task = boost::make_shared<probe_task_t>([this] { return places.here(); });
     task->add_wait(delay_tasks_unit_name, 600000);
     task->add(service_unit_name, "work");
     task->add_final(main_unit_name, "final");
     EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
-    return task;
+    tasks.push_back(task);
   }
-};
-
-TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
-  auto first = parked("g1"), second = parked("g1");
-  auto listed = parked("g2"), spared = parked("g2"), other = parked("g3");
   const auto batch = batch_cancel_t::create();
   batch->add_group("g1");
-  batch->add_task(listed);
-
+  batch->add_task(tasks[2]);
   ASSERT_EQ(batch->execute(scheduler, main_unit_name), schedule_accepted);
-  EXPECT_FALSE(first->is_canceled());  // not before "main" runs it
-  EXPECT_FALSE(listed->is_canceled());
+  EXPECT_FALSE(tasks[0]->is_canceled());  // not before "main" runs it
 
   queue_driver_t driver(main);
   ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 4; }));  // the batch and 3 tasks
-  for (const auto& task : {first, second, listed}) {
-    EXPECT_EQ(task->labels(), strings{"final"});
-    EXPECT_EQ(task->cancel_place(), "test thread");
+  for (int i : {0, 1, 2}) {
+    EXPECT_EQ(tasks[i]->steps(), strings{"final@test thread"});
+    EXPECT_EQ(tasks[i]->cancel_place(), "test thread");
   }
-  EXPECT_FALSE(spared->is_canceled());
-  EXPECT_FALSE(other->is_canceled());
-  EXPECT_EQ(scheduler->task_count(""), 2u);
+  EXPECT_FALSE(tasks[3]->is_canceled());
+  EXPECT_FALSE(tasks[4]->is_canceled());
 }
 
 TEST_F(BatchCancel, SkipsTasksThatAreGoneAndReportsBadCalls) {
   const auto batch = batch_cancel_t::create();
-  {
-    auto gone = boost::make_shared<probe_task_t>();
-    batch->add_task(gone);
-  }
+  batch->add_task(boost::make_shared<probe_task_t>());  // gone at once
   EXPECT_EQ(batch->execute(scheduler, "nowhere"), schedule_unknown_unit);
   ASSERT_EQ(batch->execute(scheduler, service_unit_name), schedule_accepted);
   ASSERT_TRUE(status->wait_completed(1));
@@ -190,21 +159,12 @@ TEST_F(BatchCancel, SkipsTasksThatAreGoneAndReportsBadCalls) {
 
 TEST(OperationStatus, FinishesWhenEveryPartIsDoneAndWakesItsWaiters) {
   scheduler_operation_status_t status(2);
-  EXPECT_FALSE(status.is_finished());
+  status.count_down();
   EXPECT_FALSE(status.wait_for(std::chrono::milliseconds(1)));
+  std::thread waiter([&] { status.wait(); });
   status.count_down();
-  EXPECT_EQ(status.pending(), 1u);
-
-  bool woke = false;
-  std::thread waiter([&] {
-    status.wait();
-    woke = true;
-  });
-  status.count_down();
-  waiter.join();
-  EXPECT_TRUE(woke);
+  waiter.join();  // hangs if the last count_down woke nobody
   EXPECT_TRUE(status.is_finished());
-  EXPECT_TRUE(status.wait_for(std::chrono::milliseconds(0)));
 
   assertion_recorder recorder;
   status.count_down();
@@ -215,36 +175,26 @@ TEST(OperationStatus, FinishesWhenEveryPartIsDoneAndWakesItsWaiters) {
 
 class named_task_t : public default_task_t {};
 
-TEST(DefaultTask, KeepsStagesInPushOrderAndWaitStagesClampANegativeDelay) {
+TEST(DefaultTask, KeepsStagesInPushOrderAndRefusesBadStages) {
   const auto work = boost::make_shared<stage_t>(service_unit_name, stage_t::work_signal_t());
   const auto wait = boost::make_shared<stage_t>(delay_tasks_unit_name, 5);
   named_task_t task;
   task.push_stage(wait);
   task.push_finalization_stage(work);
   task.push_stage(work);
+  assertion_recorder recorder;
+  task.push_stage(nullptr);
+  EXPECT_EQ(recorder.single().expression, "stage");
   const auto stages = task.stages();
   ASSERT_EQ(stages.size(), 3u);
   EXPECT_EQ(stages[0].stage, wait);
   EXPECT_FALSE(stages[0].finalization);
   EXPECT_TRUE(stages[1].finalization);
   EXPECT_FALSE(stages[2].finalization);
-
   EXPECT_EQ(task.display_name(), "talvar2_test::(anonymous namespace)::named_task_t");
   EXPECT_EQ(default_task_t("loader").display_name(), "loader");
-  EXPECT_FALSE(task.is_canceled());
-  task.cancel();
-  task.cancel();
-  EXPECT_TRUE(task.is_canceled());
 
-  assertion_recorder recorder;
-  task.push_stage(nullptr);
-  EXPECT_EQ(recorder.single().expression, "stage");
   recorder.clear();
-  EXPECT_EQ(task.stages().size(), 3u);
-
-  EXPECT_TRUE(wait->is_wait());
-  EXPECT_EQ(wait->delay().count(), 5);
-  wait->run(nullptr);  // does nothing
   const stage_t negative(delay_tasks_unit_name, -3);
   EXPECT_EQ(recorder.single().expression, "delay_ms >= 0");
   EXPECT_EQ(negative.delay().count(), 0);
