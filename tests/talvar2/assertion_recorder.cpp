@@ -2,46 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 namespace talvar2_test {
 
 assertion_recorder::assertion_recorder() {
   m_previous = talvar2::debug::set_assertion_handler(
       [this](const char* expression, const char* file, int line, const char* function) {
-        record(expression, file, line, function);
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_records.push_back({expression, file, line, function});
       });
 }
 
-assertion_recorder::~assertion_recorder() {
-  talvar2::debug::set_assertion_handler(std::move(m_previous));
-}
-
-void assertion_recorder::record(const char* expression, const char* file, int line,
-                                const char* function) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  m_records.push_back({expression, file, line, function});
-}
-
-std::vector<recorded_assertion> assertion_recorder::records() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_records;
-}
-
-std::size_t assertion_recorder::count() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  return m_records.size();
-}
-
 recorded_assertion assertion_recorder::single() const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  EXPECT_EQ(m_records.size(), 1u) << "expected exactly one assertion";
-  return m_records.empty() ? recorded_assertion{} : m_records.front();
-}
-
-void assertion_recorder::clear() {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  m_records.clear();
+  const std::vector<recorded_assertion> all = records();
+  EXPECT_EQ(all.size(), 1u) << "expected exactly one assertion";
+  return all.empty() ? recorded_assertion{} : all.front();
 }
 
 }  // namespace talvar2_test

@@ -7,9 +7,9 @@
 // Outside a recorder the test main installs a handler that fails the running
 // test: an assertion nobody expected is a fault.
 
-#include <cstddef>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "talvar2/debug/assertion.h"
@@ -26,19 +26,22 @@ struct recorded_assertion {
 class assertion_recorder {
  public:
   assertion_recorder();
-  ~assertion_recorder();
+  ~assertion_recorder() { talvar2::debug::set_assertion_handler(std::move(m_previous)); }
   assertion_recorder(const assertion_recorder&) = delete;
   assertion_recorder& operator=(const assertion_recorder&) = delete;
 
-  std::vector<recorded_assertion> records() const;
-  std::size_t count() const;
+  std::vector<recorded_assertion> records() const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_records;
+  }
   // The only assertion recorded so far; fails the test unless there is exactly one.
   recorded_assertion single() const;
-  void clear();
+  void clear() {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_records.clear();
+  }
 
  private:
-  void record(const char* expression, const char* file, int line, const char* function);
-
   mutable std::mutex m_mutex;
   std::vector<recorded_assertion> m_records;
   talvar2::debug::assertion_handler_t m_previous;
