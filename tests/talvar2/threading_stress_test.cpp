@@ -69,7 +69,6 @@ TEST(SchedulerStress, EveryTaskFinishesExactlyOnceAndNothingIsLeft) {
   const auto scheduler = create_default_scheduler(status, nullptr, false);
   const auto main = boost::make_shared<queue_unit_t>();
   scheduler->register_unit(main_unit_name, main);
-  queue_driver_t driver(main);
 
   std::atomic<long> throws{0};
   std::mt19937 plan_random(k_plan_seed);
@@ -90,7 +89,7 @@ TEST(SchedulerStress, EveryTaskFinishesExactlyOnceAndNothingIsLeft) {
   const auto deadline = std::chrono::steady_clock::now() + k_timeout;
   while (schedulers_done.load() < 2 || status->completed() < static_cast<std::size_t>(k_tasks / 2)) {
     ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-    driver.drive_once(std::chrono::milliseconds(1));
+    drive_once(*main);
     const int roll = percent(cancel_random);
     if (roll < 5) {
       scheduler->cancel(group_name(any_group(cancel_random)));

@@ -85,35 +85,15 @@ void probe_task_t::cancel() {
   default_task_t::cancel();
 }
 
-queue_driver_t::queue_driver_t(boost::shared_ptr<queue_unit_t> queue) : m_queue(std::move(queue)) {
-  m_queue->new_job.connect(this, &queue_driver_t::on_new_job);
+void drive_once(queue_unit_t& queue) {
+  if (queue.process_queue(64) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-queue_driver_t::~queue_driver_t() {
-  // Cut before dying: a worker may be emitting right now.
-  m_queue->new_job.disconnect(this, &queue_driver_t::on_new_job);
-}
-
-void queue_driver_t::on_new_job(const task_ptr_t&, const stage_ptr_t&) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  ++m_signals;
-  m_new_job.notify_all();
-}
-
-void queue_driver_t::drive_once(std::chrono::milliseconds wait) {
-  const std::size_t seen = locked(m_mutex, m_signals);
-  if (m_queue->process_queue(64) != 0) return;
-  // Nothing queued: wake on the next job, or soon anyway, since what the
-  // caller waits for may happen on a worker.
-  std::unique_lock<std::mutex> lock(m_mutex);
-  m_new_job.wait_for(lock, wait, [&] { return m_signals != seen; });
-}
-
-bool queue_driver_t::drive_until(const std::function<bool()>& done) {
+bool drive_until(queue_unit_t& queue, const std::function<bool()>& done) {
   const auto deadline = std::chrono::steady_clock::now() + k_timeout;
   while (!done()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
-    drive_once();
+    drive_once(queue);
   }
   return true;
 }

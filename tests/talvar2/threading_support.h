@@ -143,25 +143,12 @@ class probe_task_t : public default_task_t {
   std::atomic<int> m_overlaps{0};
 };
 
-// Drains a queue unit on the calling thread, waking on its new-job signal.
-class queue_driver_t : public talvar2::subscriber_base_t {
- public:
-  explicit queue_driver_t(boost::shared_ptr<queue_unit_t> queue);
-  ~queue_driver_t() override;
-
-  // Runs jobs until `done()` holds; false when `k_timeout` passes first.
-  bool drive_until(const std::function<bool()>& done);
-  // Runs what is queued now, or waits up to `wait` for more.
-  void drive_once(std::chrono::milliseconds wait = std::chrono::milliseconds(2));
-
- private:
-  void on_new_job(const task_ptr_t&, const stage_ptr_t&);
-
-  boost::shared_ptr<queue_unit_t> m_queue;
-  std::mutex m_mutex;
-  std::condition_variable m_new_job;
-  std::size_t m_signals = 0;
-};
+// Drain a queue unit on the calling thread, as a GUI's event loop would.
+// When the queue is empty they wait a millisecond: what the caller waits
+// for may happen on a worker.
+void drive_once(queue_unit_t& queue);
+// Drives until `done()` holds; false when `k_timeout` passes first.
+bool drive_until(queue_unit_t& queue, const std::function<bool()>& done);
 
 // A wait callback that drains a queue on the waiting thread, as a GUI's
 // event pump does, and counts its calls. `on_call(n)` runs at call n (from 1).

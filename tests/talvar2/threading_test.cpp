@@ -37,7 +37,6 @@ class scheduler_test : public ::testing::Test {
     scheduler = create_default_scheduler(status, default_wait, false);
     main = boost::make_shared<queue_unit_t>();
     scheduler->register_unit(main_unit_name, main);
-    driver = std::make_unique<queue_driver_t>(main);
     places = std::make_unique<thread_places_t>(scheduler);
   }
 
@@ -46,13 +45,12 @@ class scheduler_test : public ::testing::Test {
   }
 
   bool finish(const task_ptr_t& task) {
-    return driver->drive_until([&] { return status->completions_of(task) > 0; });
+    return drive_until(*main, [&] { return status->completions_of(task) > 0; });
   }
 
   boost::shared_ptr<recording_status_t> status;
   boost::shared_ptr<scheduler_t> scheduler;
   boost::shared_ptr<queue_unit_t> main;
-  std::unique_ptr<queue_driver_t> driver;
   std::unique_ptr<thread_places_t> places;
 };
 
@@ -71,7 +69,7 @@ TEST_F(SchedulerStages, RunInOrderOneAtATimeEachOnItsUnit) {
     ASSERT_EQ(scheduler->schedule(task, "stages"), schedule_accepted);
     tasks.push_back(task);
   }
-  ASSERT_TRUE(driver->drive_until([&] { return status->completed() == tasks.size(); }));
+  ASSERT_TRUE(drive_until(*main, [&] { return status->completed() == tasks.size(); }));
   for (const auto& task : tasks) {
     EXPECT_EQ(task->steps(), (strings{"a@service", "b@long tasks", "c@test thread", "d@service", "e@test thread"}));
     EXPECT_EQ(task->overlaps(), 0);
@@ -297,18 +295,23 @@ class SchedulerCancelAndWait : public scheduler_test {
   counter_t started;
 };
 
-TEST_F(SchedulerCancelAndWait, ReturnsOnlyWhenEveryTaskOfTheGroupHasLeft) {
+TEST_F(SchedulerCancelAndWait, ReturnsOnlyWhenEveryTaskOfTheGroupHasLeftAndRefusesItMeanwhile) {
   gate_t release;
   // Both pools have at least two workers: every work starts.
   auto tasks = stubborn_tasks(2, "g", service_unit_name, release);
   auto more = stubborn_tasks(2, "g", long_tasks_unit_name, release);
   tasks.insert(tasks.end(), more.begin(), more.end());
   ASSERT_TRUE(started.wait_for_at_least(4));
-  auto other = probe();
+  auto other = probe(), late = probe(), elsewhere = probe();
   other->add_wait(delay_tasks_unit_name, 600000);
   ASSERT_EQ(scheduler->schedule(other, "other"), schedule_accepted);
 
+  int same_group = -1, other_group = -1;
   const auto callback = boost::make_shared<driving_wait_t>(main, [&](int call) {
+    if (call == 1) {
+      same_group = scheduler->schedule(late, "g");
+      other_group = scheduler->schedule(elsewhere, "h");
+    }
     if (call == 3) release.open();
   });
   scheduler->cancel_and_wait("g", callback);
@@ -319,19 +322,6 @@ TEST_F(SchedulerCancelAndWait, ReturnsOnlyWhenEveryTaskOfTheGroupHasLeft) {
   }
   EXPECT_EQ(scheduler->task_count(""), 1u);
   EXPECT_FALSE(other->is_canceled());
-}
-
-TEST_F(SchedulerCancelAndWait, RefusesTheGroupWhileWaitingAndAcceptsItAfterwards) {
-  gate_t release;
-  stubborn_tasks(1, "g", service_unit_name, release);
-  int same_group = -1, other_group = -1;
-  auto late = probe(), elsewhere = probe();
-  scheduler->cancel_and_wait("g", boost::make_shared<driving_wait_t>(main, [&](int call) {
-    if (call != 1) return;
-    same_group = scheduler->schedule(late, "g");
-    other_group = scheduler->schedule(elsewhere, "h");
-    release.open();
-  }));
   EXPECT_EQ(same_group, schedule_group_canceling);
   EXPECT_EQ(other_group, schedule_accepted);
   EXPECT_EQ(status->completions_of(late), 0);
@@ -397,7 +387,7 @@ TEST_F(SchedulerCancelAndWait, InsideAStageOfAWaitedTaskItOnlyCancels) {
   EXPECT_EQ(scheduler->schedule(probe(), "self"), schedule_accepted);  // the group is open again
 }
 
-TEST(SchedulerLifetime, RequiresAStatusCallbackAndCanBringItsOwnMainQueue) {
+TEST(SchedulerLifetime, NeedsAStatusCallbackAndAbandonsItsTasksWhenDestroyed) {
   {
     assertion_recorder recorder;
     EXPECT_FALSE(create_default_scheduler(nullptr, nullptr, false));
@@ -405,21 +395,9 @@ TEST(SchedulerLifetime, RequiresAStatusCallbackAndCanBringItsOwnMainQueue) {
   }
   const auto status = boost::make_shared<recording_status_t>();
   EXPECT_FALSE(create_default_scheduler(status, nullptr, false)->find_unit(main_unit_name));
-  const auto scheduler = create_default_scheduler(status, nullptr, true);
+  auto scheduler = create_default_scheduler(status, nullptr, true);  // with a "main" queue of its own
   const auto main = boost::dynamic_pointer_cast<queue_unit_t>(scheduler->find_unit(main_unit_name));
   ASSERT_TRUE(main);
-  auto task = boost::make_shared<probe_task_t>();
-  task->add(main_unit_name, "gui");
-  ASSERT_EQ(scheduler->schedule(task, "g"), schedule_accepted);
-  EXPECT_EQ(main->process_queue(1), 1u);
-  EXPECT_EQ(status->completions_of(task), 1);
-}
-
-TEST(SchedulerLifetime, DestroyingTheSchedulerAbandonsAndReleasesItsTasks) {
-  const auto status = boost::make_shared<recording_status_t>();
-  auto scheduler = create_default_scheduler(status, nullptr, false);
-  const auto main = boost::make_shared<queue_unit_t>();
-  scheduler->register_unit(main_unit_name, main);
   auto sleeping = boost::make_shared<probe_task_t>(), queued = boost::make_shared<probe_task_t>();
   sleeping->add_wait(delay_tasks_unit_name, 600000);
   sleeping->add_final(service_unit_name, "final");

@@ -92,8 +92,7 @@ TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
   from_worker->add(main_unit_name, "gui");
   ASSERT_EQ(scheduler->schedule(from_worker, "g"), schedule_accepted);
 
-  queue_driver_t driver(main);
-  ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 2; }));
+  ASSERT_TRUE(drive_until(*main, [&] { return status->completed() == 2; }));
   const auto heard = listener.heard();
   ASSERT_EQ(heard.size(), 2u);
   EXPECT_EQ(heard[0], std::make_pair(task_ptr_t(direct), std::string("main@test thread")));
@@ -134,8 +133,7 @@ TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
   ASSERT_EQ(batch->execute(scheduler, main_unit_name), schedule_accepted);
   EXPECT_FALSE(tasks[0]->is_canceled());  // not before "main" runs it
 
-  queue_driver_t driver(main);
-  ASSERT_TRUE(driver.drive_until([&] { return status->completed() == 4; }));  // the batch and 3 tasks
+  ASSERT_TRUE(drive_until(*main, [&] { return status->completed() == 4; }));  // the batch and 3 tasks
   for (int i : {0, 1, 2}) {
     EXPECT_EQ(tasks[i]->steps(), strings{"final@test thread"});
     EXPECT_EQ(tasks[i]->cancel_place(), "test thread");
