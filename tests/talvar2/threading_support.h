@@ -14,7 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
+#include <gtest/gtest.h>
 
 #include "talvar2/functor/signal.h"
 #include "talvar2/threading/callbacks.h"
@@ -164,6 +166,49 @@ class driving_wait_t : public scheduler_wait_callback_t {
   boost::shared_ptr<queue_unit_t> m_queue;  // may be empty: then it only waits
   std::function<void(int)> m_on_call;
   std::atomic<int> m_calls{0};
+};
+
+// A default scheduler with a "main" queue drained by the test thread. Every
+// test ends with the scheduler empty.
+class scheduler_test : public ::testing::Test {
+ protected:
+  void SetUp() override { create(nullptr); }
+
+  void TearDown() override {
+    if (!scheduler) return;
+    scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main));
+    EXPECT_EQ(scheduler->task_count(""), 0u);
+  }
+
+  void create(const boost::shared_ptr<scheduler_wait_callback_t>& default_wait) {
+    status = boost::make_shared<recording_status_t>();
+    scheduler = create_default_scheduler(status, default_wait, false);
+    main = boost::make_shared<queue_unit_t>();
+    scheduler->register_unit(main_unit_name, main);
+    places = std::make_unique<thread_places_t>(scheduler);
+  }
+
+  boost::shared_ptr<probe_task_t> probe() {
+    return boost::make_shared<probe_task_t>([this] { return places->here(); });
+  }
+
+  // A probe with one work stage, scheduled in `group`.
+  boost::shared_ptr<probe_task_t> scheduled(const std::string& group, const std::string& unit,
+                                            const std::string& label, std::function<void()> body = {}) {
+    auto task = probe();
+    task->add(unit, label, std::move(body));
+    EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
+    return task;
+  }
+
+  bool finish(const task_ptr_t& task) {
+    return drive_until(*main, [&] { return status->completions_of(task) > 0; });
+  }
+
+  boost::shared_ptr<recording_status_t> status;
+  boost::shared_ptr<scheduler_t> scheduler;
+  boost::shared_ptr<queue_unit_t> main;
+  std::unique_ptr<thread_places_t> places;
 };
 
 }  // namespace talvar2_test

@@ -20,40 +20,6 @@
 namespace talvar2_test {
 namespace {
 
-// A default scheduler with a "main" queue drained by the test thread. Every
-// test ends with the scheduler empty.
-class scheduler_test : public ::testing::Test {
- protected:
-  void SetUp() override { create(nullptr); }
-
-  void TearDown() override {
-    if (!scheduler) return;
-    scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main));
-    EXPECT_EQ(scheduler->task_count(""), 0u);
-  }
-
-  void create(const boost::shared_ptr<scheduler_wait_callback_t>& default_wait) {
-    status = boost::make_shared<recording_status_t>();
-    scheduler = create_default_scheduler(status, default_wait, false);
-    main = boost::make_shared<queue_unit_t>();
-    scheduler->register_unit(main_unit_name, main);
-    places = std::make_unique<thread_places_t>(scheduler);
-  }
-
-  boost::shared_ptr<probe_task_t> probe() {
-    return boost::make_shared<probe_task_t>([this] { return places->here(); });
-  }
-
-  bool finish(const task_ptr_t& task) {
-    return drive_until(*main, [&] { return status->completions_of(task) > 0; });
-  }
-
-  boost::shared_ptr<recording_status_t> status;
-  boost::shared_ptr<scheduler_t> scheduler;
-  boost::shared_ptr<queue_unit_t> main;
-  std::unique_ptr<thread_places_t> places;
-};
-
 using SchedulerStages = scheduler_test;
 
 TEST_F(SchedulerStages, RunInOrderOneAtATimeEachOnItsUnit) {
@@ -83,18 +49,14 @@ TEST_F(SchedulerStages, LongTasksHoldingEveryLongWorkerDoNotDelayServiceTasks) {
   gate_t release;
   counter_t blocked, served;
   for (long i = 0; i <= long_workers; ++i) {  // one more than there are workers
-    auto task = probe();
-    task->add(long_tasks_unit_name, "block", [&] {
+    scheduled("long", long_tasks_unit_name, "block", [&] {
       blocked.add();
       release.wait_open();
     });
-    ASSERT_EQ(scheduler->schedule(task, "long"), schedule_accepted);
   }
   ASSERT_TRUE(blocked.wait_for_at_least(long_workers));
 
-  auto service = probe();
-  service->add(service_unit_name, "serve", [&] { served.add(); });
-  ASSERT_EQ(scheduler->schedule(service, "service"), schedule_accepted);
+  scheduled("service", service_unit_name, "serve", [&] { served.add(); });
   EXPECT_TRUE(served.wait_for_at_least(1));
   EXPECT_EQ(blocked.value(), long_workers);  // the extra one still queued
   release.open();
@@ -160,17 +122,25 @@ TEST_F(SchedulerDelay, WaitStagesGoThroughTheirTimedUnitEvenAtZero) {
 }
 
 TEST_F(SchedulerDelay, CancelCutsAWaitShortOnTheTimerAndOnAWorkerPool) {
-  for (const char* unit : {delay_tasks_unit_name, service_unit_name}) {
-    SCOPED_TRACE(unit);
+  for (const bool on_timer : {true, false}) {
+    SCOPED_TRACE(on_timer ? "timer, task canceled" : "worker pool, group canceled");
     auto task = probe();
-    task->add_wait(unit, 600000);
+    task->add_wait(on_timer ? delay_tasks_unit_name : service_unit_name, 600000);
     task->add(service_unit_name, "after the wait");
     task->add_final(main_unit_name, "finally");
     ASSERT_EQ(scheduler->schedule(task, "sleepers"), schedule_accepted);
-    scheduler->cancel("sleepers");
+    if (on_timer)
+      EXPECT_TRUE(scheduler->cancel_task(task));
+    else
+      scheduler->cancel("sleepers");
     ASSERT_TRUE(finish(task));  // within the test bound, not ten minutes
     EXPECT_EQ(task->steps(), strings{"finally@test thread"});
+    EXPECT_EQ(task->cancel_place(), "test thread");
+    EXPECT_FALSE(scheduler->cancel_task(task));  // it has left
   }
+  auto outsider = probe();
+  EXPECT_FALSE(scheduler->cancel_task(outsider));
+  EXPECT_FALSE(outsider->is_canceled());
 }
 
 using SchedulerCancel = scheduler_test;
@@ -205,22 +175,6 @@ TEST_F(SchedulerCancel, CancelingSkipsTheRestOfTheOrdinaryStagesOnly) {
                                       "after final@service", "last final@service"}));
   EXPECT_EQ(early->steps(), (strings{"final@test thread", "last final@service"}));
   EXPECT_EQ(status->completions_of(early), 1);
-}
-
-TEST_F(SchedulerCancel, CancelTaskReachesOnlyTasksInTheScheduler) {
-  auto parked = probe();
-  parked->add_wait(delay_tasks_unit_name, 600000);
-  parked->add_final(main_unit_name, "final");
-  auto outsider = probe();
-  ASSERT_EQ(scheduler->schedule(parked, "g"), schedule_accepted);
-
-  EXPECT_FALSE(scheduler->cancel_task(outsider));
-  EXPECT_FALSE(outsider->is_canceled());
-  EXPECT_TRUE(scheduler->cancel_task(parked));
-  ASSERT_TRUE(finish(parked));
-  EXPECT_EQ(parked->steps(), strings{"final@test thread"});
-  EXPECT_EQ(parked->cancel_place(), "test thread");
-  EXPECT_FALSE(scheduler->cancel_task(parked));  // it has left
 }
 
 TEST_F(SchedulerCancel, ThrowingStagesAreReportedAndEveryFinalizationStillRuns) {
@@ -333,9 +287,7 @@ TEST_F(SchedulerCancelAndWait, WithoutAnyCallbackItBlocksAndProcessesNothing) {
   // Work on the workers only: nobody drains "main" while the test thread waits.
   auto tasks = stubborn_tasks(2, "g", service_unit_name, release, false);
   ASSERT_TRUE(started.wait_for_at_least(2));
-  auto gui_job = probe();
-  gui_job->add(main_unit_name, "gui");
-  ASSERT_EQ(scheduler->schedule(gui_job, "gui"), schedule_accepted);
+  const auto gui_job = scheduled("gui", main_unit_name, "gui");
 
   std::thread opener([&] {
     const auto deadline = std::chrono::steady_clock::now() + k_timeout;

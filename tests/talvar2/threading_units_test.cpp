@@ -41,28 +41,11 @@ class job_listener_t : public talvar2::subscriber_base_t {
   std::vector<std::pair<task_ptr_t, std::string>> m_heard;
 };
 
-class QueueUnit : public ::testing::Test {
- protected:
-  void SetUp() override { scheduler->register_unit(main_unit_name, main); }
-  void TearDown() override { scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main)); }
-
-  boost::shared_ptr<probe_task_t> schedule(const std::string& group, const std::string& unit,
-                                           const std::string& label, std::function<void()> body = {}) {
-    auto task = boost::make_shared<probe_task_t>([this] { return places.here(); });
-    task->add(unit, label, std::move(body));
-    EXPECT_EQ(scheduler->schedule(task, group), schedule_accepted);
-    return task;
-  }
-
-  boost::shared_ptr<recording_status_t> status = boost::make_shared<recording_status_t>();
-  boost::shared_ptr<queue_unit_t> main = boost::make_shared<queue_unit_t>();
-  boost::shared_ptr<scheduler_t> scheduler = create_default_scheduler(status, nullptr, false);
-  thread_places_t places{scheduler};  // outlives the tasks that ask it
-};
+using QueueUnit = scheduler_test;
 
 TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
   std::vector<boost::shared_ptr<probe_task_t>> tasks;
-  for (int i = 0; i < 5; ++i) tasks.push_back(schedule("g", main_unit_name, "job " + std::to_string(i)));
+  for (int i = 0; i < 5; ++i) tasks.push_back(scheduled("g", main_unit_name, "job " + std::to_string(i)));
   EXPECT_EQ(main->queued_jobs(), 5u);
   EXPECT_EQ(main->process_queue(0), 0u);
   EXPECT_EQ(main->process_queue(2), 2u);
@@ -74,8 +57,8 @@ TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
   EXPECT_EQ(status->completed(), 5u);
 
   boost::shared_ptr<probe_task_t> inner;
-  schedule("g", main_unit_name, "outer", [&] {
-    inner = schedule("g", main_unit_name, "inner");
+  scheduled("g", main_unit_name, "outer", [&] {
+    inner = scheduled("g", main_unit_name, "inner");
     EXPECT_EQ(main->process_queue(10), 1u);  // a job may drain the queue, as a modal loop would
   });
   EXPECT_EQ(main->process_queue(1), 1u);
@@ -84,8 +67,8 @@ TEST_F(QueueUnit, RunsAtMostTheGivenNumberOfJobsPerCall) {
 }
 
 TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
-  job_listener_t listener(main, places);
-  const auto direct = schedule("g", main_unit_name, "gui");
+  job_listener_t listener(main, *places);
+  const auto direct = scheduled("g", main_unit_name, "gui");
   auto from_worker = boost::make_shared<probe_task_t>();
   from_worker->add(service_unit_name, "work");
   from_worker->add(main_unit_name, "gui");
@@ -99,7 +82,7 @@ TEST_F(QueueUnit, SignalsEveryNewJobOnTheThreadThatQueuedIt) {
 }
 
 TEST_F(QueueUnit, ThrowingNewJobSlotIsReportedAndItsJobIsVoid) {
-  job_listener_t listener(main, places, true);
+  job_listener_t listener(main, *places, true);
   auto task = boost::make_shared<probe_task_t>();
   task->add(main_unit_name, "gui");
   task->add_final(service_unit_name, "final");
@@ -119,7 +102,7 @@ using BatchCancel = QueueUnit;
 TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
   std::vector<boost::shared_ptr<probe_task_t>> tasks;
   for (const char* group : {"g1", "g1", "g2", "g2", "g3"}) {
-    auto task = boost::make_shared<probe_task_t>([this] { return places.here(); });
+    auto task = probe();
     task->add_wait(delay_tasks_unit_name, 600000);
     task->add(service_unit_name, "work");
     task->add_final(main_unit_name, "final");
