@@ -194,6 +194,7 @@ TEST(SignalReentrancy, SlotDestroyingTheSignalEndsOnlyThatEmission) {
   const case_t cases[] = {
       {"plain", false, false, {"a:1", "b:1"}},
       {"nested emission, then a throw", false, true, {"a:1", "a:2", "b:2"}},
+      // The outer signal reaches the inner one's slots; the inner one's death cuts the link.
       {"forwarded from an outer signal", true, false, {"a:1", "b:1", "z:1"}},
   };
   using base_t = talvar2::_internal::signal_templ<int>;

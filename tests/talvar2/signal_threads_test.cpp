@@ -216,27 +216,6 @@ class leaving_subscriber_t : public talvar2::intrusive_pointer_impl_t, public su
 
 using leaving_ptr = talvar2::intrusive_pointer_t<leaving_subscriber_t>;
 
-// Subscribers handed between threads: whoever drops the last reference
-// destroys it, on whichever thread that happens to be.
-class exchange_t {
- public:
-  void put(const leaving_ptr& subscriber) {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_items.push_back(subscriber);
-  }
-  leaving_ptr take() {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_items.empty()) return leaving_ptr();
-    leaving_ptr taken = m_items.back();
-    m_items.pop_back();
-    return taken;
-  }
-
- private:
-  std::mutex m_mutex;
-  std::vector<leaving_ptr> m_items;
-};
-
 TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
   constexpr int k_emitters = 2;
   constexpr int k_emissions = 10000;
@@ -248,7 +227,17 @@ TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
   std::vector<std::atomic<int>> lives(k_churners * k_per_churner);
   std::atomic<long> late_calls{0};
   std::atomic<long> local_calls{0};
-  exchange_t exchange;
+  // Subscribers handed between threads: whoever drops the last reference
+  // destroys it, on whichever thread that happens to be.
+  std::mutex exchange_mutex;
+  std::vector<leaving_ptr> exchange;
+  auto take = [&] {
+    std::lock_guard<std::mutex> lock(exchange_mutex);
+    if (exchange.empty()) return leaving_ptr();
+    leaving_ptr taken = exchange.back();
+    exchange.pop_back();
+    return taken;
+  };
 
   run_together([&](int thread_index) {
     if (thread_index < k_emitters) {
@@ -258,7 +247,7 @@ TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
     const int churner = thread_index - k_emitters;
     for (int i = 0; i < k_per_churner; ++i) {
       leaving_ptr mine(new leaving_subscriber_t(hub, lives[churner * k_per_churner + i], late_calls));
-      leaving_ptr other = exchange.take();
+      leaving_ptr other = take();
       {
         // A signal of this thread's own, dead before either subscriber can
         // be: a dying subscriber cuts it without racing its emission.
@@ -270,11 +259,13 @@ TEST(SignalThreads, CountedSubscribersDieOnAnyThreadAndNoCallComesAfterDeath) {
         local_calls.fetch_add(1);
         EXPECT_GE(mine->calls(), before + 1);
       }
-      if (i % 2 == 0) exchange.put(mine);  // the other churner may end it
+      if (i % 2 == 0) {  // the other churner may end it
+        std::lock_guard<std::mutex> lock(exchange_mutex);
+        exchange.push_back(mine);
+      }
     }
   });
-  while (exchange.take()) {
-  }
+  exchange.clear();
 
   static_assert(k_threads == k_emitters + k_churners, "every thread has a part");
   for (const auto& life : lives) EXPECT_EQ(life.load(), k_dead);

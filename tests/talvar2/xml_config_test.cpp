@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "support/scratch_dir.h"
 #include "talvar2/path.h"
 #include "talvar2/xml/advanced_xml_config.h"
@@ -42,12 +44,11 @@ TEST(AdvancedXmlConfig, RoundTripKeepsValuesOrderAndSpecialCharacters) {
   ASSERT_TRUE(read.load(folder.file("s.xml")));
   EXPECT_EQ(read.keys(), (std::vector<std::string>{"zeta", "alpha", "empty"}));
   std::string value;
-  EXPECT_TRUE(read.get_value("alpha", value));
-  EXPECT_EQ(value, "a <b> & \"c\" 'd'");
-  EXPECT_TRUE(read.get_value("zeta", value));
-  EXPECT_EQ(value, "2");
-  EXPECT_TRUE(read.get_value("empty", value));
-  EXPECT_EQ(value, "");
+  for (const auto& [key, expected] : std::map<std::string, std::string>{
+           {"alpha", "a <b> & \"c\" 'd'"}, {"zeta", "2"}, {"empty", ""}}) {
+    EXPECT_TRUE(read.get_value(key, value)) << key;
+    EXPECT_EQ(value, expected);
+  }
   value = "untouched";
   EXPECT_FALSE(read.get_value("missing", value));
   EXPECT_EQ(value, "untouched");
