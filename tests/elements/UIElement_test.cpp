@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <wx/dcmemory.h>
 
+#include "support/assert_texts.h"
+#include "elements/adapter_fixture.h"
 #include "support/fake_element_host.h"
 #include "support/wx_test_environment.h"
 
@@ -13,57 +15,11 @@ namespace {
 using namespace orvix1::elements;
 using orvix1_test::fake_element_host_t;
 using orvix1_test::take_asserts;
+using orvix1_test::taken_function_conditions;
+using orvix1_test::texts_t;
 
-using log_t = std::vector<std::string>;
-
-// An element of a fixed size that writes down what happens to it.
-class probe_t : public UIElement {
- public:
-  probe_t(element_ptr_t parent, int flags, wxSize size, log_t* log, const std::string& name)
-      : UIElement(parent, flags), m_size(size), m_log(log) {
-    SetTestID(name);
-  }
-  wxSize GetSize() const override { return m_size; }
-  wxSize GetMinSize() const override { return m_size; }
-
-  void OnDraw(wxDC&, const wxRect& rect) override {
-    write("draw");
-    drawn_in = rect;
-  }
-  void OnMouseMove(const wxMouseEvent&, bool& propagate) override {
-    write("move");
-    propagate = m_propagate;
-  }
-  void OnMouseDown(const wxMouseEvent&, bool& propagate) override {
-    write("down");
-    propagate = m_propagate;
-  }
-  void OnMouseUp(const wxMouseEvent&, bool& propagate) override {
-    write("up");
-    propagate = m_propagate;
-  }
-  void OnMouseClick(const wxMouseEvent& event, bool& propagate) override {
-    write("click");
-    UIElement::OnMouseClick(event, propagate);
-  }
-  void OnVisibilityChanged(bool on_screen) override {
-    write(on_screen ? "shown" : "hidden");
-  }
-  void InvalidateColors() override { write("colors"); }
-
-  void stop_propagation() { m_propagate = false; }
-  wxRect drawn_in;
-
- private:
-  void write(const std::string& what) {
-    if (m_log != nullptr) m_log->push_back(GetTestID() + " " + what);
-  }
-  wxSize m_size;
-  log_t* m_log;
-  bool m_propagate = true;
-};
-
-using probe_ptr_t = talvar2::intrusive_pointer_t<probe_t>;
+using orvix1_test::log_t;
+using probe_ptr_t = orvix1_test::recording_ptr_t;
 constexpr int k_fill = UIElement::pfHExpand | UIElement::pfVExpand;
 constexpr int k_left = UIElement::pfLeft | UIElement::pfTop;
 
@@ -78,7 +34,9 @@ class UIElementTest : public ::testing::Test {
  protected:
   void SetUp() override { take_asserts(); }
   probe_ptr_t probe(element_ptr_t parent, int flags, wxSize size, const std::string& name) {
-    return new probe_t(parent, flags, size, &m_log, name);
+    probe_ptr_t element(new orvix1_test::recording_element_t(parent, size, &m_log, name, flags));
+    element->log_draws = true;
+    return element;
   }
   void paint() {
     wxBitmap bitmap(100, 100);
@@ -106,13 +64,12 @@ TEST_F(UIElementTest, TopOfTheListWinsHitsButIsPaintedFirstAndBothGetTheMouse) {
   m_root->ChangeZOrderToTop(under);
   EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(50, 50)), under);
   EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(150, 50)), element_ptr_t());
+  EXPECT_FALSE(m_root->HitTest(wxPoint(100, 100)));  // the edge is outside
 }
 
 TEST_F(UIElementTest, PointerOutsideAllChildrenHitsTheParent) {
   probe(m_root, k_left, wxSize(10, 10), "corner");
   EXPECT_EQ(m_root->GetElementFromPoint(wxPoint(50, 50)), m_root);
-  EXPECT_TRUE(m_root->HitTest(wxPoint(0, 0)));
-  EXPECT_FALSE(m_root->HitTest(wxPoint(100, 100)));  // the edge is outside
 }
 
 TEST_F(UIElementTest, ReleaseOutsideGivesNoClickAndKeepsThePress) {
@@ -137,7 +94,7 @@ TEST_F(UIElementTest, AHandlerCanStopThePropagationToChildren) {
   m_root->ProcessMouse(mouse(wxEVT_MOTION, 5, 5));
   EXPECT_EQ(m_log, (log_t{"outer move", "inner move"}));
   m_log.clear();
-  outer->stop_propagation();
+  outer->propagate = false;
   m_root->ProcessMouse(mouse(wxEVT_MOTION, 5, 5));
   EXPECT_EQ(m_log, (log_t{"outer move"}));
 }
@@ -175,10 +132,10 @@ TEST_F(UIElementTest, MarginsLargerThanTheRectangleLeaveAnEmptyInside) {
   probe_ptr_t child = probe(m_root, k_left, wxSize(10, 8), "child");
   child->SetMargin(margin_t(6, 5, 7, 4));
   paint();
-  EXPECT_EQ(child->drawn_in, wxRect(6, 5, 0, 0));
+  EXPECT_EQ(child->drawn.back(), wxRect(6, 5, 0, 0));
   child->SetMargin(margin_t(1, 2, 3, 1));
   paint();
-  EXPECT_EQ(child->drawn_in, wxRect(1, 2, 6, 5));
+  EXPECT_EQ(child->drawn.back(), wxRect(1, 2, 6, 5));
 }
 
 TEST_F(UIElementTest, FrozenElementsNeitherDirtyTheLayoutNorRepaint) {
@@ -229,7 +186,6 @@ TEST_F(UIElementTest, TabWalkGoesDepthFirstInTabOrderBothWays) {
 TEST_F(UIElementTest, FocusNeedsConsent) {
   probe_ptr_t child = probe(m_root, k_left, wxSize(10, 10), "child");
   EXPECT_FALSE(child->SetFocus(true));
-  EXPECT_FALSE(child->IsFocused());
   child->SetAcceptFocus(true);
   EXPECT_TRUE(child->SetFocus(true));
   EXPECT_EQ(m_host.requests, (std::vector<std::string>{"focus child"}));
@@ -317,17 +273,11 @@ TEST_F(UIElementTest, TreeOperationsAndTheirSignals) {
   m_root->RemoveChild(a);
   m_root->ChangeZOrderToTop(a);
   m_root->ChangeZOrderToBeforeElement(c, a);
-  const auto asserts = take_asserts();
-  ASSERT_EQ(asserts.size(), 4u);
-  EXPECT_EQ(asserts[0].condition,
-            "std::find(m_children.begin(),m_children.end(),element) == m_children.end()");
-  EXPECT_EQ(asserts[0].function, "AddChild");
-  EXPECT_EQ(asserts[1].condition,
-            "std::find(m_children.begin(),m_children.end(),element) != m_children.end()");
-  EXPECT_EQ(asserts[1].function, "RemoveChild");
-  EXPECT_EQ(asserts[2].condition, "element != m_children.end()");
-  EXPECT_EQ(asserts[3].condition, "pos != m_children.end()");
-  EXPECT_EQ(asserts[3].function, "ChangeZOrderToBeforeElement");
+  EXPECT_EQ(taken_function_conditions(),
+            (texts_t{"AddChild: std::find(m_children.begin(),m_children.end(),element) == m_children.end()",
+                     "RemoveChild: std::find(m_children.begin(),m_children.end(),element) != m_children.end()",
+                     "ChangeZOrderToTop: element != m_children.end()",
+                     "ChangeZOrderToBeforeElement: pos != m_children.end()"}));
   EXPECT_EQ(order(), "dc");
 }
 
@@ -335,7 +285,6 @@ TEST_F(UIElementTest, DestroyingAParentTakesItsChildrenAndTimersAlong) {
   probe_ptr_t parent = probe(m_root, k_left, wxSize(10, 10), "parent");
   probe_ptr_t child = probe(parent, k_left, wxSize(5, 5), "child");
   child->SetTimer(100);
-  EXPECT_TRUE(child->IsTimerRunning());
   parent->Destroy();
   EXPECT_TRUE(child->IsDestroyed());
   EXPECT_FALSE(child->IsTimerRunning());
@@ -358,13 +307,10 @@ TEST_F(UIElementTest, TimersAndCaptureGoThroughTheRoot) {
   detached->CaptureMouse();
   EXPECT_FALSE(detached->IsTimerRunning());
   EXPECT_EQ(detached->GetRect(), wxRect());
-  const auto asserts = take_asserts();
-  ASSERT_EQ(asserts.size(), 3u);
-  EXPECT_EQ(asserts[0].condition, "GetRootElement()->RequestSetTimer.empty() == false");
-  EXPECT_EQ(asserts[0].function, "SetTimer");
-  EXPECT_EQ(asserts[1].condition, "GetRootElement()->RequestCaptureMouse.empty() == false");
-  EXPECT_EQ(asserts[2].condition, "RequestClientRect.empty() == false");
-  EXPECT_EQ(asserts[2].function, "GetRect");
+  EXPECT_EQ(taken_function_conditions(),
+            (texts_t{"SetTimer: GetRootElement()->RequestSetTimer.empty() == false",
+                     "CaptureMouse: GetRootElement()->RequestCaptureMouse.empty() == false",
+                     "GetRect: RequestClientRect.empty() == false"}));
 }
 
 class plain_style_t : public orvix1::ui_style_t {};
@@ -380,11 +326,11 @@ TEST_F(UIElementTest, StylesPropagateToNewChildrenAndColoursAreDropped) {
 
   m_log.clear();
   style->on_ui_settings_updated();  // the style changed: its users drop colours
-  EXPECT_EQ(m_log, (log_t{"parent colors", "child colors"}));
+  EXPECT_EQ(m_log, (log_t{"parent colours", "child colours"}));
 
   m_log.clear();
   m_root->ProcessSysColorChanged();  // only unstyled elements drop theirs
-  EXPECT_EQ(m_log, (log_t{"unstyled colors"}));
+  EXPECT_EQ(m_log, (log_t{"unstyled colours"}));
 }
 
 }  // namespace

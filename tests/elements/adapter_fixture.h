@@ -25,24 +25,29 @@ namespace orvix1_test {
 using log_t = std::vector<std::string>;
 
 // An element of a fixed size that writes down what happens to it as
-// "<test id> <what>".
+// "<test id> <what>"; its mouse handlers pass events on to the children
+// while `propagate` is set.
 class recording_element_t : public orvix1::elements::UIElement {
  public:
   using element_ptr_t = orvix1::elements::element_ptr_t;
 
   // A root.
   recording_element_t(log_t* log, const std::string& name) : m_log(log) { SetTestID(name); }
-  // A child docked to the left of its parent's remaining space, as high as
-  // its parent.
-  recording_element_t(element_ptr_t parent, wxSize size, log_t* log, const std::string& name)
-      : UIElement(parent, pfLeft | pfVExpand), m_size(size), m_log(log) {
+  // A child, by default docked to the left of its parent's remaining space
+  // and as high as its parent.
+  recording_element_t(element_ptr_t parent, wxSize size, log_t* log, const std::string& name,
+                      int flags = pfLeft | pfVExpand)
+      : UIElement(parent, flags), m_size(size), m_log(log) {
     SetTestID(name);
   }
 
   wxSize GetSize() const override { return GetParent() != nullptr ? m_size : UIElement::GetSize(); }
   wxSize GetMinSize() const override { return GetSize(); }
 
-  void OnDraw(wxDC&, const wxRect& rect) override { drawn.push_back(rect); }
+  void OnDraw(wxDC&, const wxRect& rect) override {
+    drawn.push_back(rect);
+    if (log_draws) write("draw");
+  }
   void OnTimer() override { write("timer"); }
   void InvalidateColors() override { write("colours"); }
   void OnVisibilityChanged(bool on_screen) override { write(on_screen ? "shown" : "hidden"); }
@@ -54,12 +59,12 @@ class recording_element_t : public orvix1::elements::UIElement {
     write("leave");
     UIElement::OnMouseLeave(event);
   }
-  void OnMouseMove(const wxMouseEvent&, bool&) override { write("move"); }
-  void OnMouseDown(const wxMouseEvent&, bool&) override { write("down"); }
-  void OnMouseUp(const wxMouseEvent&, bool&) override { write("up"); }
-  void OnMouseClick(const wxMouseEvent& event, bool& propagate) override {
+  void OnMouseMove(const wxMouseEvent&, bool& go_on) override { write("move", go_on); }
+  void OnMouseDown(const wxMouseEvent&, bool& go_on) override { write("down", go_on); }
+  void OnMouseUp(const wxMouseEvent&, bool& go_on) override { write("up", go_on); }
+  void OnMouseClick(const wxMouseEvent& event, bool& go_on) override {
     write("click");
-    UIElement::OnMouseClick(event, propagate);
+    UIElement::OnMouseClick(event, go_on);
   }
   void OnKeyPress(wxKeyEvent& event) override {
     write("key " + std::to_string(event.GetKeyCode()));
@@ -67,11 +72,17 @@ class recording_element_t : public orvix1::elements::UIElement {
   }
 
   std::vector<wxRect> drawn;
+  bool log_draws = false;
   bool skip_keys = false;
+  bool propagate = true;
 
  private:
   void write(const std::string& what) {
     if (m_log != nullptr) m_log->push_back(GetTestID() + " " + what);
+  }
+  void write(const std::string& what, bool& go_on) {
+    write(what);
+    go_on = propagate;
   }
 
   wxSize m_size;

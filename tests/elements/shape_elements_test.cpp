@@ -105,8 +105,7 @@ TEST_F(RectangleElementTest, WiderBordersMoveTheShapeInByTwoAndShrinkItByTheThic
   paint_canvas_t canvas = draw();
   // The pen is centred on the shape's outline: two pixels from x = 1.
   EXPECT_EQ(canvas.at(0, 10), k_white);
-  EXPECT_EQ(canvas.at(1, 10), k_blue);
-  EXPECT_EQ(canvas.at(2, 10), k_blue);
+  EXPECT_TRUE(canvas.all(wxRect(1, 10, 2, 1), k_blue));
   EXPECT_EQ(canvas.at(3, 10), k_red);
   EXPECT_EQ(canvas.at(19, 10), k_blue);
   EXPECT_EQ(canvas.at(20, 10), k_white);
@@ -150,11 +149,8 @@ TEST(RectangleElementStyleTest, UnsetColoursComeFromThePaletteAndFollowIt) {
       ui_settings_configure_t::get();
   hosted_t<RectangleElement> hosted;
   RectangleElement& rect = *hosted.element;
-  EXPECT_TRUE(rect.GetBkColor().IsOk());
   EXPECT_EQ(rect.GetBkColor(), palette->get_color(color_face));
   EXPECT_EQ(rect.GetBorderColor(), palette->get_color(color_shadow_3d));
-  EXPECT_TRUE(rect.IsBorderShown());
-  EXPECT_EQ(rect.GetBorderThickness(), 1);
 
   rect.SetBorderColor(k_green);
   palette->set_color(color_face, wxColour(1, 2, 3));
@@ -220,7 +216,6 @@ class BgImageElementTest : public ::testing::Test {
 };
 
 TEST_F(BgImageElementTest, AlignFivePinsThePictureToTheContextsOriginThroughItsMask) {
-  EXPECT_EQ(background().GetImageAlign(), 5);  // the default
   const paint_canvas_t canvas = draw(wxRect(10, 10, 30, 20));
   EXPECT_TRUE(canvas.all(wxRect(4, 0, 4, 8), k_green));  // not moved into the rectangle
   EXPECT_TRUE(canvas.all(wxRect(0, 0, 4, 8), k_white));  // masked: what was below shows
@@ -250,22 +245,16 @@ TEST_F(BgImageElementTest, OtherAlignValuesAndEmptyPicturesDrawOnlyTheRectangle)
   }
   background().SetImageAlign(5);
   background().SetBgImage(wxImage());
-  EXPECT_FALSE(background().GetBgStaticPicture().IsOk());
   EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only));
 }
 
 TEST_F(BgImageElementTest, ThePictureComesFromAnImageOrFromAStaticPictureControl) {
-  const wxImage stored = background().GetBgImage();
-  EXPECT_EQ(stored.GetSize(), wxSize(8, 8));
-  EXPECT_TRUE(stored.HasMask());
   EXPECT_NE(background().GetBgStaticPicture().getBitmap(true).GetMask(), nullptr);
-
   const scoped_frame_t holder;
   wxImage blue(6, 5);
   blue.SetRGB(wxRect(0, 0, 6, 5), 0, 0, 255);
   const orvix1::wxStaticPicture control(holder.frame, wxID_ANY, wxBitmap(blue));
   background().SetBgStaticPicture(control);
-  EXPECT_EQ(background().GetBgStaticPicture().GetSize(), wxSize(6, 5));
   EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).all(wxRect(0, 0, 6, 5), k_blue));
 }
 
