@@ -11,7 +11,7 @@ namespace {
 using orvix1_test::pump_events;
 using orvix1_test::run_soon;
 
-// Records what the host's callback saw and answers with a fixed result.
+// What the host's callback saw; it answers with `answer`.
 struct callback_log_t {
   int calls = 0;
   wxWindow* dialog = nullptr;
@@ -27,55 +27,39 @@ int host_callback(wxWindow* dialog) {
   return g_callback.answer;
 }
 
-class ModalCallback : public ::testing::Test {
- protected:
-  void SetUp() override { g_callback = callback_log_t(); }
-  void TearDown() override { orvix1::set_modal_callback(nullptr); }
-
-  // Shows the dialog modally; if the library shows it, it is ended with
-  // `end_code` from inside its loop.
-  static int show(orvix1::modal_flavor<wxDialog>& dialog, int end_code, bool* shown_by_library) {
-    *shown_by_library = false;
-    const auto timer = run_soon([&dialog, end_code, shown_by_library] {
-      if (!dialog.IsModal()) return;
-      *shown_by_library = true;
-      dialog.EndModal(end_code);
+// The three outcomes: no callback, a host that showed the dialog itself (a
+// non-zero answer is the result) and a host that hands it back (zero).
+TEST(ModalCallback, DecidesWhoShowsTheDialog) {
+  struct case_t {
+    orvix1::modal_callback_t callback;
+    int answer;
+    int expected_result;
+    bool shown_by_library;
+  };
+  const case_t cases[] = {{nullptr, 0, wxID_APPLY, true},
+                          {host_callback, wxID_CANCEL, wxID_CANCEL, false},
+                          {host_callback, 0, wxID_APPLY, true}};
+  for (const case_t& c : cases) {
+    SCOPED_TRACE(c.answer);
+    g_callback = callback_log_t{0, nullptr, true, c.answer};
+    orvix1::set_modal_callback(c.callback);
+    EXPECT_EQ(orvix1::get_modal_callback(), c.callback);
+    orvix1::modal_flavor<wxDialog> dialog(nullptr, wxID_ANY, "question");
+    bool shown = false;
+    const auto timer = run_soon([&dialog, &shown] {
+      shown = dialog.IsModal();
+      if (shown) dialog.EndModal(wxID_APPLY);
     });
-    const int result = dialog.ShowModal();
+    EXPECT_EQ(dialog.ShowModal(), c.expected_result);
     pump_events();
-    return result;
+    EXPECT_EQ(shown, c.shown_by_library);
+    EXPECT_EQ(g_callback.calls, c.callback != nullptr ? 1 : 0);
+    if (c.callback != nullptr) {
+      EXPECT_EQ(g_callback.dialog, &dialog);
+      EXPECT_FALSE(g_callback.was_shown);
+    }
   }
-};
-
-TEST_F(ModalCallback, WithoutCallbackTheLibraryShowsTheDialog) {
-  EXPECT_EQ(orvix1::get_modal_callback(), nullptr);
-  orvix1::modal_flavor<wxDialog> dialog(nullptr, wxID_ANY, "question");
-  bool shown = false;
-  EXPECT_EQ(show(dialog, wxID_APPLY, &shown), wxID_APPLY);
-  EXPECT_TRUE(shown);
-}
-
-TEST_F(ModalCallback, NonZeroAnswerMeansTheHostShowedIt) {
-  orvix1::set_modal_callback(host_callback);
-  EXPECT_EQ(orvix1::get_modal_callback(), &host_callback);
-  g_callback.answer = wxID_CANCEL;
-  orvix1::modal_flavor<wxDialog> dialog(nullptr, wxID_ANY, "question");
-  bool shown = false;
-  EXPECT_EQ(show(dialog, wxID_APPLY, &shown), wxID_CANCEL);
-  EXPECT_FALSE(shown);
-  EXPECT_EQ(g_callback.calls, 1);
-  EXPECT_EQ(g_callback.dialog, &dialog);
-  EXPECT_FALSE(g_callback.was_shown);
-}
-
-TEST_F(ModalCallback, ZeroAnswerHandsTheDialogBack) {
-  orvix1::set_modal_callback(host_callback);
-  g_callback.answer = 0;
-  orvix1::modal_flavor<wxDialog> dialog(nullptr, wxID_ANY, "question");
-  bool shown = false;
-  EXPECT_EQ(show(dialog, wxID_YES, &shown), wxID_YES);
-  EXPECT_TRUE(shown);
-  EXPECT_EQ(g_callback.calls, 1);
+  orvix1::set_modal_callback(nullptr);
 }
 
 TEST(ErrorDialog, CollectsMessagesUntilClosed) {
@@ -91,27 +75,20 @@ TEST(ErrorDialog, CollectsMessagesUntilClosed) {
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->GetValue(), "first problem\nsecond problem");
 
+  // Closed by the user: the next message starts a fresh dialog.
+  wxCommandEvent ok(wxEVT_BUTTON, wxID_OK);
+  dialog->ProcessWindowEvent(ok);
+  EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
+  pump_events();
+  orvix1::show_error_dlg("new");
+  ASSERT_NE(orvix1::get_error_dlg(), nullptr);
+  text = dynamic_cast<wxTextCtrl*>(orvix1::get_error_dlg()->FindWindowByName(wxTextCtrlNameStr));
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->GetValue(), "new");
+
   orvix1::destroy_error_dlg();
   EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
   orvix1::destroy_error_dlg();  // nothing left to destroy
-}
-
-TEST(ErrorDialog, ClosingByTheUserStartsAFreshOne) {
-  orvix1::show_error_dlg("old");
-  wxDialog* first = orvix1::get_error_dlg();
-  ASSERT_NE(first, nullptr);
-  wxCommandEvent ok(wxEVT_BUTTON, wxID_OK);
-  first->ProcessWindowEvent(ok);
-  EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
-  pump_events();
-
-  orvix1::show_error_dlg("new");
-  ASSERT_NE(orvix1::get_error_dlg(), nullptr);
-  auto* text =
-      dynamic_cast<wxTextCtrl*>(orvix1::get_error_dlg()->FindWindowByName(wxTextCtrlNameStr));
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(text->GetValue(), "new");
-  orvix1::destroy_error_dlg();
 }
 
 }  // namespace

@@ -27,19 +27,6 @@ struct file_system_probe_t : wxFileSystem {
   }
 };
 
-TEST(EntryLifecycle, RegistersHandlersOnceAcrossReinitialisation) {
-  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
-  EXPECT_NE(wxImage::FindHandler(wxBITMAP_TYPE_PNG), nullptr);
-  EXPECT_NE(wxImage::FindHandler(wxBITMAP_TYPE_GIF), nullptr);
-
-  run_in_main_loop([] {
-    orvix1::cleanup_wxwidgets();  // the environment's reference: now at 0
-    EXPECT_TRUE(orvix1::initialize_wxwidgets(nullptr));
-  });
-  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
-  EXPECT_TRUE(take_asserts().empty());
-}
-
 TEST(EntryLifecycle, TwoInitialisationsAndOneCleanupKeepTheLatestHandle) {
   host_window_t first(200, 100);
   host_window_t second(320, 160);
@@ -48,43 +35,41 @@ TEST(EntryLifecycle, TwoInitialisationsAndOneCleanupKeepTheLatestHandle) {
   orvix1::cleanup_wxwidgets();
   ASSERT_NE(wxTheApp, nullptr);
 
-  talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
-  ASSERT_TRUE(main_window);
-  EXPECT_EQ(main_window->GetSize(), wxSize(320, 160));
-  talvar2::smart_pointer_t<wxWindow> again = orvix1::get_main_window();
-  EXPECT_NE(again.get(), main_window.get());
-  main_window = talvar2::smart_pointer_t<wxWindow>();
-  again = talvar2::smart_pointer_t<wxWindow>();
+  {
+    const talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
+    ASSERT_TRUE(main_window);
+    EXPECT_EQ(main_window->GetSize(), wxSize(320, 160));
+    EXPECT_NE(orvix1::get_main_window().get(), main_window.get());  // a fresh wrapper each time
+  }
   EXPECT_TRUE(second.still_alive());
+  orvix1::initialize_wxwidgets(nullptr);  // a null handle: no main window
+  EXPECT_FALSE(orvix1::get_main_window());
 
+  orvix1::cleanup_wxwidgets();
   orvix1::cleanup_wxwidgets();
   EXPECT_NE(wxTheApp, nullptr);
   EXPECT_TRUE(take_asserts().empty());
 }
 
-TEST(EntryLifecycle, NullHandleGivesAnEmptyMainWindow) {
-  host_window_t host(100, 100);
-  orvix1::initialize_wxwidgets(host.widget());
-  orvix1::initialize_wxwidgets(nullptr);
-  EXPECT_FALSE(orvix1::get_main_window());
-  orvix1::cleanup_wxwidgets();
-  orvix1::cleanup_wxwidgets();
-}
-
+// Inside a main loop the last clean-up leaves wx to the loop but drops the
+// main window and closes the error dialog; earlier clean-ups close nothing.
 TEST(EntryLifecycle, LastCleanupInsideAMainLoopLeavesWxToTheLoop) {
   host_window_t host(100, 100);
-  bool app_alive_after_cleanup = false;
-  bool main_window_dropped = false;
+  orvix1::initialize_wxwidgets(host.widget());
+  orvix1::show_error_dlg("disk full");
+  orvix1::cleanup_wxwidgets();
+  EXPECT_NE(orvix1::get_error_dlg(), nullptr);
+  bool app_alive = false, main_window_dropped = false, error_dialog_closed = false;
   run_in_main_loop([&] {
-    orvix1::initialize_wxwidgets(host.widget());
-    orvix1::cleanup_wxwidgets();
     orvix1::cleanup_wxwidgets();  // the environment's reference: now at 0
-    app_alive_after_cleanup = wxTheApp != nullptr;
+    app_alive = wxTheApp != nullptr;
     main_window_dropped = !orvix1::get_main_window();
+    error_dialog_closed = orvix1::get_error_dlg() == nullptr;
     orvix1::initialize_wxwidgets(nullptr);
   });
-  EXPECT_TRUE(app_alive_after_cleanup);
+  EXPECT_TRUE(app_alive);
   EXPECT_TRUE(main_window_dropped);
+  EXPECT_TRUE(error_dialog_closed);
 }
 
 TEST(EntryLifecycle, LastCleanupWithoutAMainLoopEndsWx) {
@@ -97,7 +82,11 @@ TEST(EntryLifecycle, LastCleanupWithoutAMainLoopEndsWx) {
   EXPECT_NE(wxTheApp, nullptr);
 }
 
-TEST(EntryLifecycle, OverCleanupAssertsAndRecovers) {
+// Inside a main loop wx outlives the count reaching zero: over-cleanup
+// asserts, and initialising again registers no handler twice.
+TEST(EntryLifecycle, OverCleanupAssertsAndReinitialisationRegistersNothingAgain) {
+  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
+  EXPECT_NE(wxImage::FindHandler(wxBITMAP_TYPE_GIF), nullptr);
   take_asserts();
   run_in_main_loop([] {
     orvix1::cleanup_wxwidgets();  // the environment's reference: now at 0
@@ -106,32 +95,13 @@ TEST(EntryLifecycle, OverCleanupAssertsAndRecovers) {
   const auto asserts = take_asserts();
   ASSERT_EQ(asserts.size(), 1u);
   EXPECT_EQ(asserts[0].condition, "g_initialization_counter > 0");
-  EXPECT_EQ(asserts[0].message,
-            "cleanup_wxwidgets() was called more times than initialize_wxwidgets()");
+  EXPECT_EQ(asserts[0].message, "cleanup_wxwidgets() was called more times than initialize_wxwidgets()");
   EXPECT_EQ(asserts[0].line, 158);
   EXPECT_NE(asserts[0].file.find("wx_dll_application"), std::string::npos);
 
-  run_in_main_loop([] {
-    orvix1::initialize_wxwidgets(nullptr);
-    orvix1::cleanup_wxwidgets();
-  });
+  EXPECT_TRUE(orvix1::initialize_wxwidgets(nullptr));  // the environment's reference again
+  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
   EXPECT_TRUE(take_asserts().empty());
-  orvix1::initialize_wxwidgets(nullptr);  // the environment's reference again
-}
-
-TEST(EntryLifecycle, OnlyTheLastCleanupClosesTheErrorDialog) {
-  orvix1::initialize_wxwidgets(nullptr);
-  orvix1::show_error_dlg("disk full");
-  orvix1::cleanup_wxwidgets();
-  EXPECT_NE(orvix1::get_error_dlg(), nullptr);
-
-  bool closed = false;
-  run_in_main_loop([&] {
-    orvix1::cleanup_wxwidgets();  // the environment's reference: the last one
-    closed = orvix1::get_error_dlg() == nullptr;
-    orvix1::initialize_wxwidgets(nullptr);
-  });
-  EXPECT_TRUE(closed);
 }
 
 }  // namespace

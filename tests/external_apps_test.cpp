@@ -18,21 +18,17 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-// The started program is not our child: it was reparented, or is gone; and
-// the launch left no zombie behind.
-void expect_detached(const started_program_t& start) {
+// Whether the started program still runs; it must not be our child (the
+// launch reparents it), and the launch must leave no zombie behind.
+bool expect_detached(const started_program_t& start) {
   long parent = 0;
   char state = 0;
-  if (orvix1_test::read_process_state(start.pid, parent, state)) {
+  const bool running = orvix1_test::read_process_state(start.pid, parent, state);
+  if (running) {
     EXPECT_NE(parent, static_cast<long>(::getpid())) << "the program is a child of the host";
   }
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
-}
-
-std::string warnings_of(const orvix1_test::log_capture_t& capture) {
-  std::string text;
-  for (const auto& entry : capture.entries()) text += entry.message + "\n";
-  return text;
+  return running;
 }
 
 TEST(ExternalApps, LaunchReturnsWhileTheProgramRunsOnAsNoChildOfTheHost) {
@@ -45,11 +41,7 @@ TEST(ExternalApps, LaunchReturnsWhileTheProgramRunsOnAsNoChildOfTheHost) {
   ASSERT_TRUE(start.started);
   EXPECT_THAT(start.arguments, ElementsAre("two words", "", "-x"));
   // It waits for its release, so it must still be running now.
-  long parent = 0;
-  char state = 0;
-  EXPECT_TRUE(orvix1_test::read_process_state(start.pid, parent, state))
-      << "the launch waited for the program to end";
-  expect_detached(start);
+  EXPECT_TRUE(expect_detached(start)) << "the launch waited for the program to end";
   fakes.release("viewer");
   EXPECT_TRUE(fakes.wait_for_end("viewer"));
 }
@@ -64,7 +56,8 @@ TEST(ExternalApps, ProgramsThatCannotBeExecutedReportTheirErrno) {
   EXPECT_FALSE(orvix1::run_app_with_params("", {}));
 
   // The reasons came from the children's failed execs.
-  const std::string warnings = warnings_of(capture);
+  std::string warnings;
+  for (const auto& entry : capture.entries()) warnings += entry.message + "\n";
   EXPECT_THAT(warnings, HasSubstr("'orvix-no-such-program': " + std::string(std::strerror(ENOENT))));
   EXPECT_THAT(warnings, HasSubstr("text-file': " + std::string(std::strerror(EACCES))));
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());

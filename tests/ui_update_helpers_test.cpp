@@ -20,9 +20,7 @@ class StyleUpdater : public ::testing::Test {
     m_inner = new wxPanel(m_outer);
     m_deepest = new wxPanel(m_inner);
     m_side = new wxPanel(m_frame);
-    for (wxWindow* window : {static_cast<wxWindow*>(m_frame), static_cast<wxWindow*>(m_outer),
-                             static_cast<wxWindow*>(m_inner), static_cast<wxWindow*>(m_deepest),
-                             static_cast<wxWindow*>(m_side)})
+    for (wxWindow* window : std::initializer_list<wxWindow*>{m_frame, m_outer, m_inner, m_deepest, m_side})
       window->SetBackgroundColour(k_untouched);
   }
   void TearDown() override {
@@ -48,6 +46,7 @@ TEST_F(StyleUpdater, DepthZeroStylesTheRootAndTheExceptions) {
   EXPECT_EQ(m_frame->GetBackgroundColour(), k_untouched);  // create() applies nothing
   updater.propagate_style();
 
+  // The dialog style: the face colour and the normal font.
   EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_face));
   EXPECT_EQ(m_frame->GetFont(), m_settings->get_font(font_normal));
   EXPECT_EQ(m_outer->GetBackgroundColour(), k_untouched);
@@ -60,7 +59,7 @@ TEST_F(StyleUpdater, DepthOneReachesDirectChildrenAndExceptionsKeepTheirStyle) {
   style_updater_t updater(m_frame, style_t::create_inplace_style(), 1);
   updater.add(m_side, style_t(-1, color_note_bg, -1));
   updater.propagate_style();
-  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_window_bg));
+  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_window_bg));  // the in-place style
   EXPECT_EQ(m_outer->GetBackgroundColour(), palette(color_window_bg));
   EXPECT_EQ(m_side->GetBackgroundColour(), palette(color_note_bg));
   EXPECT_EQ(m_inner->GetBackgroundColour(), k_untouched);
@@ -103,11 +102,6 @@ TEST_F(StyleUpdater, NullWindowAssertsAndIsSkipped) {
   EXPECT_EQ(asserts[0].condition, "wnd");
   EXPECT_EQ(asserts[0].function, "set_font_and_colors");
   EXPECT_EQ(asserts[0].line, 111);
-}
-
-TEST(StyleFactories, DialogAndInplaceStyles) {
-  EXPECT_EQ(style_t::create_dialog_style(), style_t(font_normal, color_face, -1));
-  EXPECT_EQ(style_t::create_inplace_style(), style_t(font_normal, color_window_bg, -1));
 }
 
 }  // namespace

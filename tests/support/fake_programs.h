@@ -3,9 +3,9 @@
 
 // Fake external programs for launch tests: shell scripts in a scratch folder
 // that becomes the whole PATH while the object lives. A fake viewer records
-// how it was started in a marker file (written whole, by rename); a fake
-// "whereis" records each name it is asked for and knows only the fake
-// programs of the folder.
+// how it was started in a marker file (written whole, by rename, so a reader
+// never sees half of it); a fake "whereis" records each name it is asked for
+// and knows only the fake programs of the folder.
 
 #include <chrono>
 #include <cstdlib>
@@ -22,7 +22,24 @@
 
 namespace orvix1_test {
 
-// How a fake viewer was started.
+inline std::vector<std::string> lines_of(const std::string& text) {
+  std::vector<std::string> result;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) result.push_back(line);
+  return result;
+}
+
+// Waits for a file the launched program writes: it runs in a process of its
+// own, so there is nothing to pump; gives up after 10 s.
+inline bool wait_for_file(const std::string& path) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (::access(path.c_str(), F_OK) != 0) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return true;
+}
+
 struct started_program_t {
   bool started = false;
   long pid = 0;
@@ -32,12 +49,9 @@ struct started_program_t {
 class fake_programs_t {
  public:
   // `path_tail` follows the fake folder in PATH ("" for nothing else).
-  explicit fake_programs_t(const std::string& path_tail = "") {
-    const char* path = std::getenv("PATH");
-    m_saved_path = path != nullptr ? path : "";
+  explicit fake_programs_t(const std::string& path_tail = "") : m_saved_path(std::getenv("PATH")) {
     ::mkdir(bin().c_str(), 0755);
-    const std::string new_path = path_tail.empty() ? bin() : bin() + ":" + path_tail;
-    ::setenv("PATH", new_path.c_str(), 1);
+    ::setenv("PATH", (path_tail.empty() ? bin() : bin() + ":" + path_tail).c_str(), 1);
   }
   ~fake_programs_t() { ::setenv("PATH", m_saved_path.c_str(), 1); }
   fake_programs_t(const fake_programs_t&) = delete;
@@ -47,44 +61,29 @@ class fake_programs_t {
   std::string bin() const { return m_folder.file("bin"); }
   std::string program(const std::string& name) const { return bin() + "/" + name; }
 
-  // A viewer that records its process id and arguments, then ends.
-  void add_viewer(const std::string& name) const { add_script(name, record_start(name)); }
-
-  // A viewer that records its start like add_viewer, then runs on until
-  // release() (or for 10 s at most) and records its end.
+  void add_viewer(const std::string& name) const { add_file(name, record_start(name), 0755); }
+  // Records its start, then runs on until release() (10 s at most) and
+  // records its end.
   void add_lingering_viewer(const std::string& name) const {
-    const std::string release = m_folder.file(name + ".release");
-    add_script(name, record_start(name) + "i=0\nwhile [ ! -e '" + release +
-                         "' ] && [ $i -lt 1000 ]; do /bin/sleep 0.01; i=$((i+1)); done\n: > '" +
-                         m_folder.file(name + ".ended") + "'\n");
+    add_file(name, record_start(name) + "i=0\nwhile [ ! -e '" + m_folder.file(name + ".release") +
+                       "' ] && [ $i -lt 1000 ]; do /bin/sleep 0.01; i=$((i+1)); done\n: > '" +
+                       m_folder.file(name + ".ended") + "'\n", 0755);
   }
   void release(const std::string& name) const { m_folder.write(name + ".release", ""); }
-  bool wait_for_end(const std::string& name) const {
-    return wait_for_file(m_folder.file(name + ".ended"));
-  }
-
-  // A "whereis" that logs the names asked for and finds only fake programs.
+  bool wait_for_end(const std::string& name) const { return wait_for_file(m_folder.file(name + ".ended")); }
   void add_whereis() const {
-    const std::string calls = m_folder.file("whereis.calls");
-    add_script("whereis", "echo \"$1\" >> '" + calls + "'\nif [ -x '" + bin() +
-                              "'/\"$1\" ]; then echo \"$1: " + bin() +
-                              "/$1\"; else echo \"$1:\"; fi\n");
+    add_file("whereis", "echo \"$1\" >> '" + m_folder.file("whereis.calls") + "'\nif [ -x '" + bin() +
+                            "'/\"$1\" ]; then echo \"$1: " + bin() + "/$1\"; else echo \"$1:\"; fi\n", 0755);
   }
+  void add_non_executable(const std::string& name) const { add_file(name, "not a program\n", 0644); }
 
-  // A file by that name that cannot be executed.
-  void add_non_executable(const std::string& name) const {
-    std::ofstream(program(name)) << "not a program\n";
-    ::chmod(program(name).c_str(), 0644);
-  }
+  std::vector<std::string> whereis_calls() const { return lines_of(m_folder.read("whereis.calls")); }
 
-  // The names the fake "whereis" was asked for, in order.
-  std::vector<std::string> whereis_calls() const { return lines(m_folder.read("whereis.calls")); }
-
-  // Waits (bounded) until the viewer `name` has recorded its start.
   started_program_t wait_for_start(const std::string& name) const {
     started_program_t start;
-    if (!wait_for_file(m_folder.file(name + ".started"))) return start;
-    const std::vector<std::string> recorded = lines(m_folder.read(name + ".started"));
+    const std::string marker = m_folder.file(name + ".started");
+    const std::vector<std::string> recorded = wait_for_file(marker) ? lines_of(m_folder.read(name + ".started"))
+                                                                    : std::vector<std::string>();
     if (recorded.size() < 2) return start;
     start.started = true;
     start.pid = std::stol(recorded[0]);
@@ -93,65 +92,43 @@ class fake_programs_t {
   }
 
  private:
-  // Script lines that write the process id, the argument count and the
-  // arguments to the start marker, whole.
+  // Script lines writing the process id, the argument count and the arguments.
   std::string record_start(const std::string& name) const {
     const std::string marker = m_folder.file(name + ".started");
-    return "printf '%s\\n' \"$$\" \"$#\" \"$@\" > '" + marker + ".part' && /bin/mv '" + marker +
-           ".part' '" + marker + "'\n";
+    return "printf '%s\\n' \"$$\" \"$#\" \"$@\" > '" + marker + ".part' && /bin/mv '" + marker + ".part' '" +
+           marker + "'\n";
   }
-
-  static bool wait_for_file(const std::string& path) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (::access(path.c_str(), F_OK) != 0) {
-      if (std::chrono::steady_clock::now() > deadline) return false;
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-  }
-
-  void add_script(const std::string& name, const std::string& body) const {
-    std::ofstream(program(name)) << "#!/bin/sh\n" << body;
-    ::chmod(program(name).c_str(), 0755);
-  }
-
-  static std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) result.push_back(line);
-    return result;
+  void add_file(const std::string& name, const std::string& body, mode_t mode) const {
+    std::ofstream(program(name)) << (mode & 0100 ? "#!/bin/sh\n" : "") << body;
+    ::chmod(program(name).c_str(), mode);
   }
 
   scratch_folder_t m_folder;
   std::string m_saved_path;
 };
 
-// The parent process id of `pid` and whether it is a zombie, from /proc;
-// false when the process is gone.
+// The parent process id of `pid` and its state letter, from /proc; false when
+// the process is gone.
 inline bool read_process_state(long pid, long& parent, char& state) {
   std::ifstream stat_file("/proc/" + std::to_string(pid) + "/stat");
-  std::string text((std::istreambuf_iterator<char>(stat_file)), std::istreambuf_iterator<char>());
+  const std::string text((std::istreambuf_iterator<char>(stat_file)), std::istreambuf_iterator<char>());
   const std::string::size_type name_end = text.rfind(')');
-  if (name_end == std::string::npos) return false;
-  std::istringstream fields(text.substr(name_end + 1));
+  std::istringstream fields(name_end == std::string::npos ? "" : text.substr(name_end + 1));
   return static_cast<bool>(fields >> state >> parent);
 }
 
-// Zombie children of this process.
 inline std::vector<long> zombie_children() {
   std::vector<long> zombies;
   DIR* proc = ::opendir("/proc");
-  if (proc == nullptr) return zombies;
-  while (const dirent* entry = ::readdir(proc)) {
+  while (const dirent* entry = proc != nullptr ? ::readdir(proc) : nullptr) {
     char* end = nullptr;
     const long pid = std::strtol(entry->d_name, &end, 10);
     long parent = 0;
     char state = 0;
-    if (*end == '\0' && pid > 0 && read_process_state(pid, parent, state) &&
-        parent == ::getpid() && state == 'Z')
+    if (*end == '\0' && pid > 0 && read_process_state(pid, parent, state) && parent == ::getpid() && state == 'Z')
       zombies.push_back(pid);
   }
-  ::closedir(proc);
+  if (proc != nullptr) ::closedir(proc);
   return zombies;
 }
 

@@ -1,19 +1,17 @@
 #ifndef ORVIX1_TESTS_WX_TEST_ENVIRONMENT_H
 #define ORVIX1_TESTS_WX_TEST_ENVIRONMENT_H
 
-// The environment starts wx like a host does: wxEntryStart, then one
-// initialize_wxwidgets(nullptr) that the environment's tear-down cleans up
-// again (the last clean-up ends wxWidgets).
-//
-// One wx application per test process, started by a global test environment
-// (so listing the tests needs no display), and the helpers the tests share.
+// One wx application per test process, started like a host does by a global
+// test environment (so listing the tests needs no display): wxEntryStart, then
+// one initialize_wxwidgets(nullptr) that the tear-down cleans up again (the
+// last clean-up ends wxWidgets). And the helpers the tests share.
 
 #include <functional>
 #include <memory>
-
-#include <wx/timer.h>
 #include <string>
 #include <vector>
+
+#include <wx/timer.h>
 
 namespace orvix1_test {
 

@@ -45,8 +45,8 @@ void start_wx() {
 
 void stop_loop() {
   delete g_activator;
-  g_activator = nullptr;
   delete g_loop;
+  g_activator = nullptr;
   g_loop = nullptr;
 }
 
