@@ -8,6 +8,7 @@
 #include <wx/dcmemory.h>
 #include <wx/frame.h>
 
+#include "orvix1/elements/bindings.h"
 #include "orvix1/ui_settings.h"
 #include "support/fake_element_host.h"
 #include "support/paint_canvas.h"
@@ -23,21 +24,6 @@ using orvix1_test::take_asserts;
 
 using text_ptr_t = talvar2::intrusive_pointer_t<TextElement>;
 constexpr int k_top_left = UIElement::pfLeft | UIElement::pfTop;
-
-// Writes down what a text element signals.
-class text_listener_t : public talvar2::subscriber_base_t {
- public:
-  void listen(TextElement& text) {
-    text.SizeChanged.connect(this, &text_listener_t::on_size);
-    text.TruncationChanged.connect(this, &text_listener_t::on_truncation);
-  }
-  std::vector<wxSize> sizes;
-  std::vector<bool> truncations;
-
- private:
-  void on_size(wxSize size) { sizes.push_back(size); }
-  void on_truncation(bool truncated) { truncations.push_back(truncated); }
-};
 
 int width_in(wxDC& dc, const wxFont& font, const std::string& text) {
   dc.SetFont(font);
@@ -71,7 +57,9 @@ class TextElementTest : public ::testing::Test {
 
   text_ptr_t make_text(const std::string& text) {
     text_ptr_t element(new TextElement(m_root, k_top_left, text));
-    m_listener.listen(*element);
+    bindings::bind_signal(element, element->SizeChanged, [this](wxSize size) { m_sizes.push_back(size); });
+    bindings::bind_signal(element, element->TruncationChanged,
+                          [this](bool truncated) { m_truncations.push_back(truncated); });
     m_host.holder_requests = 0;
     return element;
   }
@@ -103,7 +91,8 @@ class TextElementTest : public ::testing::Test {
   talvar2::intrusive_pointer_t<ui_settings_configure_t> m_palette{new ui_settings_configure_t};
   element_ptr_t m_root{new UIElement()};
   fake_element_host_t m_host{m_root, wxRect(0, 0, 300, 100)};
-  text_listener_t m_listener;
+  std::vector<wxSize> m_sizes;  // as signalled
+  std::vector<bool> m_truncations;
   wxFrame* m_frame = nullptr;
   wxWindow* m_window = nullptr;
 };
@@ -111,10 +100,6 @@ class TextElementTest : public ::testing::Test {
 // --- style --------------------------------------------------------------------
 
 TEST_F(TextElementTest, WithoutAStyleTheElementTakesThePaletteTextColourAndBoldFont) {
-  TextElement::default_style_t style;
-  EXPECT_EQ(style.get_color("clTextNormal"), wxColour(10, 20, 30));
-  EXPECT_EQ(style.get_font("fnNormalBold"), m_bold);
-
   text_ptr_t text = make_text("label");
   EXPECT_NE(dynamic_cast<TextElement::default_style_t*>(text->GetUiStyle().get()), nullptr);
   EXPECT_EQ(text->GetColor(), wxColour(10, 20, 30));
@@ -146,8 +131,8 @@ TEST_F(TextElementTest, ExplicitFontAndColourSurviveStyleChangesWhileStyleValues
   m_palette->set_font(font_normal_bold, bigger);
   style->on_ui_settings_updated();
   EXPECT_EQ(text->GetFont(), bigger);
-  ASSERT_FALSE(m_listener.sizes.empty());
-  EXPECT_EQ(m_listener.sizes.back().x, client_width(bigger, "label"));
+  ASSERT_FALSE(m_sizes.empty());
+  EXPECT_EQ(m_sizes.back().x, client_width(bigger, "label"));
 
   const wxFont chosen = wxFontInfo(9).Family(wxFONTFAMILY_MODERN);
   text->SetFont(chosen);
@@ -172,11 +157,11 @@ TEST_F(TextElementTest, StyleColourIsFollowedUntilSetColorLocksIt) {
   text->GetUiStyle()->on_ui_settings_updated();
   EXPECT_EQ(text->GetColor(), wxColour(90, 90, 90));
 
-  m_listener.sizes.clear();
+  m_sizes.clear();
   m_host.holder_requests = 0;
   text->SetColor(wxColour(1, 2, 3));
   EXPECT_GT(m_host.holder_requests, 0);  // repainted
-  EXPECT_TRUE(m_listener.sizes.empty());  // but not measured again
+  EXPECT_TRUE(m_sizes.empty());  // but not measured again
 }
 
 // --- size ---------------------------------------------------------------------
@@ -190,14 +175,14 @@ TEST_F(TextElementTest, SizeIsTheTextExtentAndIsSignalledOnEveryRecompute) {
   dc.SetFont(m_bold);
   const wxSize extent = dc.GetTextExtent("Hello, world");
   EXPECT_EQ(text->GetSize(), extent);
-  EXPECT_EQ(m_listener.sizes, std::vector<wxSize>{extent});
+  EXPECT_EQ(m_sizes, std::vector<wxSize>{extent});
   EXPECT_GT(m_host.holder_requests, 0);
 
   // Switching the mode back and forth measures again each time, with the
   // same result for one line.
   text->SetMultilineMode(true);
   text->SetMultilineMode(false);
-  EXPECT_EQ(m_listener.sizes, (std::vector<wxSize>{extent, extent, extent}));
+  EXPECT_EQ(m_sizes, (std::vector<wxSize>{extent, extent, extent}));
 
   text->SetText("");
   EXPECT_EQ(text->GetSize(), wxSize(0, 0));
@@ -207,7 +192,7 @@ TEST_F(TextElementTest, UnchangedTextOrFontNeitherMeasuresNorRepaints) {
   text_ptr_t text = make_text("same");
   text->SetText("same");
   text->SetFont(m_bold);  // equal to the style's font
-  EXPECT_TRUE(m_listener.sizes.empty());
+  EXPECT_TRUE(m_sizes.empty());
   EXPECT_EQ(m_host.holder_requests, 0);
 }
 
@@ -221,7 +206,7 @@ TEST_F(TextElementTest, MultilineSizeIsTheWidestLineByAllLines) {
   const wxSize one_line = dc.GetTextExtent("the longest line of all");
   EXPECT_EQ(text->GetSize().x, one_line.x);
   EXPECT_EQ(text->GetSize().y, 3 * one_line.y);
-  EXPECT_EQ(m_listener.sizes.back(), text->GetSize());
+  EXPECT_EQ(m_sizes.back(), text->GetSize());
 }
 
 TEST_F(TextElementTest, MinimumSizeIsNothingWhileResizable) {
@@ -241,7 +226,7 @@ TEST_F(TextElementTest, ATextThatFitsExactlyIsKeptAndOnePixelLessCutsIt) {
 
   EXPECT_EQ(text->AddEllipsis(label, full, false), label);
   EXPECT_FALSE(text->IsTruncated());
-  EXPECT_TRUE(m_listener.truncations.empty());
+  EXPECT_TRUE(m_truncations.empty());
 
   wxClientDC dc(m_window);
   const std::string cut = text->AddEllipsis(label, full - 1, false);
@@ -254,7 +239,7 @@ TEST_F(TextElementTest, ATextThatFitsExactlyIsKeptAndOnePixelLessCutsIt) {
   // Forced, even a fitting text gets its ellipsis.
   const std::string forced = text->AddEllipsis(label, full, true);
   EXPECT_EQ(forced, expected_cut(dc, m_bold, label, full));
-  EXPECT_EQ(m_listener.truncations, std::vector<bool>{true});
+  EXPECT_EQ(m_truncations, std::vector<bool>{true});
 }
 
 TEST_F(TextElementTest, WidthBelowTheEllipsisDrawsNothingAndCountsAsCut) {
@@ -263,7 +248,7 @@ TEST_F(TextElementTest, WidthBelowTheEllipsisDrawsNothingAndCountsAsCut) {
   const int dots = memory_width("...");
   EXPECT_EQ(inked(draw(*text, wxRect(0, 0, dots - 1, 30)), wxRect(0, 0, 200, 40)), 0);
   EXPECT_TRUE(text->IsTruncated());
-  EXPECT_EQ(m_listener.truncations, std::vector<bool>{true});
+  EXPECT_EQ(m_truncations, std::vector<bool>{true});
   EXPECT_EQ(text->AddEllipsis("Some label", dots - 1, false), "");
 }
 
@@ -273,7 +258,7 @@ TEST_F(TextElementTest, TruncationIsSignalledOnlyWhenItChanges) {
   const wxRect narrow(0, 0, 60, 30);
   const wxRect wide(0, 0, memory_width(label), 30);
   for (const wxRect& rect : {narrow, narrow, wide, wide}) draw(*text, rect);
-  EXPECT_EQ(m_listener.truncations, (std::vector<bool>{true, false}));
+  EXPECT_EQ(m_truncations, (std::vector<bool>{true, false}));
   EXPECT_FALSE(text->IsTruncated());
 }
 
@@ -312,7 +297,7 @@ TEST_F(TextElementTest, WithoutTruncationOrInMultilineModeNoEllipsisIsAdded) {
   text->SetMultilineMode(true);
   EXPECT_GT(inked(draw(*text, narrow), narrow), 0);
   EXPECT_FALSE(text->IsTruncated());
-  EXPECT_TRUE(m_listener.truncations.empty());
+  EXPECT_TRUE(m_truncations.empty());
 }
 
 // Cutting goes by bytes: the last character of "ééééé" is split and the
