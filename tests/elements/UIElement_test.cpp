@@ -7,6 +7,7 @@
 
 #include "support/assert_texts.h"
 #include "elements/adapter_fixture.h"
+#include "orvix1/elements/bindings.h"
 #include "support/fake_element_host.h"
 #include "support/wx_test_environment.h"
 
@@ -229,19 +230,11 @@ TEST_F(UIElementTest, TabOrdersOfNewChildren) {
 
 TEST_F(UIElementTest, TreeOperationsAndTheirSignals) {
   // Names are read at the end: a child joins its parent before it has one.
-  struct watcher_t : talvar2::subscriber_base_t {
-    std::vector<std::pair<char, element_ptr_t>> events;
-    void added(element_ptr_t, element_ptr_t child) { events.emplace_back('+', child); }
-    void removed(element_ptr_t, element_ptr_t child) { events.emplace_back('-', child); }
-    log_t names() const {
-      log_t result;
-      for (const auto& event : events) result.push_back(event.first + event.second->GetTestID());
-      return result;
-    }
-  } watcher;
-  m_root->ChildAdded.connect(&watcher, &watcher_t::added);
-  m_root->ChildRemoved.connect(&watcher, &watcher_t::removed);
-
+  std::vector<std::pair<char, element_ptr_t>> events;
+  const unsigned long added = bindings::bind_signal(
+      m_root, m_root->ChildAdded, [&](element_ptr_t, element_ptr_t child) { events.emplace_back('+', child); });
+  const unsigned long removed = bindings::bind_signal(
+      m_root, m_root->ChildRemoved, [&](element_ptr_t, element_ptr_t child) { events.emplace_back('-', child); });
   probe_ptr_t a = probe(m_root, k_left, wxSize(1, 1), "a");
   probe_ptr_t b = probe(m_root, k_left, wxSize(1, 1), "b");
   probe_ptr_t c = probe(m_root, k_left, wxSize(1, 1), "c");
@@ -266,7 +259,11 @@ TEST_F(UIElementTest, TreeOperationsAndTheirSignals) {
   b->Destroy();
   EXPECT_TRUE(b->IsDestroyed());
   EXPECT_EQ(order(), "dc");
-  EXPECT_EQ(watcher.names(), (log_t{"+a", "+b", "+c", "-a", "+d", "-b"}));
+  std::string names;
+  for (const auto& event : events) names += event.first + event.second->GetTestID() + " ";
+  EXPECT_EQ(names, "+a +b +c -a +d -b ");
+  bindings::unbind(m_root, added);  // `events` goes before the root
+  bindings::unbind(m_root, removed);
 
   // Misuse is reported and changes nothing.
   m_root->AddChild(c);

@@ -1,4 +1,6 @@
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <wx/frame.h>
@@ -85,39 +87,36 @@ class RectangleElementTest : public ::testing::Test {
   hosted_t<shape_probe_t> m_hosted;
 };
 
-TEST_F(RectangleElementTest, ABorderOfOnePixelRunsAlongTheWholeRectangle) {
-  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(0, 0, 20, 20));
-  const paint_canvas_t canvas = draw();
-  // The pen's round joins soften the four corner pixels.
-  EXPECT_TRUE(canvas.all(wxRect(1, 0, 18, 1), k_blue));
-  EXPECT_TRUE(canvas.all(wxRect(1, 19, 18, 1), k_blue));
-  EXPECT_TRUE(canvas.all(wxRect(0, 1, 1, 18), k_blue));
-  EXPECT_TRUE(canvas.all(wxRect(19, 1, 1, 18), k_blue));
-  EXPECT_TRUE(canvas.all(wxRect(1, 1, 18, 18), k_red));
-  EXPECT_TRUE(canvas.all(wxRect(20, 0, 10, 30), k_white));
-  EXPECT_TRUE(canvas.all(wxRect(0, 20, 30, 10), k_white));
-}
-
-TEST_F(RectangleElementTest, WiderBordersMoveTheShapeInByTwoAndShrinkItByTheThickness) {
-  rect().SetBorderThickness(2);
-  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(2, 2, 18, 18));
-  EXPECT_EQ(rect().GetShapeRect(wxRect(5, 7, 20, 20)), wxRect(7, 9, 18, 18));
-  paint_canvas_t canvas = draw();
-  // The pen is centred on the shape's outline: two pixels from x = 1.
-  EXPECT_EQ(canvas.at(0, 10), k_white);
-  EXPECT_TRUE(canvas.all(wxRect(1, 10, 2, 1), k_blue));
-  EXPECT_EQ(canvas.at(3, 10), k_red);
-  EXPECT_EQ(canvas.at(19, 10), k_blue);
-  EXPECT_EQ(canvas.at(20, 10), k_white);
-
-  rect().SetBorderThickness(3);
-  EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), wxRect(2, 2, 17, 17));
-  canvas = draw();
-  EXPECT_EQ(canvas.at(10, 0), k_white);
-  EXPECT_TRUE(canvas.all(wxRect(10, 1, 1, 3), k_blue));
-  EXPECT_EQ(canvas.at(10, 4), k_red);
-  EXPECT_TRUE(canvas.all(wxRect(10, 17, 1, 3), k_blue));
-  EXPECT_EQ(canvas.at(10, 20), k_white);
+// Wider borders move the shape in by two and shrink it by the thickness;
+// the pen is centred on the shape's outline.
+TEST_F(RectangleElementTest, BordersOfOneTwoAndThreePixels) {
+  struct border_case_t {
+    int thickness;
+    wxRect shape;
+    std::vector<std::pair<wxRect, wxColour>> spans;
+  };
+  const border_case_t cases[] = {
+      // The pen's round joins soften the four corner pixels.
+      {1, wxRect(0, 0, 20, 20),
+       {{wxRect(1, 0, 18, 1), k_blue}, {wxRect(1, 19, 18, 1), k_blue}, {wxRect(0, 1, 1, 18), k_blue},
+        {wxRect(19, 1, 1, 18), k_blue}, {wxRect(1, 1, 18, 18), k_red}, {wxRect(20, 0, 10, 30), k_white},
+        {wxRect(0, 20, 30, 10), k_white}}},
+      {2, wxRect(2, 2, 18, 18),
+       {{wxRect(0, 10, 1, 1), k_white}, {wxRect(1, 10, 2, 1), k_blue}, {wxRect(3, 10, 1, 1), k_red},
+        {wxRect(19, 10, 1, 1), k_blue}, {wxRect(20, 10, 1, 1), k_white}}},
+      {3, wxRect(2, 2, 17, 17),
+       {{wxRect(10, 0, 1, 1), k_white}, {wxRect(10, 1, 1, 3), k_blue}, {wxRect(10, 4, 1, 1), k_red},
+        {wxRect(10, 17, 1, 3), k_blue}, {wxRect(10, 20, 1, 1), k_white}}},
+  };
+  for (const border_case_t& c : cases) {
+    SCOPED_TRACE(c.thickness);
+    rect().SetBorderThickness(c.thickness);
+    EXPECT_EQ(rect().GetShapeRect(wxRect(0, 0, 20, 20)), c.shape);
+    const paint_canvas_t canvas = draw();
+    for (const auto& span : c.spans)
+      EXPECT_TRUE(canvas.all(span.first, span.second)) << span.first.x << "," << span.first.y;
+  }
+  EXPECT_EQ(rect().GetShapeRect(wxRect(5, 7, 20, 20)), wxRect(7, 9, 17, 17));
 }
 
 TEST_F(RectangleElementTest, AHiddenBorderIsDrawnInTheFillColourOverTheSameArea) {
