@@ -154,10 +154,10 @@ TEST(UiSettings, MonitorIsHiddenAndGoesWithItsStore) {
   EXPECT_EQ(settings->get_colors_monitor(), nullptr);
 }
 
+// Names as the gallery prints them; an index out of range has none.
 TEST(UiSettings, IndexNamesAndOutOfRange) {
   EXPECT_STREQ(get_color_name(color_note_text), "color_note_text");
   EXPECT_STREQ(get_color_name(static_cast<default_colors_t>(26)), "");
-  EXPECT_STREQ(get_font_name(font_fixed_bold), "font_fixed_bold");
   EXPECT_STREQ(get_metric_name(static_cast<default_metrics_t>(-1)), "");
 }
 
