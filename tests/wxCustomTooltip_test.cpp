@@ -1,20 +1,18 @@
 #include "orvix1/wxCustomTooltip.h"
 
-#include <gtest/gtest.h>
+#include <utility>
+
 #include <wx/display.h>
-#include <wx/frame.h>
-#include <wx/panel.h>
 
 #include "orvix1/ui_settings.h"
-#include "support/wx_test_environment.h"
+#include "support/tab_fixture.h"
 
 namespace {
 
+using namespace orvix1_test;
 using orvix1::wxCustomTooltip;
-using orvix1_test::pump_events;
-using orvix1_test::take_asserts;
 
-// A tooltip whose idea of the pointer a test sets.
+// A tooltip whose idea of the pointer and of the work area a test sets.
 class tooltip_probe_t : public wxCustomTooltip {
  public:
   wxPoint mouse{100, 100};
@@ -27,38 +25,26 @@ class tooltip_probe_t : public wxCustomTooltip {
   }
 };
 
-class CustomTooltip : public ::testing::Test {
+class CustomTooltip : public tab_frame_test_t {
  protected:
   void SetUp() override {
-    take_asserts();
-    m_frame = new wxFrame(nullptr, wxID_ANY, "target", wxPoint(50, 50), wxSize(300, 200));
-    auto* panel = new wxPanel(m_frame);
-    m_target = new wxWindow(panel, wxID_ANY, wxPoint(10, 10), wxSize(100, 40));
-    m_frame->Show();
-    pump_events();
+    tab_frame_test_t::SetUp();
+    m_target = new wxWindow(m_host, wxID_ANY, wxPoint(10, 10), wxSize(100, 40));
     m_tooltip = new tooltip_probe_t;
     m_tooltip->SetText("Save the document");
     m_tooltip->Attach(m_target);
   }
   void TearDown() override {
     if (m_tooltip != nullptr) m_tooltip->Destroy();
-    m_frame->Destroy();
-    pump_events();
+    tab_frame_test_t::TearDown();
   }
-
-  void enter_target(wxEventType type = wxEVT_ENTER_WINDOW) {
-    wxMouseEvent event(type);
-    event.SetEventObject(m_target);
-    m_target->GetEventHandler()->ProcessEvent(event);
-  }
-  void leave_target() { enter_target(wxEVT_LEAVE_WINDOW); }
+  void enter_target() { send_mouse(m_target, wxEVT_ENTER_WINDOW, wxPoint(1, 1)); }
   int palette_delay() const {
     return orvix1::ui_settings_t::get()->get_metric(orvix1::metric_tooltip_delay);
   }
-
+  // Holds the settings the tooltips read their metrics, font and colours from.
   talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> m_settings =
       orvix1::ui_settings_configure_t::get();
-  wxFrame* m_frame = nullptr;
   wxWindow* m_target = nullptr;
   tooltip_probe_t* m_tooltip = nullptr;
 };
@@ -72,10 +58,8 @@ TEST_F(CustomTooltip, ShowDelaysComeFromThePaletteAndLaterHoversAreFaster) {
 
   m_tooltip->GetShowTimer().Notify();  // the delay has passed
   EXPECT_TRUE(m_tooltip->IsShown());
-  EXPECT_FALSE(m_tooltip->IsFirstShow());
   EXPECT_EQ(m_tooltip->GetHideTimer().GetInterval(), palette_delay() * 10);
-
-  leave_target();
+  send_mouse(m_target, wxEVT_LEAVE_WINDOW, wxPoint(-1, -1));
   EXPECT_FALSE(m_tooltip->IsShown());
   enter_target();
   EXPECT_EQ(m_tooltip->GetShowTimer().GetInterval(), palette_delay() / 5);
@@ -87,101 +71,66 @@ TEST_F(CustomTooltip, ZeroShowDelayPopsUpAtOnceAndZeroHideDelayNeverShows) {
   EXPECT_TRUE(m_tooltip->IsShown());
   m_tooltip->GetHideTimer().Notify();
   EXPECT_FALSE(m_tooltip->IsShown());
+  enter_target();
+  m_target->Hide();  // hiding the target hides its tooltip
+  EXPECT_FALSE(m_tooltip->IsShown());
+  m_target->Show();
 
   m_tooltip->SetHideDelay(0);
   enter_target();
   EXPECT_FALSE(m_tooltip->IsShown());
-
   m_tooltip->SetHideDelay(-1);
-  m_tooltip->SetText("");
+  m_tooltip->SetText("");  // nor does an empty text
   enter_target();
   EXPECT_FALSE(m_tooltip->IsShown());
 }
 
-TEST_F(CustomTooltip, HidingTheTargetHidesTheTooltip) {
-  m_tooltip->SetShowDelay(0);
-  enter_target();
-  ASSERT_TRUE(m_tooltip->IsShown());
-  m_target->Hide();
-  EXPECT_FALSE(m_tooltip->IsShown());
-}
-
-TEST_F(CustomTooltip, PlacedBesideThePointerInsideTheWorkArea) {
-  const wxRect area = wxDisplay(0u).GetClientArea();
-  m_tooltip->SetPositionOffset(wxPoint(4, 12));
-  const wxSize size = m_tooltip->CalculateSize();
-
-  m_tooltip->mouse = wxPoint(200, 300);
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition(), wxPoint(204, 312));
-  EXPECT_EQ(m_tooltip->GetSize(), size);
-
-  m_tooltip->mouse = wxPoint(area.GetRight() - 2, 300);  // pushed left, not flipped
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition().x, area.x + area.width - 1 - 4 - size.x);
-
-  m_tooltip->mouse = wxPoint(200, area.GetBottom() - 2);  // flipped above the pointer
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition().y, area.GetBottom() - 2 - 12 - size.y);
-
-  m_tooltip->SetText(std::string(400, 'W'));  // wider than the screen: at its left edge
-  m_tooltip->mouse = wxPoint(600, 300);
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition().x, area.x);
-
-  // A second monitor to the right, with a panel along its top: never past
-  // the work area's top-left corner.
-  m_tooltip->work_area = wxRect(2000, 40, 300, 20);  // narrower and lower than the tooltip
-  m_tooltip->mouse = wxPoint(2290, 45);
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition(), wxPoint(2000, 40));
-  m_tooltip->work_area = wxRect(2000, 40, 300, 200);
-  m_tooltip->SetText("short");
-  m_tooltip->mouse = wxPoint(2290, 100);
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition().x, 2000 + 300 - 1 - 4 - m_tooltip->GetSize().x);
-  m_tooltip->work_area = wxRect();
-
-  m_tooltip->SetCustomPosition(wxPoint(20, 30));  // stands in for the pointer
-  m_tooltip->SetText("short");
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition(), wxPoint(24, 42));
-  m_tooltip->ResetCustomPosition();
-  m_tooltip->mouse = wxPoint(200, 300);
-  m_tooltip->UpdateSizeAndPosition();
-  EXPECT_EQ(m_tooltip->GetPosition(), wxPoint(204, 312));
-}
-
-TEST_F(CustomTooltip, SizeIsTheTextWithMarginsAndBorder) {
-  const wxSize size = m_tooltip->CalculateSize();
+TEST_F(CustomTooltip, SizedToItsTextPlacedBesideThePointerInsideTheWorkArea) {
   wxClientDC dc(m_target);
   dc.SetFont(m_settings->get_font(orvix1::font_tooltip));
   const wxSize text = dc.GetTextExtent("Save the document");
+  const wxSize s = m_tooltip->CalculateSize();
   // Margins 3 + 2 each way and a one-pixel border on both sides.
-  EXPECT_EQ(size, wxSize(text.x + 5 + 2, text.y + 5 + 2));
+  EXPECT_EQ(s, wxSize(text.x + 5 + 2, text.y + 5 + 2));
+  m_tooltip->SetPositionOffset(wxPoint(4, 12));
+  const wxRect screen = wxDisplay(0u).GetClientArea();
+  const wxRect area(2000, 40, 900, 700);  // a second monitor; right 2899, bottom 739
+  const struct {
+    wxRect work_area;  // empty: the real one
+    wxPoint mouse, expected;
+    wxPoint custom = wxPoint(0, 0);  // stands in for the pointer unless (0, 0)
+  } cases[] = {
+      {wxRect(), {200, 300}, {204, 312}},
+      {wxRect(), {screen.GetRight() - 2, 300}, {screen.GetRight() - 4 - s.x, 312}},
+      {area, {2897, 300}, {2899 - 4 - s.x, 312}},   // pushed left, not flipped
+      {area, {2100, 737}, {2104, 737 - 12 - s.y}},  // flipped above the pointer
+      {wxRect(2000, 40, 50, 10), {2045, 45}, {2000, 40}},  // never past the top-left
+      {wxRect(), {200, 300}, {24, 42}, {20, 30}},
+      {wxRect(), {200, 300}, {204, 312}},  // the pointer again after a reset
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << "pointer " << c.mouse.x << "," << c.mouse.y);
+    m_tooltip->work_area = c.work_area;
+    m_tooltip->mouse = c.mouse;
+    m_tooltip->SetCustomPosition(c.custom);
+    m_tooltip->UpdateSizeAndPosition();
+    EXPECT_EQ(m_tooltip->GetRect(), wxRect(c.expected, s));
+  }
 }
 
 TEST_F(CustomTooltip, ClicksOnTheTooltipReachTheTarget) {
-  struct click_recorder_t {
-    wxPoint at{-1, -1};
-    void on_click(wxMouseEvent& event) { at = event.GetPosition(); }
-  } recorder;
-  m_target->Bind(wxEVT_LEFT_DOWN, &click_recorder_t::on_click, &recorder);
+  wxPoint clicked_at(-1, -1);
+  m_target->Bind(wxEVT_LEFT_DOWN, [&](wxMouseEvent& event) { clicked_at = event.GetPosition(); });
   m_tooltip->SetShowDelay(0);
   m_tooltip->mouse = m_target->GetScreenPosition() + wxPoint(150, 20);  // outside the target
   enter_target();
   ASSERT_TRUE(m_tooltip->IsShown());
-
-  wxMouseEvent click(wxEVT_LEFT_DOWN);
-  click.SetPosition(wxPoint(3, 4));
-  click.SetEventObject(m_tooltip);
-  m_tooltip->GetEventHandler()->ProcessEvent(click);
+  send_mouse(m_tooltip, wxEVT_LEFT_DOWN, wxPoint(3, 4));
   EXPECT_FALSE(m_tooltip->IsShown());
-  const wxPoint expected = m_target->ScreenToClient(m_tooltip->ClientToScreen(wxPoint(3, 4)));
-  EXPECT_EQ(recorder.at, expected);
+  EXPECT_EQ(clicked_at, m_target->ScreenToClient(m_tooltip->ClientToScreen(wxPoint(3, 4))));
 }
 
-TEST_F(CustomTooltip, TargetsAreOneTooltipEachAndForgottenWhenDestroyed) {
+TEST_F(CustomTooltip, OneTooltipPerTargetForgottenWithItsTargetAndReportedWhenDestroyed) {
   auto* second = new wxCustomTooltip;
   second->Attach(m_target);  // the target has one already
   second->Attach(nullptr);
@@ -195,18 +144,14 @@ TEST_F(CustomTooltip, TargetsAreOneTooltipEachAndForgottenWhenDestroyed) {
   pump_events();
   EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(m_target), nullptr);
   EXPECT_EQ(m_tooltip->GetTarget(), nullptr);
-  EXPECT_FALSE(m_tooltip->AcceptsFocus());
-}
 
-TEST_F(CustomTooltip, DestroyingATooltipTellsItsListeners) {
   struct listener_t : talvar2::subscriber_base_t {
     wxCustomTooltip* gone = nullptr;
     void on_destroyed(wxCustomTooltip* tooltip) { gone = tooltip; }
   } listener;
   wxCustomTooltip::GetDestroyedSignal().connect(&listener, &listener_t::on_destroyed);
-  wxCustomTooltip* tooltip = m_tooltip;
-  m_tooltip->Destroy();
-  m_tooltip = nullptr;
+  wxCustomTooltip* tooltip = std::exchange(m_tooltip, nullptr);
+  tooltip->Destroy();
   pump_events();
   EXPECT_EQ(listener.gone, tooltip);
   EXPECT_TRUE(wxCustomTooltip::IsTooltipsMapEmpty());

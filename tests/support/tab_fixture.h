@@ -1,8 +1,8 @@
 #ifndef ORVIX1_TESTS_TAB_FIXTURE_H
 #define ORVIX1_TESTS_TAB_FIXTURE_H
 
-// A shown frame to put tab widgets in, mouse input sent as wx delivers it,
-// and recorders for the widgets' signals.
+// A shown frame to put widgets in, mouse input sent as wx delivers it, and
+// recorders for the widgets' signals.
 
 #include <vector>
 
@@ -10,41 +10,42 @@
 #include <wx/frame.h>
 #include <wx/panel.h>
 
+#include "orvix1/wxTabButton.h"
 #include "support/wx_test_environment.h"
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
 class wxTabPanel;
 }
-
 namespace orvix1_test {
 
+// Fails a test that leaves a wx assertion unchecked.
 class tab_frame_test_t : public ::testing::Test {
  protected:
   void SetUp() override {
     take_asserts();
-    m_frame = new wxFrame(nullptr, wxID_ANY, "tabs", wxPoint(0, 0), wxSize(800, 200));
-    // A frame stretches a lone child: the widgets sit in a panel.
-    m_host = new wxPanel(m_frame);
+    m_frame = new wxFrame(nullptr, wxID_ANY, "widgets", wxPoint(0, 0), wxSize(900, 500));
+    m_host = new wxPanel(m_frame);  // a frame would stretch a lone widget
     m_frame->Show();
     pump_events();
   }
   void TearDown() override {
     m_frame->Destroy();
     pump_events();
-    EXPECT_TRUE(take_asserts().empty());
+    for (const recorded_assert_t& left : take_asserts())
+      ADD_FAILURE() << "unchecked assertion " << left.condition << " at " << left.file << ':'
+                    << left.line;
   }
-
   wxFrame* m_frame = nullptr;
   wxPanel* m_host = nullptr;
 };
 
-inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at) {
+inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at, bool left = false) {
   wxMouseEvent event(type);
   event.SetPosition(at);
   event.SetEventObject(window);
   event.SetId(window->GetId());
-  event.m_leftDown = type == wxEVT_LEFT_DOWN;
+  event.m_leftDown = left || type == wxEVT_LEFT_DOWN;
   event.m_middleDown = type == wxEVT_MIDDLE_DOWN;
   window->GetEventHandler()->ProcessEvent(event);
 }
@@ -59,8 +60,15 @@ inline void click(wxWindow* window, const wxPoint& at, const wxPoint& release = 
   send_mouse(window, wxEVT_LEFT_UP, up);
 }
 
-inline wxPoint centre_of(const wxWindow* window) {
-  return wxPoint(window->GetClientSize().x / 2, window->GetClientSize().y / 2);
+// A point well inside the button's close cross.
+inline wxPoint cross_inside(orvix1::wxTabButton* button) {
+  const wxRect cross = button->CalculateCrossRect();
+  return wxPoint(cross.x + 4, cross.y + 4);
+}
+
+inline void middle_click(wxWindow* window, const wxPoint& at) {
+  send_mouse(window, wxEVT_MIDDLE_DOWN, at);
+  send_mouse(window, wxEVT_MIDDLE_UP, at);
 }
 
 // Records a strip's close requests and selections; vetoes closes unless
