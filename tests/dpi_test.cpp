@@ -40,19 +40,6 @@ class DpiScale : public ::testing::Test {
   gint m_saved_xft_dpi = 0;
 };
 
-// wx measures fonts with the desktop resolution as its scale; without one
-// it hands Pango a negative size, which Pango rejects (and keeps the
-// font's own size). Keeps those complaints out of the test output.
-class pango_criticals_muted_t {
- public:
-  pango_criticals_muted_t() : m_handler(g_log_set_handler("Pango", G_LOG_LEVEL_CRITICAL, ignore, nullptr)) {}
-  ~pango_criticals_muted_t() { g_log_remove_handler("Pango", m_handler); }
-
- private:
-  static void ignore(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
-  guint m_handler;
-};
-
 wxImage solid_image(int width, int height) {
   wxImage image(width, height);
   image.SetRGB(wxRect(0, 0, width, height), 12, 34, 56);
@@ -107,7 +94,11 @@ TEST_F(DpiScale, DesktopFactorIsCachedUntilForgotten) {
 }
 
 TEST_F(DpiScale, WithoutDesktopResolutionTheDefaultFontDecidesAndIsAskedAgain) {
-  pango_criticals_muted_t muted;
+  // wx measures fonts with the desktop resolution as its scale; without one
+  // it hands Pango a negative size, which Pango rejects (keeping the font's
+  // own size). Keeps those complaints out of the test output.
+  const guint muted = g_log_set_handler(
+      "Pango", G_LOG_LEVEL_CRITICAL, [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {}, nullptr);
   set_desktop_dpi(-1);
   ASSERT_LT(desktop_resolution(), 0.0);
   ASSERT_EQ(default_font_pixel_height(), 17);
@@ -116,6 +107,7 @@ TEST_F(DpiScale, WithoutDesktopResolutionTheDefaultFontDecidesAndIsAskedAgain) {
 
   set_desktop_dpi(96);
   EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
+  g_log_remove_handler("Pango", muted);
 }
 
 TEST_F(DpiScale, WindowSizeIsScaledAndPositionKept) {

@@ -11,32 +11,35 @@ namespace {
 using namespace orvix1;
 using orvix1_test::take_asserts;
 
+using colours_t = std::vector<wxColour>;
+
 // frame > outer > inner > deepest, and frame > side.
 class StyleUpdater : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_frame = new wxFrame(nullptr, wxID_ANY, "styled");
-    m_outer = new wxPanel(m_frame);
-    m_inner = new wxPanel(m_outer);
-    m_deepest = new wxPanel(m_inner);
-    m_side = new wxPanel(m_frame);
-    for (wxWindow* window : std::initializer_list<wxWindow*>{m_frame, m_outer, m_inner, m_deepest, m_side})
-      window->SetBackgroundColour(k_untouched);
+    for (wxWindow* window : windows()) window->SetBackgroundColour(k_untouched);
   }
   void TearDown() override {
     m_frame->Destroy();
     orvix1_test::pump_events();
   }
 
+  std::vector<wxWindow*> windows() const { return {m_frame, m_outer, m_inner, m_deepest, m_side}; }
+  // The background of each window, in the order of windows().
+  colours_t backgrounds() const {
+    colours_t colours;
+    for (wxWindow* window : windows()) colours.push_back(window->GetBackgroundColour());
+    return colours;
+  }
   wxColour palette(default_colors_t index) const { return m_settings->get_color(index); }
 
   const wxColour k_untouched{7, 7, 7};
   talvar2::intrusive_pointer_t<ui_settings_configure_t> m_settings = ui_settings_configure_t::get();
-  wxFrame* m_frame = nullptr;
-  wxPanel* m_outer = nullptr;
-  wxPanel* m_inner = nullptr;
-  wxPanel* m_deepest = nullptr;
-  wxPanel* m_side = nullptr;
+  wxFrame* m_frame = new wxFrame(nullptr, wxID_ANY, "styled");
+  wxPanel* m_outer = new wxPanel(m_frame);
+  wxPanel* m_inner = new wxPanel(m_outer);
+  wxPanel* m_deepest = new wxPanel(m_inner);
+  wxPanel* m_side = new wxPanel(m_frame);
 };
 
 TEST_F(StyleUpdater, DepthZeroStylesTheRootAndTheExceptions) {
@@ -47,11 +50,9 @@ TEST_F(StyleUpdater, DepthZeroStylesTheRootAndTheExceptions) {
   updater.propagate_style();
 
   // The dialog style: the face colour and the normal font.
-  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_face));
+  EXPECT_EQ(backgrounds(),
+            (colours_t{palette(color_face), k_untouched, k_untouched, palette(color_tooltip_bg), k_untouched}));
   EXPECT_EQ(m_frame->GetFont(), m_settings->get_font(font_normal));
-  EXPECT_EQ(m_outer->GetBackgroundColour(), k_untouched);
-  EXPECT_EQ(m_inner->GetBackgroundColour(), k_untouched);
-  EXPECT_EQ(m_deepest->GetBackgroundColour(), palette(color_tooltip_bg));
   EXPECT_EQ(m_deepest->GetForegroundColour(), palette(color_tooltip_text));
 }
 
@@ -59,10 +60,8 @@ TEST_F(StyleUpdater, DepthOneReachesDirectChildrenAndExceptionsKeepTheirStyle) {
   style_updater_t updater(m_frame, style_t::create_inplace_style(), 1);
   updater.add(m_side, style_t(-1, color_note_bg, -1));
   updater.propagate_style();
-  EXPECT_EQ(m_frame->GetBackgroundColour(), palette(color_window_bg));  // the in-place style
-  EXPECT_EQ(m_outer->GetBackgroundColour(), palette(color_window_bg));
-  EXPECT_EQ(m_side->GetBackgroundColour(), palette(color_note_bg));
-  EXPECT_EQ(m_inner->GetBackgroundColour(), k_untouched);
+  const wxColour window_bg = palette(color_window_bg);  // the in-place style
+  EXPECT_EQ(backgrounds(), (colours_t{window_bg, window_bg, k_untouched, k_untouched, palette(color_note_bg)}));
 }
 
 TEST_F(StyleUpdater, MinusOneReachesEveryLevelAndPaletteChangesReapply) {

@@ -22,17 +22,14 @@ TEST(Application, IsTheLibrarysApplicationObject) {
 }
 
 // Counts idle events that reach the application object.
-class idle_counter_t {
- public:
+struct idle_counter_t {
   idle_counter_t() { wxTheApp->Bind(wxEVT_IDLE, &idle_counter_t::on_idle, this); }
   ~idle_counter_t() { wxTheApp->Unbind(wxEVT_IDLE, &idle_counter_t::on_idle, this); }
-  int count = 0;
-
- private:
   void on_idle(wxIdleEvent& event) {
     ++count;
     event.Skip();
   }
+  int count = 0;
 };
 
 // A handler whose queued calls show whether pending events were dispatched.
