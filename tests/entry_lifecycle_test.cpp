@@ -72,16 +72,6 @@ TEST(EntryLifecycle, LastCleanupInsideAMainLoopLeavesWxToTheLoop) {
   EXPECT_TRUE(error_dialog_closed);
 }
 
-TEST(EntryLifecycle, LastCleanupWithoutAMainLoopEndsWx) {
-  orvix1::initialize_wxwidgets(nullptr);
-  orvix1::cleanup_wxwidgets();
-  ASSERT_NE(wxTheApp, nullptr);
-  orvix1::cleanup_wxwidgets();  // the environment's reference
-  EXPECT_EQ(wxTheApp, nullptr);
-  orvix1_test::ensure_wx_running();
-  EXPECT_NE(wxTheApp, nullptr);
-}
-
 // Inside a main loop wx outlives the count reaching zero: over-cleanup
 // asserts, and initialising again registers no handler twice.
 TEST(EntryLifecycle, OverCleanupAssertsAndReinitialisationRegistersNothingAgain) {
