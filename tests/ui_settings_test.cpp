@@ -70,35 +70,30 @@ TEST(UiSettings, LockedEntriesSurviveADesktopChangeAndOthersFollow) {
   EXPECT_EQ(settings->get_color(color_face), wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
 }
 
-TEST(UiSettings, CopiedColoursTakeTheirSourcesLock) {
-  probe_ptr_t settings(new probe_settings_t);
-  settings->set_color(color_selection_bg, k_red);
-  EXPECT_FALSE(settings->is_locked(color_active_bg));
-  settings->update_system_settings();
-  EXPECT_EQ(settings->get_color(color_active_bg), k_red);
-  EXPECT_TRUE(settings->is_locked(color_active_bg));
-  // The gradient is not a copy: unlocked, it still follows colour 17.
-  EXPECT_FALSE(settings->is_locked(color_active_gradient));
-  EXPECT_EQ(settings->get_color(color_active_gradient), wxColour(90, 38, 39));
-
-  settings->set_color(color_active_gradient, k_stale);
-  settings->set_color(color_selection_bg, wxColour(0, 0, 0));
-  settings->update_system_settings();
-  EXPECT_EQ(settings->get_color(color_active_gradient), k_stale);
-}
-
-TEST(UiSettings, SmallFontFollowsAnOverriddenNormalFontButBoldOnesDoNot) {
+// Colour 17 copies colour 8 with its lock and font 0 follows font 1; the
+// gradient and the bold fonts are derived, not copies.
+TEST(UiSettings, OverridesReachTheirCopiesButNotDerivedEntries) {
   probe_ptr_t settings(new probe_settings_t);
   const wxFont bold_before = settings->get_font(font_normal_bold);
   const wxFont title_before = settings->get_font(font_title);
+  settings->set_color(color_selection_bg, k_red);
   settings->set_font(font_normal, wxFont(wxFontInfo(20).Family(wxFONTFAMILY_ROMAN).FaceName("DejaVu Serif")));
+  EXPECT_FALSE(settings->is_locked(color_active_bg));
   settings->update_system_settings();
 
-  EXPECT_TRUE(settings->is_locked(font_normal));
+  EXPECT_EQ(settings->get_color(color_active_bg), k_red);
+  EXPECT_TRUE(settings->is_locked(color_active_bg));
+  EXPECT_FALSE(settings->is_locked(color_active_gradient));  // unlocked, it still follows colour 17
+  EXPECT_EQ(settings->get_color(color_active_gradient), wxColour(90, 38, 39));
   EXPECT_EQ(settings->get_font(font_small).GetPointSize(), 17);
   EXPECT_EQ(settings->get_font(font_small).GetFaceName(), "DejaVu Serif");
   EXPECT_EQ(settings->get_font(font_normal_bold), bold_before);
   EXPECT_EQ(settings->get_font(font_title), title_before);
+
+  settings->set_color(color_active_gradient, k_stale);  // locked now: colour 17 no longer moves it
+  settings->set_color(color_selection_bg, wxColour(0, 0, 0));
+  settings->update_system_settings();
+  EXPECT_EQ(settings->get_color(color_active_gradient), k_stale);
 }
 
 TEST(UiSettings, PlainStoreIsEmptyAndTheWritableOneTakesOver) {
