@@ -78,16 +78,13 @@ TEST_F(StaticPictureTest, MadeInOneOrTwoStepsItTakesThePicturesSizeAndFollowsANe
 }
 
 TEST_F(StaticPictureTest, TheAlignmentStylesPlaceThePictureInALargerWindow) {
-  const auto placed = [&](long style) {
-    auto* picture = new wxStaticPicture(m_dialog, wxID_ANY, wxBitmap(half_masked_image()),
-                                        wxPoint(0, 0), wxSize(30, 20), style);
-    const wxPoint position = picture->GetPicturePosition();
-    picture->Destroy();
-    return position;
-  };
-  EXPECT_EQ(placed(0), wxPoint(0, 0));
-  EXPECT_EQ(placed(wxALIGN_CENTRE_HORIZONTAL | wxALIGN_CENTRE_VERTICAL), wxPoint(10, 7));
-  EXPECT_EQ(placed(wxALIGN_RIGHT | wxALIGN_BOTTOM), wxPoint(20, 14));
+  const wxSize larger(30, 20);
+  EXPECT_EQ(add_picture(larger)->GetPicturePosition(), wxPoint(0, 0));
+  EXPECT_EQ(add_picture(larger, wxALIGN_CENTRE_HORIZONTAL | wxALIGN_CENTRE_VERTICAL)
+                ->GetPicturePosition(),
+            wxPoint(10, 7));
+  EXPECT_EQ(add_picture(larger, wxALIGN_RIGHT | wxALIGN_BOTTOM)->GetPicturePosition(),
+            wxPoint(20, 14));
 }
 
 TEST_F(StaticPictureTest, ItPaintsItsBackgroundAndThePictureThroughTheMaskOnScreenToo) {

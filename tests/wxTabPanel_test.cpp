@@ -74,17 +74,14 @@ TEST_F(TabPanel, VariableWidthsShowWhatFitsFromTheSelection) {
   EXPECT_EQ(m_panel->GetButton(5)->GetRect().GetBottom(), m_panel->GetClientSize().y - 1);
 }
 
-TEST_F(TabPanel, TheMarginStaysWithinZeroToAHundred) {
-  make(2, 400);
+TEST_F(TabPanel, MarginsStayInZeroToAHundredAndTheFrontOneIsPaidOnlyByAPlacedSlot) {
+  make(2, 600);
   m_panel->SetMargin(7);
   for (int outside : {101, -1}) m_panel->SetMargin(outside);
   EXPECT_EQ(m_panel->GetMargin(), 7);
   m_panel->SetMargin(100);
   EXPECT_EQ(m_panel->GetButton(0)->GetPosition().x, 100);
-}
 
-TEST_F(TabPanel, WithoutTheFrontMarginTheFirstSlotPaysItOnlyWhenPlaced) {
-  make(2, 600);
   m_panel->SetMargin(4);
   m_panel->EnableFrontMargin(false);
   EXPECT_EQ(m_panel->GetButton(0)->GetPosition().x, 0);

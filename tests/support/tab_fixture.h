@@ -17,6 +17,7 @@
 namespace orvix1 {
 class wxTabPanel;
 }
+
 namespace orvix1_test {
 
 // Fails a test that leaves a wx assertion unchecked.
@@ -40,12 +41,13 @@ class tab_frame_test_t : public ::testing::Test {
   wxPanel* m_host = nullptr;
 };
 
-inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at, bool left = false) {
+inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at,
+                       bool left_held = false) {
   wxMouseEvent event(type);
   event.SetPosition(at);
   event.SetEventObject(window);
   event.SetId(window->GetId());
-  event.m_leftDown = left || type == wxEVT_LEFT_DOWN;
+  event.m_leftDown = left_held || type == wxEVT_LEFT_DOWN;
   event.m_middleDown = type == wxEVT_MIDDLE_DOWN;
   window->GetEventHandler()->ProcessEvent(event);
 }
