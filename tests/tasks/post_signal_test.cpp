@@ -1,14 +1,11 @@
 // Making a signal fire on the GUI thread from any thread.
 
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "orvix1/tasks/Scheduler.h"
-#include "support/wx_test_environment.h"
 #include "tasks/pump_until.h"
 #include "talvar2/functor/signal.h"
 
@@ -29,27 +26,13 @@ class receiver_t : public talvar2::subscriber_base_t {
   }
 };
 
-class PostSignalTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    Scheduler::Release();
-    orvix1_test::take_asserts();
-    m_signal.connect(&m_receiver, &receiver_t::On);
-  }
-  void TearDown() override {
-    if (Scheduler::IsInitialized())
-      Scheduler::Get(orvix1::tasks::ISchedulerStatusCallbackPtr())
-          ->CancelAndWait(orvix1::tasks::dialog_info_t(), false);
-    Scheduler::Release();
-  }
-
-  receiver_t m_receiver;
-  talvar2::signal_t<int> m_signal;
-};
-
-TEST_F(PostSignalTest, WithoutSchedulerAssertsAndDoesNotEmit) {
-  ASSERT_FALSE(Scheduler::IsInitialized());
-  orvix1::tasks::PostSignal(m_signal, 5);
+TEST(PostSignal, WithoutSchedulerAssertsAndDoesNotEmit) {
+  Scheduler::Release();
+  orvix1_test::take_asserts();
+  receiver_t receiver;
+  talvar2::signal_t<int> signal;
+  signal.connect(&receiver, &receiver_t::On);
+  orvix1::tasks::PostSignal(signal, 5);
   const auto asserts = orvix1_test::take_asserts();
   ASSERT_EQ(asserts.size(), 1u);
   EXPECT_EQ(asserts[0].condition, "Scheduler::IsInitialized()");
@@ -57,29 +40,27 @@ TEST_F(PostSignalTest, WithoutSchedulerAssertsAndDoesNotEmit) {
             "Attempt to schedule a task in uninitialized Scheduler. Task will not complete.");
   EXPECT_EQ(asserts[0].function, "PostSignal");
   orvix1_test::pump_events();
-  EXPECT_EQ(m_receiver.calls, 0);
+  EXPECT_EQ(receiver.calls, 0);
   EXPECT_FALSE(Scheduler::IsInitialized());  // no scheduler was made on the way
 }
 
-TEST_F(PostSignalTest, FromWorkerFiresOnceOnGuiThread) {
-  ASSERT_TRUE(Scheduler::Get(orvix1::tasks::ISchedulerStatusCallbackPtr()));
-  std::thread worker([this] { orvix1::tasks::PostSignal(m_signal, 7); });
-  worker.join();
-  EXPECT_EQ(m_receiver.calls, 0);  // only the GUI loop delivers it
-  ASSERT_TRUE(pump_until([this] { return m_receiver.calls == 1; }));
-  EXPECT_EQ(m_receiver.last, 7);
-  EXPECT_FALSE(m_receiver.off_gui);
-  EXPECT_TRUE(orvix1_test::take_asserts().empty());
-}
+using PostSignalScheduled = orvix1_test::scheduler_fixture_t;
 
-TEST_F(PostSignalTest, ReceiverGoneBeforeDeliveryIsSkipped) {
-  ASSERT_TRUE(Scheduler::Get(orvix1::tasks::ISchedulerStatusCallbackPtr()));
+// A receiver that is gone by the time the GUI loop delivers is skipped.
+TEST_F(PostSignalScheduled, FromWorkerFiresOnceOnGuiThreadForReceiversStillThere) {
+  receiver_t receiver;
   auto leaving = std::make_unique<receiver_t>();
-  m_signal.connect(leaving.get(), &receiver_t::On);
-  orvix1::tasks::PostSignal(m_signal, 9);
+  talvar2::signal_t<int> signal;
+  signal.connect(&receiver, &receiver_t::On);
+  signal.connect(leaving.get(), &receiver_t::On);
+  std::thread([&] { orvix1::tasks::PostSignal(signal, 7); }).join();
+  EXPECT_EQ(receiver.calls, 0);  // only the GUI loop delivers it
   leaving.reset();
-  ASSERT_TRUE(pump_until([this] { return m_receiver.calls == 1; }));
-  EXPECT_EQ(m_receiver.last, 9);
+  ASSERT_TRUE(pump_until([&] { return receiver.calls == 1; }));
+  orvix1_test::pump_events();
+  EXPECT_EQ(receiver.calls, 1);
+  EXPECT_EQ(receiver.last, 7);
+  EXPECT_FALSE(receiver.off_gui);
 }
 
 }  // namespace

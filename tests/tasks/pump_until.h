@@ -1,25 +1,62 @@
 #ifndef ORVIX1_TESTS_TASKS_PUMP_UNTIL_H
 #define ORVIX1_TESTS_TASKS_PUMP_UNTIL_H
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <thread>
 
+#include <gtest/gtest.h>
+
+#include "orvix1/tasks/Scheduler.h"
 #include "support/wx_test_environment.h"
 
 namespace orvix1_test {
 
-// Pumps the GUI loop until `done` holds or ten seconds have passed; false
-// on time-out. Workers get a millisecond between rounds.
-inline bool pump_until(const std::function<bool()>& done) {
+// Waits until `done` holds, a millisecond at a time and pumping the GUI
+// loop between rounds if asked; false after ten seconds, so that a broken
+// test ends instead of hanging.
+inline bool wait_until(const std::function<bool()>& done, bool pump) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (!done()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
-    pump_events();
+    if (pump) pump_events();
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return true;
 }
+inline bool pump_until(const std::function<bool()>& done) { return wait_until(done, true); }
+inline void hold_until(const std::function<bool()>& done) { wait_until(done, false); }
+
+class completion_recorder_t : public orvix1::tasks::ISchedulerStatusCallback {
+ public:
+  std::atomic<int> completed{0};
+  void OnTaskComplete(const orvix1::tasks::ITaskPtr&) override { ++completed; }
+};
+
+// A fresh process-wide scheduler per test, ended in order; no assertion may
+// be left unchecked.
+class scheduler_fixture_t : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    take_asserts();
+    m_recorder = new completion_recorder_t;
+    m_scheduler = orvix1::tasks::Scheduler::Get(m_recorder);
+    ASSERT_TRUE(m_scheduler);
+  }
+  void TearDown() override {
+    m_scheduler->CancelAndWait(orvix1::tasks::dialog_info_t(), false);
+    m_scheduler.reset();
+    orvix1::tasks::Scheduler::Release();
+    pump_events();
+    EXPECT_TRUE(take_asserts().empty());
+  }
+
+  bool no_tasks_left() { return m_scheduler->GetTasks("").empty(); }
+
+  talvar2::intrusive_pointer_t<completion_recorder_t> m_recorder;
+  orvix1::tasks::SchedulerPtr m_scheduler;
+};
 
 }  // namespace orvix1_test
 
