@@ -71,6 +71,10 @@ class clocked_image_t : public ImageElement {
   }
   std::int64_t now = 1700000000LL * 1000000;
   void advance_ms(int milliseconds) { now += milliseconds * 1000LL; }
+  void tick_after(int milliseconds) {
+    advance_ms(milliseconds);
+    ProcessTimer();
+  }
 
  protected:
   std::int64_t GetCurrentTime() const override { return now; }
@@ -126,18 +130,14 @@ TEST_F(ImageElementTest, AStillPictureIsDrawnAtTheTopLeftThroughItsMask) {
 
 TEST_F(ImageElementTest, AnAnimationTicksAtEachFrameDelayAndPollsWhenNothingChanged) {
   ASSERT_TRUE(m_image->SetAnimationFile(location("loop.gif")));
-  EXPECT_TRUE(m_image->HasAnimation());
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
   EXPECT_EQ(m_image->GetMinSize(), wxSize(8, 8));
 
-  m_image->advance_ms(40);  // early tick: same frame, look again soon
-  m_image->ProcessTimer();
+  m_image->tick_after(40);  // early tick: same frame, look again soon
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 10"}));
-  m_image->advance_ms(60);  // the second frame is due
-  m_image->ProcessTimer();
+  m_image->tick_after(60);  // the second frame is due
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
-  m_image->advance_ms(100);  // and the first again: it loops
-  m_image->ProcessTimer();
+  m_image->tick_after(100);  // and the first again: it loops
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
 }
 
@@ -146,8 +146,7 @@ TEST_F(ImageElementTest, PartialFramesOfAnOptimisedGifAreDrawnWholeUntilTheItera
   EXPECT_TRUE(draw().all(wxRect(2, 3, 8, 8), k_red));
   EXPECT_EQ(m_image->GetImage().GetRed(7, 7), 255);  // the first frame is the image
 
-  m_image->advance_ms(100);
-  m_image->ProcessTimer();
+  m_image->tick_after(100);
   const paint_canvas_t canvas = draw();
   EXPECT_TRUE(canvas.all(wxRect(2, 3, 4, 4), k_blue));  // the patch
   EXPECT_TRUE(canvas.all(wxRect(6, 3, 4, 8), k_red));   // the first frame around it
@@ -159,11 +158,9 @@ TEST_F(ImageElementTest, PartialFramesOfAnOptimisedGifAreDrawnWholeUntilTheItera
 
 TEST_F(ImageElementTest, AFrameShownForEverAsksForNoMoreTicks) {
   ASSERT_TRUE(m_image->SetAnimationFile(location("once.gif")));
-  m_image->advance_ms(100);
-  m_image->ProcessTimer();
+  m_image->tick_after(100);
   take_requests();
-  m_image->advance_ms(100);  // played once: the last frame stays
-  m_image->ProcessTimer();
+  m_image->tick_after(100);  // played once: the last frame stays
   EXPECT_EQ(take_requests(), (requests_t{"kill img"}));
   EXPECT_TRUE(draw().all(wxRect(2, 3, 4, 4), k_blue));
 
@@ -194,8 +191,7 @@ TEST_F(ImageElementTest, AnAnimationLoadedByWxSharesItsFramesAGenericOneIsShownS
   ASSERT_TRUE(animation.LoadFile(location("loop.gif")));
   m_image->SetAnimation(animation);
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
-  m_image->advance_ms(100);
-  m_image->ProcessTimer();
+  m_image->tick_after(100);
   EXPECT_TRUE(draw().all(wxRect(2, 3, 4, 4), k_blue));
 
   orvix1_test::log_capture_t log("orvix.elements");
