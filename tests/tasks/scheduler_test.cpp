@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
+#include <wx/timer.h>
 
 #include "support/log_capture.h"
 #include "tasks/pump_until.h"
@@ -258,6 +259,32 @@ TEST_F(SchedulerTest, WorkersDoTheWorkAndCancelAndWaitReturnsWhenTheGroupHasFini
   EXPECT_TRUE(other->IsCanceled());
   ASSERT_TRUE(pump_until([&] { return other->calls.finished == 1 && no_tasks_left(); }));
   EXPECT_FALSE(m_scheduler->GetTaskGroup(other, group));
+}
+
+// With dialog info the wait shows the dialog over work that ignores the
+// cancel: a close request is refused while it runs, and the dialog ends by
+// itself once the group has left.
+TEST_F(SchedulerTest, CancelAndWaitWithDialogInfoKeepsTheDialogUpUntilTheGroupHasLeft) {
+  probe_ptr task = probe(service_kind, hold_t::until_released);
+  ASSERT_EQ(m_scheduler->AddTask(task, "shown"), 0);
+  ASSERT_TRUE(pump_until([&] { return task->calls.worked == 1; }));
+  bool saw_dialog = false, refused_close = false;
+  wxTimer inside_the_wait;
+  inside_the_wait.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
+    wxWindow* dialog = wxWindow::FindWindowByName("scheduler_wait_dialog");
+    saw_dialog = dialog != nullptr;
+    if (dialog != nullptr) refused_close = !dialog->Close() && dialog->IsShown();
+    task->release = true;  // in every case, so that a failure cannot hang
+  });
+  inside_the_wait.StartOnce(50);
+  dialog_info_t info;
+  info.caption = "Closing";
+  info.text = "Waiting for the work to end.";
+  m_scheduler->CancelAndWait("shown", info, false);
+  EXPECT_TRUE(saw_dialog);
+  EXPECT_TRUE(refused_close);
+  EXPECT_EQ(task->calls.finished, 1);
+  EXPECT_TRUE(no_tasks_left());
 }
 
 // A waitable task wakes its waiting workers when it finishes; waiting on
