@@ -41,12 +41,12 @@ bool recording_status_t::wait_completed(std::size_t total, std::chrono::millisec
   return m_changed.wait_for(lock, timeout, [&] { return m_completed >= total; });
 }
 
-std::string thread_places_t::here() const {
+std::string scheduler_test::here() const {
   for (const char* name : {service_unit_name, long_tasks_unit_name, delay_tasks_unit_name}) {
-    const auto pool = boost::dynamic_pointer_cast<thread_pool_unit_t>(m_scheduler->find_unit(name));
+    const auto pool = boost::dynamic_pointer_cast<thread_pool_unit_t>(scheduler->find_unit(name));
     if (pool && pool->running_in_this_thread()) return name;
   }
-  return std::this_thread::get_id() == m_test_thread ? "test thread" : "other";
+  return std::this_thread::get_id() == test_thread ? "test thread" : "other";
 }
 
 stage_ptr_t stage_action_t::make_stage(const std::string& unit_name) {
@@ -70,10 +70,6 @@ stage_ptr_t probe_task_t::make_work_stage(const std::string& unit, const std::st
     if (body) body();
   }));
   return m_actions.back()->make_stage(unit);
-}
-
-void probe_task_t::add_wait(const std::string& unit, int delay_ms) {
-  push_stage(boost::make_shared<stage_t>(unit, delay_ms));
 }
 
 void probe_task_t::cancel() {

@@ -88,19 +88,6 @@ class recording_status_t : public scheduler_status_callback_t {
   std::vector<report_t> m_scheduling_errors;
 };
 
-// Says on which unit's thread the caller runs: a unit name of the default
-// scheduler, "test thread", or "other".
-class thread_places_t {
- public:
-  explicit thread_places_t(boost::shared_ptr<scheduler_t> scheduler)
-      : m_scheduler(std::move(scheduler)), m_test_thread(std::this_thread::get_id()) {}
-  std::string here() const;
-
- private:
-  boost::shared_ptr<scheduler_t> m_scheduler;
-  std::thread::id m_test_thread;
-};
-
 class stage_action_t : public talvar2::subscriber_base_t {
  public:
   explicit stage_action_t(std::function<void()> body) : m_body(std::move(body)) {}
@@ -124,7 +111,7 @@ class probe_task_t : public default_task_t {
   void add_final(const std::string& unit, const std::string& label, std::function<void()> body = {}) {
     push_finalization_stage(make_work_stage(unit, label, std::move(body)));
   }
-  void add_wait(const std::string& unit, int delay_ms);
+  void add_wait(const std::string& unit, int delay_ms) { push_stage(boost::make_shared<stage_t>(unit, delay_ms)); }
   void cancel() override;
 
   strings steps() const { return locked(m_mutex, m_steps); }
@@ -145,11 +132,10 @@ class probe_task_t : public default_task_t {
   std::atomic<int> m_overlaps{0};
 };
 
-// Drain a queue unit on the calling thread, as a GUI's event loop would.
-// When the queue is empty they wait a millisecond: what the caller waits
-// for may happen on a worker.
+// Drain a queue unit on the calling thread, as a GUI's event loop would,
+// waiting a millisecond whenever it is empty. drive_until is false when
+// `k_timeout` passes first.
 void drive_once(queue_unit_t& queue);
-// Drives until `done()` holds; false when `k_timeout` passes first.
 bool drive_until(queue_unit_t& queue, const std::function<bool()>& done);
 
 // A wait callback that drains a queue on the waiting thread, as a GUI's
@@ -185,11 +171,12 @@ class scheduler_test : public ::testing::Test {
     scheduler = create_default_scheduler(status, default_wait, false);
     main = boost::make_shared<queue_unit_t>();
     scheduler->register_unit(main_unit_name, main);
-    places = std::make_unique<thread_places_t>(scheduler);
   }
 
+  // Where the caller runs: a pool unit's name, "test thread", or "other".
+  std::string here() const;
   boost::shared_ptr<probe_task_t> probe() {
-    return boost::make_shared<probe_task_t>([this] { return places->here(); });
+    return boost::make_shared<probe_task_t>([this] { return here(); });
   }
 
   // A probe with one work stage, scheduled in `group`.
@@ -208,7 +195,7 @@ class scheduler_test : public ::testing::Test {
   boost::shared_ptr<recording_status_t> status;
   boost::shared_ptr<scheduler_t> scheduler;
   boost::shared_ptr<queue_unit_t> main;
-  std::unique_ptr<thread_places_t> places;
+  const std::thread::id test_thread = std::this_thread::get_id();
 };
 
 }  // namespace talvar2_test
