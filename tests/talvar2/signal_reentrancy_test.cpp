@@ -35,75 +35,64 @@ struct three_listeners {
   }
 };
 
-// Every case also copies the signal inside the slot, after the cut: the copy
-// takes only the live connections.
-TEST(SignalReentrancy, SlotDisconnectedDuringEmissionIsNotCalledAgain) {
+// A slot changes the connections of the signal calling it, once, at
+// emission 1. A copy made right after the change takes the live connections.
+TEST(SignalReentrancy, SlotDisconnectedOrConnectedDuringEmission) {
+  using change_t = void (*)(three_listeners&, int_signal_t&, listener_t& d);
   struct case_t {
     const char* name;
     listener_t three_listeners::*actor;
-    listener_t three_listeners::*cut;
-    bool emits_again;
+    change_t change;
+    std::size_t nodes_while_emitting;  // emptied entries stay until the outermost emission ends
     call_log_t first, second;
   };
   const case_t cases[] = {
-      {"b cuts itself", &three_listeners::b, &three_listeners::b, false, {"a:1", "b:1", "c:1"}, {"a:2", "c:2"}},
-      {"a cuts the later b", &three_listeners::a, &three_listeners::b, false, {"a:1", "c:1"}, {"a:2", "c:2"}},
+      {"b cuts itself", &three_listeners::b,
+       [](three_listeners& l, int_signal_t& s, listener_t&) { s.disconnect(&l.b, &listener_t::on_value); }, 3,
+       {"a:1", "b:1", "c:1"}, {"a:2", "c:2"}},
+      {"a cuts the later b", &three_listeners::a,
+       [](three_listeners& l, int_signal_t& s, listener_t&) { s.disconnect(&l.b, &listener_t::on_value); }, 3,
+       {"a:1", "c:1"}, {"a:2", "c:2"}},
       // A nested emission that removed a's emptied entry would leave the
       // outer one stepping on from a freed node.
-      {"a cuts itself, then emits again", &three_listeners::a, &three_listeners::a, true,
-       {"a:1", "b:2", "c:2", "b:1", "c:1"}, {"b:2", "c:2"}},
-  };
-  for (const case_t& c : cases) {
-    SCOPED_TRACE(c.name);
-    three_listeners l;
-    int_signal_t signal;
-    std::unique_ptr<int_signal_t> copy;
-    l.connect_all(signal);
-    (l.*c.actor).set_action([&](int value) {
-      if (value != 1) return;
-      signal.disconnect(&(l.*c.cut), &listener_t::on_value);
-      EXPECT_EQ(signal.connection_count(), 2u);  // already cut while the emission runs
-      copy = std::make_unique<int_signal_t>(signal);
-      if (c.emits_again) signal(2);
-      EXPECT_EQ(signal.node_count(), 3u);  // the emptied entry stays until the outermost emission ends
-    });
-
-    signal(1);
-    EXPECT_EQ(l.log, c.first);
-    EXPECT_EQ(signal.node_count(), 2u);
-    EXPECT_EQ(l.emit(signal, 2), c.second);
-    EXPECT_EQ(copy->node_count(), 2u);
-    EXPECT_EQ(l.emit(*copy, 2), c.second);
-  }
-}
-
-TEST(SignalReentrancy, SlotConnectedDuringEmissionIsCalledInTheSameEmission) {
-  struct case_t {
-    const char* name;
-    bool moves_itself;
-    call_log_t first, second;
-  };
-  const case_t cases[] = {
-      {"a connects d", false, {"a:1", "b:1", "c:1", "d:1"}, {"a:2", "b:2", "c:2", "d:2"}},
+      {"a cuts itself, then emits again", &three_listeners::a,
+       [](three_listeners& l, int_signal_t& s, listener_t&) {
+         s.disconnect(&l.a, &listener_t::on_value);
+         s(2);
+       },
+       3, {"a:1", "b:2", "c:2", "b:1", "c:1"}, {"b:2", "c:2"}},
+      {"a connects d", &three_listeners::a,
+       [](three_listeners&, int_signal_t& s, listener_t& d) { s.connect(&d, &listener_t::on_value); }, 4,
+       {"a:1", "b:1", "c:1", "d:1"}, {"a:2", "b:2", "c:2", "d:2"}},
       // The emptied entry is no duplicate: a is called again at the tail.
-      {"a reconnects itself", true, {"a:1", "b:1", "c:1", "a:1"}, {"b:2", "c:2", "a:2"}},
+      {"a reconnects itself", &three_listeners::a,
+       [](three_listeners& l, int_signal_t& s, listener_t&) {
+         s.disconnect(&l.a, &listener_t::on_value);
+         s.connect(&l.a, &listener_t::on_value);
+       },
+       4, {"a:1", "b:1", "c:1", "a:1"}, {"b:2", "c:2", "a:2"}},
   };
   for (const case_t& c : cases) {
     SCOPED_TRACE(c.name);
     three_listeners l;
     listener_t d("d", l.log);
     int_signal_t signal;
+    std::unique_ptr<int_signal_t> copy;
     l.connect_all(signal);
-    bool done = false;
-    l.a.set_action([&](int) {
-      if (std::exchange(done, true)) return;
-      if (c.moves_itself) signal.disconnect(&l.a, &listener_t::on_value);
-      signal.connect(c.moves_itself ? &l.a : &d, &listener_t::on_value);
+    (l.*c.actor).set_action([&](int value) {
+      if (value != 1 || copy) return;
+      c.change(l, signal, d);
+      EXPECT_EQ(signal.connection_count(), c.second.size());
+      EXPECT_EQ(signal.node_count(), c.nodes_while_emitting);
+      copy = std::make_unique<int_signal_t>(signal);
     });
+
     signal(1);
     EXPECT_EQ(l.log, c.first);
     EXPECT_EQ(l.emit(signal, 2), c.second);
     EXPECT_EQ(signal.node_count(), c.second.size());
+    EXPECT_EQ(copy->node_count(), c.second.size());
+    EXPECT_EQ(l.emit(*copy, 2), c.second);
   }
 }
 

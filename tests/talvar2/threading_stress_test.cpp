@@ -1,8 +1,7 @@
 // Thousands of tasks of random stages, scheduled from two threads while the
 // test thread drains "main" and cancels groups, tasks and batches at random
-// (fixed seeds). Timing varies from run to run; the outcome may not: every
-// task completes exactly once, every finalization stage runs exactly once,
-// no task has two stages running at once, every throw is reported, and the
+// (fixed seeds): every task completes once, every finalization stage runs
+// once, no task runs two stages at once, every throw is reported, and the
 // scheduler ends empty.
 
 #include <gtest/gtest.h>

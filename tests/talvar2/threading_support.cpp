@@ -7,40 +7,6 @@
 
 namespace talvar2_test {
 
-void counter_t::add() {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  ++m_value;
-  m_changed.notify_all();
-}
-
-bool counter_t::wait_for_at_least(long target, std::chrono::milliseconds timeout) const {
-  std::unique_lock<std::mutex> lock(m_mutex);
-  return m_changed.wait_for(lock, timeout, [&] { return m_value >= target; });
-}
-
-void recording_status_t::task_complete(const task_ptr_t& task) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  ++m_completions[task];
-  ++m_completed;
-  m_changed.notify_all();
-}
-
-void recording_status_t::report(std::vector<report_t>& list, const task_ptr_t& task, const std::string& what) {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  list.push_back({task, what});
-}
-
-int recording_status_t::completions_of(const task_ptr_t& task) const {
-  std::lock_guard<std::mutex> lock(m_mutex);
-  const auto found = m_completions.find(task);
-  return found == m_completions.end() ? 0 : found->second;
-}
-
-bool recording_status_t::wait_completed(std::size_t total, std::chrono::milliseconds timeout) const {
-  std::unique_lock<std::mutex> lock(m_mutex);
-  return m_changed.wait_for(lock, timeout, [&] { return m_completed >= total; });
-}
-
 std::string scheduler_test::here() const {
   for (const char* name : {service_unit_name, long_tasks_unit_name, delay_tasks_unit_name}) {
     const auto pool = boost::dynamic_pointer_cast<thread_pool_unit_t>(scheduler->find_unit(name));
@@ -75,8 +41,7 @@ stage_ptr_t probe_task_t::make_work_stage(const std::string& unit, const std::st
 void probe_task_t::cancel() {
   {
     std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_cancel_seen) m_cancel_place = place();
-    m_cancel_seen = true;
+    if (m_cancel_place.empty()) m_cancel_place = place();
   }
   default_task_t::cancel();
 }

@@ -42,9 +42,16 @@ constexpr std::chrono::milliseconds k_timeout{10000};
 
 class counter_t {
  public:
-  void add();
+  void add() {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_value;
+    m_changed.notify_all();
+  }
   long value() const { return locked(m_mutex, m_value); }
-  bool wait_for_at_least(long target, std::chrono::milliseconds timeout = k_timeout) const;
+  bool wait_for_at_least(long target, std::chrono::milliseconds timeout = k_timeout) const {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] { return m_value >= target; });
+  }
 
  private:
   mutable std::mutex m_mutex;
@@ -65,25 +72,36 @@ class recording_status_t : public scheduler_status_callback_t {
     std::string what;
   };
 
-  void task_complete(const task_ptr_t& task) override;
+  void task_complete(const task_ptr_t& task) override {
+    {
+      std::lock_guard<std::mutex> lock(m_mutex);
+      ++m_completions[task];
+    }
+    m_completed.add();
+  }
   void task_exception(const task_ptr_t& task, const std::string& what) override { report(m_exceptions, task, what); }
   void task_scheduling_error(const task_ptr_t& task, const std::string& what) override {
     report(m_scheduling_errors, task, what);
   }
 
-  int completions_of(const task_ptr_t& task) const;
-  std::size_t completed() const { return locked(m_mutex, m_completed); }
+  int completions_of(const task_ptr_t& task) const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_completions.count(task) != 0 ? m_completions.at(task) : 0;
+  }
+  std::size_t completed() const { return static_cast<std::size_t>(m_completed.value()); }
+  bool wait_completed(std::size_t total) const { return m_completed.wait_for_at_least(static_cast<long>(total)); }
   std::vector<report_t> exceptions() const { return locked(m_mutex, m_exceptions); }
   std::vector<report_t> scheduling_errors() const { return locked(m_mutex, m_scheduling_errors); }
-  bool wait_completed(std::size_t total, std::chrono::milliseconds timeout = k_timeout) const;
 
  private:
-  void report(std::vector<report_t>& list, const task_ptr_t& task, const std::string& what);
+  void report(std::vector<report_t>& list, const task_ptr_t& task, const std::string& what) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    list.push_back({task, what});
+  }
 
   mutable std::mutex m_mutex;
-  mutable std::condition_variable m_changed;
   std::map<task_ptr_t, int> m_completions;  // holds the tasks: no address is reused
-  std::size_t m_completed = 0;
+  counter_t m_completed;
   std::vector<report_t> m_exceptions;
   std::vector<report_t> m_scheduling_errors;
 };
@@ -127,7 +145,6 @@ class probe_task_t : public default_task_t {
   mutable std::mutex m_mutex;
   strings m_steps;
   std::string m_cancel_place;
-  bool m_cancel_seen = false;
   std::atomic<int> m_in_flight{0};
   std::atomic<int> m_overlaps{0};
 };
