@@ -1,11 +1,8 @@
 #ifndef TALVAR2_TESTS_ASSERTION_RECORDER_H
 #define TALVAR2_TESTS_ASSERTION_RECORDER_H
 
-// Captures the debug assertions raised while it lives, so that a test can
-// check their texts and locations; restores the previous handler when it dies.
-//
-// Outside a recorder the test main installs a handler that fails the running
-// test: an assertion nobody expected is a fault.
+// Captures the debug assertions raised while it lives. Outside a recorder the
+// test main's handler fails the running test.
 
 #include <mutex>
 #include <string>

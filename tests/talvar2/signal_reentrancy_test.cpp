@@ -117,9 +117,6 @@ TEST(SignalReentrancy, SubscriberDestroyedDuringEmissionIsNotCalledAgain) {
     signal(1);
     EXPECT_EQ(log, (by_itself ? call_log_t{"a:1", "d:1", "c:1"} : call_log_t{"a:1", "c:1"}));
     EXPECT_EQ(signal.node_count(), 2u);
-    log.clear();
-    signal(2);
-    EXPECT_EQ(log, (call_log_t{"a:2", "c:2"}));
   }
 }
 
@@ -160,18 +157,17 @@ TEST(SignalReentrancy, ThrowingSlotStopsTheEmissionAndLeavesTheSignalUsable) {
   }
 }
 
+// Under AddressSanitizer: nothing may touch the dead signal or free its mutex twice.
 TEST(SignalReentrancy, SlotDestroyingTheSignalEndsOnlyThatEmission) {
-  // Under AddressSanitizer: nothing may touch the dead signal or free its mutex twice.
   struct case_t {
     const char* name;
-    bool forwarded, nested_then_throw;
+    bool forwarded;  // else a emits 2 from inside 1, and b throws after the delete
     call_log_t expected;
   };
   const case_t cases[] = {
-      {"plain", false, false, {"a:1", "b:1"}},
-      {"nested emission, then a throw", false, true, {"a:1", "a:2", "b:2"}},
+      {"nested emission, then a throw", false, {"a:1", "a:2", "b:2"}},
       // The outer signal reaches the inner one's slots; the inner one's death cuts the link.
-      {"forwarded from an outer signal", true, false, {"a:1", "b:1", "z:1"}},
+      {"forwarded from an outer signal", true, {"a:1", "b:1", "z:1"}},
   };
   using base_t = talvar2::_internal::signal_templ<int>;
   for (const auto& c : cases) {
@@ -181,29 +177,24 @@ TEST(SignalReentrancy, SlotDestroyingTheSignalEndsOnlyThatEmission) {
     int_signal_t outer;
     auto* signal = new int_signal_t;
     l.connect_all(*signal);
-    if (c.forwarded) {
-      outer.connect<base_t>(signal, &base_t::operator());
-      outer.connect(&z, &listener_t::on_value);
-    }
-    if (c.nested_then_throw)
-      l.a.set_action([&](int value) {
-        if (value == 1) (*signal)(2);
-      });
+    outer.connect<base_t>(signal, &base_t::operator());
+    outer.connect(&z, &listener_t::on_value);
+    l.a.set_action([&](int value) {
+      if (!c.forwarded && value == 1) (*signal)(2);
+    });
     l.b.set_action([&](int) {
       delete signal;
-      if (c.nested_then_throw) throw slot_failure();
+      if (!c.forwarded) throw slot_failure();
     });
 
-    if (c.nested_then_throw) {
-      EXPECT_THROW((*signal)(1), slot_failure);
-    } else if (c.forwarded) {
+    if (c.forwarded) {
       outer(1);
-      EXPECT_EQ(outer.connection_count(), 1u);
-      EXPECT_EQ(outer.node_count(), 1u);
     } else {
-      (*signal)(1);
+      EXPECT_THROW((*signal)(1), slot_failure);
     }
     EXPECT_EQ(l.log, c.expected);
+    EXPECT_EQ(outer.connection_count(), 1u);
+    EXPECT_EQ(outer.node_count(), 1u);
   }
 }
 

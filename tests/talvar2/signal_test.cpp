@@ -164,9 +164,8 @@ TEST(Signal, CopyTakesConnectionsInOrderAndIsIndependent) {
   copy(3);
   EXPECT_EQ(log, (call_log_t{"a:2", "a/other:2", "a:3", "b:3", "a/other:3", "c:3"}));
 
-  // The copy registered itself with its subscribers: b's death cuts the
-  // copy's connection, and the original's death leaves the copy whole (and
-  // no subscriber naming the dead original: a and c die after it).
+  // The copy registered itself with its subscribers: b's death cuts its
+  // connection; the original's death leaves it whole.
   b.reset();
   original.reset();
   log.clear();

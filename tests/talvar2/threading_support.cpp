@@ -15,12 +15,6 @@ std::string scheduler_test::here() const {
   return std::this_thread::get_id() == test_thread ? "test thread" : "other";
 }
 
-stage_ptr_t stage_action_t::make_stage(const std::string& unit_name) {
-  stage_t::work_signal_t work;
-  work.connect(this, &stage_action_t::on_work);
-  return boost::make_shared<stage_t>(unit_name, work);
-}
-
 stage_ptr_t probe_task_t::make_work_stage(const std::string& unit, const std::string& label,
                                           std::function<void()> body) {
   m_actions.push_back(std::make_unique<stage_action_t>([this, label, body] {

@@ -15,7 +15,6 @@
 #include <vector>
 
 #include <boost/make_shared.hpp>
-#include <boost/shared_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "talvar2/functor/signal.h"
@@ -109,7 +108,11 @@ class recording_status_t : public scheduler_status_callback_t {
 class stage_action_t : public talvar2::subscriber_base_t {
  public:
   explicit stage_action_t(std::function<void()> body) : m_body(std::move(body)) {}
-  stage_ptr_t make_stage(const std::string& unit_name);
+  stage_ptr_t make_stage(const std::string& unit_name) {
+    stage_t::work_signal_t work;
+    work.connect(this, &stage_action_t::on_work);
+    return boost::make_shared<stage_t>(unit_name, work);
+  }
 
  private:
   void on_work(const task_ptr_t&) { m_body(); }
@@ -178,7 +181,6 @@ class scheduler_test : public ::testing::Test {
   void SetUp() override { create(nullptr); }
 
   void TearDown() override {
-    if (!scheduler) return;
     scheduler->cancel_and_wait("", boost::make_shared<driving_wait_t>(main));
     EXPECT_EQ(scheduler->task_count(""), 0u);
   }

@@ -1,19 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <map>
-#include <mutex>
 #include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
 
-#include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
 
 #include "talvar2/assertion_recorder.h"
-#include "talvar2/threading/queue_unit.h"
-#include "talvar2/threading/scheduler.h"
 #include "talvar2/threading/thread_pool_unit.h"
 #include "talvar2/threading_support.h"
 
@@ -93,27 +84,6 @@ TEST_F(SchedulerStages, OneFunctionStageServesEveryTaskThatHoldsIt) {
   EXPECT_EQ(recorder.single().expression, "work != nullptr");
 }
 
-using SchedulerDelay = scheduler_test;
-
-TEST_F(SchedulerDelay, CancelCutsAWaitShortOnTheTimerAndOnAWorkerPool) {
-  for (const bool on_timer : {true, false}) {
-    SCOPED_TRACE(on_timer ? "timer, task canceled" : "worker pool, group canceled");
-    auto task = probe();
-    task->add_wait(on_timer ? delay_tasks_unit_name : service_unit_name, 600000);
-    task->add(service_unit_name, "after the wait");
-    task->add_final(main_unit_name, "finally");
-    ASSERT_EQ(scheduler->schedule(task, "sleepers"), schedule_accepted);
-    if (on_timer)
-      EXPECT_TRUE(scheduler->cancel_task(task));
-    else
-      scheduler->cancel("sleepers");
-    ASSERT_TRUE(finish(task));  // within the test bound, not ten minutes
-    EXPECT_EQ(task->steps(), strings{"finally@test thread"});
-    EXPECT_EQ(task->cancel_place(), "test thread");
-    EXPECT_FALSE(scheduler->cancel_task(task));  // it has left
-  }
-}
-
 using SchedulerCancel = scheduler_test;
 
 // A stage that throws is reported and skips the rest of the ordinary stages
@@ -180,11 +150,17 @@ TEST_F(SchedulerStatus, ScheduleSaysWhyATaskIsRefused) {
   EXPECT_EQ(group, "g");
   EXPECT_FALSE(scheduler->task_group(nowhere, group));
   EXPECT_EQ(scheduler->tasks("g"), std::vector<task_ptr_t>{parked});
+  EXPECT_FALSE(scheduler->cancel_task(nowhere));
 
   auto empty = probe();  // no stages: it completes inside schedule
   ASSERT_EQ(scheduler->schedule(empty, "g"), schedule_accepted);
   EXPECT_EQ(status->completions_of(empty), 1);
   EXPECT_EQ(scheduler->task_count("g"), 1u);
+
+  EXPECT_TRUE(scheduler->cancel_task(parked));
+  ASSERT_TRUE(finish(parked));  // within the test bound, not ten minutes
+  EXPECT_EQ(parked->cancel_place(), "test thread");
+  EXPECT_FALSE(scheduler->cancel_task(parked));  // it has left
 }
 
 class SchedulerCancelAndWait : public scheduler_test {
