@@ -1,8 +1,7 @@
 #ifndef TALVAR2_TESTS_SIGNAL_LISTENER_H
 #define TALVAR2_TESTS_SIGNAL_LISTENER_H
 
-// Subscribers for signal tests: they log their calls into a list shared by
-// the subscribers of one test and may run an action from inside the slot.
+// A subscriber that logs its calls into a shared list and may act inside the slot.
 
 #include <cstddef>
 #include <functional>

@@ -150,8 +150,7 @@ TEST(SignalReentrancy, ThrowingSlotStopsTheEmissionAndLeavesTheSignalUsable) {
     EXPECT_THROW(signal(1), slot_failure);
     EXPECT_EQ(l.log, c.thrown);
     EXPECT_EQ(l.emit(signal, 3), c.after);
-    // No emission is left marked as running: emptied entries are gone and
-    // a disconnect unlinks at once.
+    // No emission is left marked running: a disconnect unlinks at once.
     signal.disconnect(&l.c, &listener_t::on_value);
     EXPECT_EQ(signal.node_count(), c.after.size() - 1);
   }

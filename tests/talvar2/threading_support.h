@@ -29,7 +29,6 @@ namespace talvar2_test {
 using namespace talvar2::threading;
 using strings = std::vector<std::string>;
 
-// A copy of `value` taken under `mutex`.
 template <class T>
 T locked(std::mutex& mutex, const T& value) {
   std::lock_guard<std::mutex> lock(mutex);
@@ -152,9 +151,8 @@ class probe_task_t : public default_task_t {
   std::atomic<int> m_overlaps{0};
 };
 
-// Drain a queue unit on the calling thread, as a GUI's event loop would,
-// waiting a millisecond whenever it is empty. drive_until is false when
-// `k_timeout` passes first.
+// Drain a queue on the calling thread as a GUI's event loop would, waiting a
+// millisecond whenever it is empty; drive_until is false after `k_timeout`.
 void drive_once(queue_unit_t& queue);
 bool drive_until(queue_unit_t& queue, const std::function<bool()>& done);
 
@@ -174,8 +172,7 @@ class driving_wait_t : public scheduler_wait_callback_t {
   std::atomic<int> m_calls{0};
 };
 
-// A default scheduler with a "main" queue drained by the test thread. Every
-// test ends with the scheduler empty.
+// A default scheduler with a "main" queue drained by the test thread.
 class scheduler_test : public ::testing::Test {
  protected:
   void SetUp() override { create(nullptr); }
@@ -198,7 +195,6 @@ class scheduler_test : public ::testing::Test {
     return boost::make_shared<probe_task_t>([this] { return here(); });
   }
 
-  // A probe with one work stage, scheduled in `group`.
   boost::shared_ptr<probe_task_t> scheduled(const std::string& group, const std::string& unit,
                                             const std::string& label, std::function<void()> body = {}) {
     auto task = probe();
