@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,9 +19,7 @@
 namespace {
 
 using namespace orvix1::elements;
-using orvix1_test::fake_element_host_t;
-using orvix1_test::taken_function_conditions;
-using orvix1_test::texts_t;
+using namespace orvix1_test;
 
 constexpr int left = UIElement::pfLeft;
 constexpr int right = UIElement::pfRight;
@@ -37,10 +36,6 @@ class sized_t : public UIElement {
  public:
   sized_t(element_ptr_t parent, int flags, wxSize size, wxSize minimum)
       : UIElement(parent, flags), m_size(size), m_minimum(minimum) {}
-  ~sized_t() override {
-    if (destroyed != nullptr) *destroyed = true;
-  }
-
   wxSize GetSize() const override {
     if (on_size_asked) {
       const std::function<void()> hook = std::move(on_size_asked);
@@ -52,7 +47,6 @@ class sized_t : public UIElement {
   wxSize GetMinSize() const override { return m_minimum; }
 
   mutable std::function<void()> on_size_asked;
-  bool* destroyed = nullptr;
 
  private:
   wxSize m_size;
@@ -64,7 +58,7 @@ using sized_ptr_t = talvar2::intrusive_pointer_t<sized_t>;
 // A root answered by a fake host, and helpers to fill and lay it out.
 class layout_fixture_t : public ::testing::Test {
  protected:
-  void SetUp() override { orvix1_test::take_asserts(); }
+  void SetUp() override { take_asserts(); }
   void TearDown() override { EXPECT_EQ(taken_function_conditions(), texts_t()); }
 
   element_ptr_t spacer(int flags, wxSize size) { return new SpacerElement(m_root, flags, size); }
@@ -73,10 +67,11 @@ class layout_fixture_t : public ::testing::Test {
     child->SetResizable(resizable);
     return child;
   }
-  void use_stack(bool horizontal) {
+  talvar2::intrusive_pointer_t<StackLayout> use_stack(bool horizontal) {
     talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
     stack->SetOrientation(horizontal);
     m_root->SetLayoutLogic(stack);
+    return stack;
   }
   void relayout() { m_root->GetLayoutLogic()->Invalidate(); }
   void paint() {
@@ -144,26 +139,17 @@ TEST_F(LayoutPositionTest, DockingTakesFromTheRemainingSpaceAndCentringLeavesIt)
 }
 
 TEST_F(LayoutPositionTest, AnAxisWithoutFlagsGetsNothingAndTheFirstFlagOfAGroupWins) {
-  wxRect remaining(5, 5, 50, 50);
-  EXPECT_EQ(place(remaining, wxSize(10, 10), 0), wxRect(0, 0, 0, 0));
-  EXPECT_EQ(place(remaining, wxSize(10, 10), left), wxRect(5, 0, 10, 0));
-  EXPECT_EQ(remaining, wxRect(15, 5, 40, 50));
-
-  struct case_t {
-    int flags;
-    wxRect expected;
-  };
-  const case_t cases[] = {
+  const std::pair<int, wxRect> cases[] = {
+      {0, wxRect(0, 0, 0, 0)},
       {left | right | h_center | h_expand | top, wxRect(0, 0, 10, 10)},
       {right | h_center | h_expand | top, wxRect(90, 0, 10, 10)},
       {h_center | h_expand | top, wxRect(45, 0, 10, 10)},
-      {top | bottom | v_center | v_expand | left, wxRect(0, 0, 10, 10)},
       {bottom | v_center | v_expand | left, wxRect(0, 90, 10, 10)},
       {v_center | v_expand | left, wxRect(0, 45, 10, 10)},
   };
-  for (const case_t& c : cases) {
+  for (const auto& [flags, expected] : cases) {
     wxRect space(0, 0, 100, 100);
-    EXPECT_EQ(place(space, wxSize(10, 10), c.flags), c.expected) << "flags 0x" << std::hex << c.flags;
+    EXPECT_EQ(place(space, wxSize(10, 10), flags), expected) << "flags 0x" << std::hex << flags;
   }
 }
 
@@ -208,28 +194,7 @@ TEST_F(LayoutCacheTest, WithoutAControlledElementTheLayoutReportsAndGivesNothing
   EXPECT_EQ(loose->GetControlledElement(), element_ptr_t());
   EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
   loose->Invalidate();
-  EXPECT_EQ(taken_function_conditions(),
-            (texts_t{"GetControlledElement: element != __null",
-                                      "GetControlledElement: element != __null",
-                                      "GetControlledElement: element != __null"}));
-}
-
-TEST_F(LayoutCacheTest, AChildThatLeavesDuringTheRelayoutLivesUntilItEnds) {
-  bool destroyed = false;
-  bool destroyed_inside = true;
-  {
-    sized_ptr_t leaving = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
-    leaving->destroyed = &destroyed;
-    sized_t* raw = leaving.get();
-    leaving->on_size_asked = [this, raw, &destroyed, &destroyed_inside] {
-      m_root->RemoveChild(raw);
-      destroyed_inside = destroyed;
-    };
-  }
-  relayout();
-  EXPECT_FALSE(destroyed_inside);
-  EXPECT_TRUE(destroyed);
-  EXPECT_TRUE(m_root->GetChildren().empty());
+  EXPECT_EQ(taken_function_conditions(), texts_t(3, "GetControlledElement: element != __null"));
 }
 
 // Children are frozen while laid out; a relayout started from inside one
@@ -246,10 +211,7 @@ TEST_F(LayoutCacheTest, ChildrenAreFrozenWhileLaidOutEvenWhenTheRelayoutNests) {
   EXPECT_EQ(frozen, (std::vector<bool>{true, true, false}));
   EXPECT_EQ(rect_of(first), wxRect(0, 0, 10, 10));
   EXPECT_EQ(rect_of(second), wxRect(10, 10, 20, 10));
-  EXPECT_FALSE(first->IsUpdatesFrozen());
-  EXPECT_FALSE(second->IsUpdatesFrozen());
-  EXPECT_EQ(first->ref_count(), 2u);  // the list's and ours
-  EXPECT_EQ(second->ref_count(), 2u);
+  EXPECT_FALSE(first->IsUpdatesFrozen() || second->IsUpdatesFrozen());
 }
 
 TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
@@ -259,28 +221,17 @@ TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
   EXPECT_EQ(taken_function_conditions(),
             (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
   EXPECT_EQ(rect_of(child), wxRect(0, 0, 10, 10));
-  EXPECT_EQ(rect_of(m_root->GetChildren().back()), wxRect());
 }
 
 TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
   element_ptr_t child = spacer(left | top, wxSize(10, 10));
   relayout();
-  EXPECT_EQ(child->GetRect(), wxRect(0, 0, 10, 10));
-
-  // A new layout has computed nothing yet.
-  use_stack(false);
+  use_stack(false);  // a new layout has computed nothing yet
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()"}));
   relayout();
-  EXPECT_EQ(rect_of(child), wxRect(0, 0, 100, 10));
-
-  // Nor does a layout know the children of other elements, or former children.
-  element_ptr_t stranger = new SpacerElement(child, left | top, wxSize(1, 1));
-  EXPECT_EQ(rect_of(stranger), wxRect());
-  m_root->RemoveChild(child);
+  m_root->RemoveChild(child);  // nor does it know former children
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()",
-                                                                "GetChildRect: it != m_rects.end()"}));
+  EXPECT_EQ(taken_function_conditions(), texts_t(2, "GetChildRect: it != m_rects.end()"));
 }
 
 // --- placement order ---
@@ -303,15 +254,15 @@ TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvi
   for (const element_ptr_t& child : ArrangeElementsByPriority(m_root->GetChildren()))
     order += child->GetTestID();
   EXPECT_EQ(order, "afibhgcdjek");
-  EXPECT_EQ(m_root->GetChildren().size(), 11u);
 }
 
 // --- stack layout ---
 
 using StackLayoutTest = layout_fixture_t;
 
+// Turning the stack marks the layout dirty, and the sizes follow the new axis.
 TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
-  use_stack(false);
+  talvar2::intrusive_pointer_t<StackLayout> stack = use_stack(false);
   sized(left | top, wxSize(10, 5), wxSize(4, 2), false);
   spacer(h_center | v_center, wxSize(30, 7));
   spacer(top, wxSize(6, 20));   // no horizontal flag
@@ -320,24 +271,11 @@ TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
   EXPECT_EQ(size(), wxSize(48, 82));
   EXPECT_EQ(min_size(), wxSize(42, 79));
 
-  use_stack(true);
-  EXPECT_EQ(size(), wxSize(54, 32));
-  EXPECT_EQ(min_size(), wxSize(48, 29));
-}
-
-TEST_F(StackLayoutTest, ChangingTheOrientationMarksTheLayoutDirty) {
-  talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
-  element_ptr_t holder = new UIElement(m_root, h_expand | v_expand);
-  holder->SetLayoutLogic(stack);
-  element_ptr_t a = new SpacerElement(holder, left | top, wxSize(10, 5));
-  element_ptr_t b = new SpacerElement(holder, left | top, wxSize(10, 5));
-  paint();  // lays out the whole tree and leaves it clean
-  EXPECT_EQ(b->GetRect(), wxRect(0, 5, 100, 5));
+  paint();  // lays the tree out and leaves it clean
   stack->SetOrientation(true);
   EXPECT_TRUE(m_root->IsLayoutDirty());
-  stack->Invalidate();
-  EXPECT_EQ(a->GetRect(), wxRect(0, 0, 10, 50));
-  EXPECT_EQ(b->GetRect(), wxRect(10, 0, 10, 50));
+  EXPECT_EQ(size(), wxSize(54, 32));
+  EXPECT_EQ(min_size(), wxSize(48, 29));
 }
 
 // --- placement cases of both layouts ---
@@ -362,7 +300,7 @@ struct placement_case_t {
 };
 
 TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
-  orvix1_test::take_asserts();
+  take_asserts();
   const wxRect wide(0, 0, 100, 50);
   const placement_case_t cases[] = {
       {"docks to the sides and fills the rest; hidden and unplaced children get nothing",
@@ -466,22 +404,6 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
           << "child " << i;
   }
   EXPECT_EQ(taken_function_conditions(), texts_t());
-}
-
-// --- spacer ---
-
-using SpacerElementTest = layout_fixture_t;
-
-TEST_F(SpacerElementTest, KeepsItsSizeAndIsNeverResizable) {
-  talvar2::intrusive_pointer_t<SpacerElement> gap(new SpacerElement(m_root, left | top, wxSize(7, 3)));
-  gap->SetResizable(true);
-  EXPECT_FALSE(gap->IsResizable());
-  const int requests = m_host.holder_requests;
-  gap->SetSize(wxSize(12, 4));
-  EXPECT_EQ(gap->GetMinSize(), wxSize(12, 4));
-  EXPECT_GT(m_host.holder_requests, requests);  // repainted
-  relayout();
-  EXPECT_EQ(rect_of(gap), wxRect(0, 0, 12, 4));
 }
 
 }  // namespace
