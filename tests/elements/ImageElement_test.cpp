@@ -59,8 +59,6 @@ std::string patched_gif(bool loop) {
   return gif + ';';
 }
 
-// --- an element on a clock of the test's own -----------------------------------
-
 class clocked_image_t : public ImageElement {
  public:
   explicit clocked_image_t(element_ptr_t parent) : ImageElement(parent, pfLeft | pfTop) {
@@ -115,8 +113,10 @@ TEST_F(ImageElementTest, WithoutPictureOrAnimationItHasNoSizeAndDrawsNothing) {
   EXPECT_EQ(take_requests(), (requests_t{"kill img"}));
 }
 
+// The animation comes from an archive; unreadable ones afterwards change nothing.
 TEST_F(ImageElementTest, AnAnimationTicksAtEachFrameDelayAndPollsWhenNothingChanged) {
-  ASSERT_TRUE(m_image->SetAnimationFile(location("loop.gif")));
+  write_zip(path("res.zip"), {{"anim/busy.gif", patched_gif(true)}});
+  ASSERT_TRUE(m_image->SetAnimationFile(location("res.zip") + "#zip:anim/busy.gif"));
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
   EXPECT_EQ(m_image->GetMinSize(), wxSize(8, 8));
 
@@ -126,6 +126,15 @@ TEST_F(ImageElementTest, AnAnimationTicksAtEachFrameDelayAndPollsWhenNothingChan
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
   m_image->tick_after(100);  // and the first again: it loops
   EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
+
+  log_capture_t log("orvix.elements");
+  m_files.write("broken.gif", patched_gif(true).substr(0, 20));
+  m_files.write("empty.gif", "");
+  for (const char* name : {"missing.gif", "broken.gif", "empty.gif", "res.zip#zip:anim/none.gif"})
+    EXPECT_FALSE(m_image->SetAnimationFile(location(name))) << name;
+  EXPECT_EQ(log.entries().size(), 4u);
+  EXPECT_EQ(take_requests(), requests_t{});  // the running animation goes on
+  EXPECT_TRUE(m_image->HasAnimation());
 }
 
 TEST_F(ImageElementTest, PartialFramesOfAnOptimisedGifAreDrawnWholeUntilTheIteratorIsReset) {
@@ -183,19 +192,6 @@ TEST_F(ImageElementTest, AnAnimationLoadedByWxSharesItsFramesAGenericOneIsShownS
   EXPECT_EQ(log.entries().size(), 1u);  // the warning
 }
 
-TEST_F(ImageElementTest, AnimationsComeFromArchivesAndUnreadableOnesChangeNothing) {
-  log_capture_t log("orvix.elements");
-  write_zip(path("res.zip"), {{"anim/busy.gif", patched_gif(true)}});
-  ASSERT_TRUE(m_image->SetAnimationFile(location("res.zip") + "#zip:anim/busy.gif"));
-  take_requests();
-  m_files.write("broken.gif", patched_gif(true).substr(0, 20));
-  m_files.write("empty.gif", "");
-  for (const char* name : {"missing.gif", "broken.gif", "empty.gif", "res.zip#zip:anim/none.gif"})
-    EXPECT_FALSE(m_image->SetAnimationFile(location(name))) << name;
-  EXPECT_EQ(log.entries().size(), 4u);
-  EXPECT_EQ(take_requests(), requests_t{});  // the running animation goes on
-  EXPECT_TRUE(m_image->HasAnimation());
-}
 
 TEST_F(ImageElementTest, AStillPictureReplacesTheAnimationAndItsTimer) {
   ASSERT_TRUE(m_image->SetAnimationFile(location("loop.gif")));

@@ -19,7 +19,7 @@ class Bindings : public ::testing::Test {
   element_ptr_t element{new UIElement()};
 };
 
-TEST_F(Bindings, ABindingLivesExactlyAsLongAsItsElement) {
+TEST_F(Bindings, ABindingLivesExactlyAsLongAsItsElementAndNeedsOne) {
   talvar2::signal_t<int> outside;  // a signal of some other object
   auto witness = std::make_shared<int>(0);
   int sum = 0;
@@ -32,8 +32,13 @@ TEST_F(Bindings, ABindingLivesExactlyAsLongAsItsElement) {
   element.reset();
   EXPECT_EQ(witness.use_count(), 1);  // gone with the element
   EXPECT_FALSE(outside.has_connections());
-  outside(7);
-  EXPECT_EQ(sum, 105);
+
+  // No element, no binding.
+  EXPECT_EQ(bindings::bind_signal(element, outside, [witness](int) {}), bindings::no_binding);
+  EXPECT_EQ(bindings::on_mouse_entered(element, [](element_ptr_t) {}), bindings::no_binding);
+  EXPECT_EQ(taken_conditions(), (texts_t{"element != __null", "element != __null"}));
+  EXPECT_FALSE(outside.has_connections());
+  EXPECT_EQ(witness.use_count(), 1);
 }
 
 TEST_F(Bindings, ABindingMayCutItselfWhileItRuns) {
@@ -52,14 +57,5 @@ TEST_F(Bindings, ABindingMayCutItselfWhileItRuns) {
   EXPECT_EQ(element->GetBindingsCount(), 0u);
 }
 
-TEST_F(Bindings, NoElementNoBinding) {
-  talvar2::signal_t<int> outside;
-  auto witness = std::make_shared<int>(0);
-  EXPECT_EQ(bindings::bind_signal(element_ptr_t(), outside, [witness](int) {}), bindings::no_binding);
-  EXPECT_EQ(bindings::on_mouse_entered(element_ptr_t(), [](element_ptr_t) {}), bindings::no_binding);
-  EXPECT_EQ(taken_conditions(), (texts_t{"element != __null", "element != __null"}));
-  EXPECT_FALSE(outside.has_connections());
-  EXPECT_EQ(witness.use_count(), 1);
-}
 
 }  // namespace

@@ -29,8 +29,6 @@ bool activate(wxWindow* frame) {
   return gtk_window_is_active(GTK_WINDOW(frame->GetHandle()));
 }
 
-// --- mouse: enter and leave, capture, routing ---------------------------------
-
 // root (200x100) > group (100x100 at 0,0) > { a (40x100 at 0,0), b (40x100 at 40,0) }
 class ElementAdapterMouse : public adapter_fixture_t {
  protected:
@@ -111,8 +109,6 @@ TEST_F(ElementAdapterMouse, UnderCaptureOnlyTheCapturedElementHearsAndReleaseCat
   EXPECT_EQ(adapter->GetHoveredElement(), root);
 }
 
-// --- timers -----------------------------------------------------------------
-
 class ElementAdapterTimers : public adapter_fixture_t {
  protected:
   void SetUp() override {
@@ -161,8 +157,6 @@ TEST_F(ElementAdapterTimers, TheSharedTimerTicksAtTheShortestIntervalAndLongerOn
   tick();
   EXPECT_TRUE(take_log().empty());
 }
-
-// --- focus and keyboard ---------------------------------------------------
 
 // Focusable a (tab 2), b (tab 0), c (tab 1) and a plain element between them.
 class ElementAdapterFocus : public adapter_fixture_t {
@@ -256,22 +250,17 @@ TEST_F(ElementAdapterFocus, AHolderThatIsTheOnlyStopKeepsTheFocus) {
   pump_events();
 }
 
-// --- painting and the other window events -------------------------------------
-
 class ElementAdapterWindowEvents : public adapter_fixture_t {};
 
-TEST_F(ElementAdapterWindowEvents, PaintingDrawsTheWholeTreeInTheClientRectangle) {
+// A paint draws the whole tree in the client rectangle; only the holder's own
+// size events count; show and colour changes reach every element.
+TEST_F(ElementAdapterWindowEvents, PaintSizeShowAndColourEvents) {
   recording_ptr_t child = add(root, wxSize(30, 20), "child");
   holder->SetSize(160, 90);
   root->drawn.clear();
   paint();
   EXPECT_EQ(root->drawn, (std::vector<wxRect>{wxRect(0, 0, 160, 90)}));
   EXPECT_EQ(child->drawn, (std::vector<wxRect>{wxRect(0, 0, 30, 90)}));
-}
-
-TEST_F(ElementAdapterWindowEvents, OnlyTheHoldersOwnSizeEventsCountShowAndColoursReachEveryElement) {
-  add(root, wxSize(10, 10), "child");
-  paint();
   ASSERT_FALSE(root->IsLayoutDirty());
   wxSizeEvent of_button(wxSize(5, 5), next->GetId());
   of_button.SetEventObject(next);
@@ -293,8 +282,6 @@ TEST_F(ElementAdapterWindowEvents, OnlyTheHoldersOwnSizeEventsCountShowAndColour
   holder->ProcessWindowEvent(colours);
   EXPECT_EQ(take_log(), (log_t{"root colours", "child colours"}));
 }
-
-// --- lifetime and preconditions ---------------------------------------------
 
 class ElementAdapterLifetime : public adapter_fixture_t {};
 
@@ -347,18 +334,13 @@ TEST_F(ElementAdapterLifetime, ANewRootOrTheAdaptersEndLetsGoOfTheTreeAndTheWind
 }
 
 TEST_F(ElementAdapterLifetime, BrokenPreconditionsAreReportedWithTheirTexts) {
-  {
-    ElementAdapter without_holder(nullptr);
-  }
+  ElementAdapter(nullptr);
   EXPECT_EQ(taken_conditions(), (texts_t{"holder != __null"}));
 
   element_ptr_t docked = new UIElement();
   docked->SetPositionFlags(UIElement::pfLeft | UIElement::pfVCenter);
   take_asserts();  // without a host the element cannot ask for a repaint
-  {
-    ElementAdapter second(holder);
-    second.SetRootElement(docked);
-  }
+  ElementAdapter(holder).SetRootElement(docked);
   EXPECT_EQ(taken_conditions(),
             (texts_t{"(element->GetPositionFlags()&(UIElement::pfVCenter|UIElement::"
                                       "pfHCenter)) == (UIElement::pfVCenter|UIElement::pfHCenter)"}));

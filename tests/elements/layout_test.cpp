@@ -89,8 +89,6 @@ class layout_fixture_t : public ::testing::Test {
   fake_element_host_t m_host{m_root, wxRect(0, 0, 100, 50)};
 };
 
-// --- placing one child in the remaining space ---
-
 class LayoutPositionTest : public layout_fixture_t {
  protected:
   wxRect place(wxRect& remaining, wxSize size, int flags) const {
@@ -153,15 +151,11 @@ TEST_F(LayoutPositionTest, AnAxisWithoutFlagsGetsNothingAndTheFirstFlagOfAGroupW
   }
 }
 
-// --- the size an element asks for ---
-
 using LayoutSizeTest = layout_fixture_t;
 
 TEST_F(LayoutSizeTest, DockedChildrenAddUpAndCentredOnesAddUnlessAllAreCentred) {
-  EXPECT_EQ(size(), wxSize(0, 0));
   sized(left | top, wxSize(10, 5), wxSize(4, 2), true);
   spacer(right | bottom, wxSize(20, 7));
-  EXPECT_EQ(size(), wxSize(30, 12));
   spacer(h_center | v_center, wxSize(15, 9));
   spacer(left | top, wxSize(500, 500))->SetVisible(false);
   EXPECT_EQ(size(), wxSize(45, 21));
@@ -184,8 +178,6 @@ TEST_F(LayoutSizeTest, WhenAllAreCentredTheLargestOrTheDockedSumCounts) {
   spacer(h_center, wxSize(5, 100));
   EXPECT_EQ(size(), wxSize(15, 29));
 }
-
-// --- the rectangle cache and the relayout around it ---
 
 using LayoutCacheTest = layout_fixture_t;
 
@@ -214,18 +206,12 @@ TEST_F(LayoutCacheTest, ChildrenAreFrozenWhileLaidOutEvenWhenTheRelayoutNests) {
   EXPECT_FALSE(first->IsUpdatesFrozen() || second->IsUpdatesFrozen());
 }
 
-TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
+TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThemAndAChildAddedMidwayIsLost) {
   sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
   child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };
   relayout();
-  EXPECT_EQ(taken_function_conditions(),
-            (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
+  EXPECT_EQ(taken_function_conditions(), (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
   EXPECT_EQ(rect_of(child), wxRect(0, 0, 10, 10));
-}
-
-TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
-  element_ptr_t child = spacer(left | top, wxSize(10, 10));
-  relayout();
   use_stack(false);  // a new layout has computed nothing yet
   EXPECT_EQ(rect_of(child), wxRect());
   relayout();
@@ -233,8 +219,6 @@ TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
   EXPECT_EQ(rect_of(child), wxRect());
   EXPECT_EQ(taken_function_conditions(), texts_t(2, "GetChildRect: it != m_rects.end()"));
 }
-
-// --- placement order ---
 
 using LayoutPriorityTest = layout_fixture_t;
 
@@ -256,8 +240,6 @@ TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvi
   EXPECT_EQ(order, "afibhgcdjek");
 }
 
-// --- stack layout ---
-
 using StackLayoutTest = layout_fixture_t;
 
 // Turning the stack marks the layout dirty, and the sizes follow the new axis.
@@ -277,8 +259,6 @@ TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
   EXPECT_EQ(size(), wxSize(54, 32));
   EXPECT_EQ(min_size(), wxSize(48, 29));
 }
-
-// --- placement cases of both layouts ---
 
 // One child of a case: a spacer unless it has a minimum size of its own.
 struct placed_child_t {
@@ -312,52 +292,43 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
         {h_expand | v_expand, wxSize(1, 1), wxRect(15, 15, 70, 36)},
         {left | v_expand, wxSize(30, 1), wxRect(0, 0, 0, 0), wxDefaultSize, false, false},
         {0, wxSize(30, 30), wxRect(0, 0, 0, 0)}}},
-      {"the last of the right-docked children takes the outer edge",
-       wide,
+      {"the last of the right-docked children takes the outer edge", wide,
        {{h_expand | v_expand, wxSize(1, 1), wxRect(5, 5, 65, 45)},
         {right | v_expand, wxSize(10, 1), wxRect(70, 5, 10, 45)},
         {right | v_expand, wxSize(20, 1), wxRect(80, 5, 20, 45)},
         {left | top, wxSize(5, 5), wxRect(0, 0, 5, 5)}}},
-      {"a width shortage is covered by shrinking resizable children",
-       wide,
+      {"a width shortage is covered by shrinking resizable children", wide,
        {{left | v_expand, wxSize(60, 1), wxRect(0, 0, 50, 50), wxSize(30, 1), true},
         {left | v_expand, wxSize(50, 1), wxRect(50, 0, 50, 50)}}},
-      {"a covered shortage lifts a child below its minimum back to it",
-       wide,
+      {"a covered shortage lifts a child below its minimum back to it", wide,
        {{left | v_expand, wxSize(70, 1), wxRect(0, 0, 35, 50), wxSize(20, 1), true},
         {left | v_expand, wxSize(40, 1), wxRect(35, 0, 40, 50)},
         {left | v_expand, wxSize(10, 1), wxRect(75, 0, 25, 50), wxSize(25, 1), true}}},
       // The centred child got nothing in the short pass and keeps asking for
       // that; the child after it was not placed in it, so it kept its height.
-      {"a height shortage restarts the pass at once",
-       wxRect(0, 0, 100, 40),
+      {"a height shortage restarts the pass at once", wxRect(0, 0, 100, 40),
        {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 32), wxSize(1, 10), true},
         {left | v_center, wxSize(10, 8), wxRect(0, 36, 10, 0), wxSize(10, 8)},
         {left | v_center, wxSize(10, 5), wxRect(10, 34, 10, 5), wxSize(0, 0)}}},
-      {"resizable children are lifted while the height is shared",
-       wxRect(0, 0, 100, 40),
+      {"resizable children are lifted while the height is shared", wxRect(0, 0, 100, 40),
        {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 10), wxSize(1, 10), true},
         {h_expand | top, wxSize(1, 30), wxRect(0, 10, 100, 30), wxSize(1, 30), true}}},
       // The area is as wide as all sizes together, the hidden child's too.
-      {"when the width runs out children spread over the sum of their widths",
-       wxRect(0, 0, 50, 20),
+      {"when the width runs out children spread over the sum of their widths", wxRect(0, 0, 50, 20),
        {{left | v_center, wxSize(30, 10), wxRect(0, 5, 30, 10)},
         {left | v_center, wxSize(40, 10), wxRect(30, 5, 40, 10)},
         {left | v_center, wxSize(20, 10), wxRect(70, 5, 20, 10)},
         {right | v_center, wxSize(10, 10), wxRect(190, 5, 10, 10)},
         {left | v_center, wxSize(100, 10), wxRect(0, 0, 0, 0), wxDefaultSize, false, false}}},
-      {"an uncovered shortage keeps what the resizable children gave up",
-       wxRect(0, 0, 50, 50),
+      {"an uncovered shortage keeps what the resizable children gave up", wxRect(0, 0, 50, 50),
        {{left | v_expand, wxSize(40, 1), wxRect(0, 0, 30, 50), wxSize(30, 1), true},
         {left | v_expand, wxSize(70, 1), wxRect(30, 0, 70, 50)}}},
       // A top-docked child keeps the height it got before the space ran out.
-      {"when the height runs out children spread over the sum of their heights",
-       wxRect(0, 0, 40, 50),
+      {"when the height runs out children spread over the sum of their heights", wxRect(0, 0, 40, 50),
        {{top | h_center, wxSize(10, 30), wxRect(15, 0, 10, 30)},
         {top | h_center, wxSize(10, 40), wxRect(15, 30, 10, 20)},
         {top | h_center, wxSize(10, 15), wxRect(15, 50, 10, 15)}}},
-      {"a stack gives fixed children their length; hidden ones keep their place",
-       wxRect(3, 4, 100, 50),
+      {"a stack gives fixed children their length; hidden ones keep their place", wxRect(3, 4, 100, 50),
        {{left | top, wxSize(10, 5), wxRect(3, 4, 100, 5)},
         {left | top, wxSize(10, 20), wxRect(3, 9, 100, 20), wxDefaultSize, false, false},
         {h_center | v_center, wxSize(20, 7), wxRect(3, 29, 100, 7)},
@@ -371,8 +342,7 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
         {left | v_expand, wxSize(1, 1), wxRect(63, 0, 33, 20), wxSize(1, 1), true},
         {left | v_expand, wxSize(1, 1), wxRect(96, 0, 33, 20), wxSize(1, 1), true}},
        logic_t::stack_across},
-      {"without free length resizable children of a stack get nothing",
-       wxRect(0, 0, 20, 20),
+      {"without free length resizable children of a stack get nothing", wxRect(0, 0, 20, 20),
        {{left | v_expand, wxSize(1, 1), wxRect(0, 0, 0, 20), wxSize(1, 1), true},
         {left | v_expand, wxSize(30, 1), wxRect(0, 0, 30, 20), wxDefaultSize, true},
         {left | v_expand, wxSize(1, 1), wxRect(30, 0, 0, 20), wxSize(1, 1), true}},
@@ -389,19 +359,15 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
     }
     std::vector<element_ptr_t> children;
     for (const placed_child_t& child : c.children) {
-      element_ptr_t element;
-      if (child.minimum == wxDefaultSize)
-        element = new SpacerElement(root, child.flags, child.size);
-      else
-        element = new sized_t(root, child.flags, child.size, child.minimum);
-      element->SetResizable(child.resizable);
-      element->SetVisible(child.visible);
-      children.push_back(element);
+      children.push_back(child.minimum == wxDefaultSize
+                             ? element_ptr_t(new SpacerElement(root, child.flags, child.size))
+                             : element_ptr_t(new sized_t(root, child.flags, child.size, child.minimum)));
+      children.back()->SetResizable(child.resizable);
+      children.back()->SetVisible(child.visible);
     }
     root->GetLayoutLogic()->Invalidate();
     for (std::size_t i = 0; i < children.size(); ++i)
-      EXPECT_EQ(root->GetLayoutLogic()->GetChildRect(wxRect(), children[i]), c.children[i].expected)
-          << "child " << i;
+      EXPECT_EQ(root->GetLayoutLogic()->GetChildRect(wxRect(), children[i]), c.children[i].expected) << i;
   }
   EXPECT_EQ(taken_function_conditions(), texts_t());
 }

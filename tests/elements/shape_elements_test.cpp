@@ -35,15 +35,6 @@ class shape_probe_t : public RectangleElement {
   using RectangleElement::RectangleElement;
 };
 
-// A style that answers the rectangle's keys with fixed colours.
-class fixed_style_t : public ui_style_t {
- public:
-  fixed_style_t(const wxColour& background, const wxColour& border) {
-    internal_set_color("clBtnBgNormal", background);
-    internal_set_color("clBorderNormal", border);
-  }
-};
-
 // A top-level window for as long as the test runs.
 class scoped_frame_t {
  public:
@@ -62,8 +53,6 @@ class hosted_t {
   talvar2::intrusive_pointer_t<Element> element{new Element()};
   fake_element_host_t host;
 };
-
-// --- RectangleElement ---------------------------------------------------------
 
 class RectangleElementTest : public ::testing::Test {
  protected:
@@ -140,26 +129,23 @@ TEST_F(RectangleElementTest, TheRoundedStyleCutsTheCorners) {
   EXPECT_EQ(canvas.at(10, 0), k_blue);
 }
 
-TEST(RectangleElementStyleTest, UnsetColoursComeFromThePaletteAndFollowIt) {
-  talvar2::intrusive_pointer_t<ui_settings_configure_t> palette =
-      ui_settings_configure_t::get();
+// Unset colours come from the palette and follow it; explicit ones win over
+// style changes until handed back.
+TEST(RectangleElementStyleTest, PaletteStyleAndExplicitColours) {
+  talvar2::intrusive_pointer_t<ui_settings_configure_t> palette = ui_settings_configure_t::get();
   hosted_t<RectangleElement> hosted;
   RectangleElement& rect = *hosted.element;
   EXPECT_EQ(rect.GetBkColor(), palette->get_color(color_face));
-  EXPECT_EQ(rect.GetBorderColor(), palette->get_color(color_shadow_3d));
-
   palette->set_color(color_face, wxColour(1, 2, 3));
   palette->set_color(color_shadow_3d, wxColour(4, 5, 6));
   palette->changed()();  // as after a change of the desktop's colours
   EXPECT_EQ(rect.GetBkColor(), wxColour(1, 2, 3));
   EXPECT_EQ(rect.GetBorderColor(), wxColour(4, 5, 6));
-}
 
-TEST(RectangleElementStyleTest, ExplicitColoursWinOverStyleChangesUntilHandedBack) {
-  hosted_t<RectangleElement> hosted;
-  RectangleElement& rect = *hosted.element;
   rect.SetBkColor(k_green);
-  talvar2::intrusive_pointer_t<fixed_style_t> style = new fixed_style_t(k_red, k_blue);
+  talvar2::intrusive_pointer_t<ui_style_t> style(new ui_style_t);
+  style->internal_set_color("clBtnBgNormal", k_red);
+  style->internal_set_color("clBorderNormal", k_blue);
   rect.SetUiStyle(style);
   EXPECT_EQ(rect.GetBkColor(), k_green);
   EXPECT_EQ(rect.GetBorderColor(), k_blue);
@@ -182,19 +168,12 @@ TEST(RectangleElementStyleTest, ExplicitColoursWinOverStyleChangesUntilHandedBac
   EXPECT_TRUE(take_asserts().empty());
 }
 
-// --- BgImageElement -----------------------------------------------------------
-
-// A green 8x8 picture whose left half is masked out.
-wxImage half_masked_picture() {
-  return half_masked_image(wxSize(8, 8), k_green, wxColour(1, 2, 3));
-}
-
 class BgImageElementTest : public ::testing::Test {
  protected:
   void SetUp() override {
     background().SetBkColor(k_red);
     background().ShowBorder(false);
-    background().SetBgImage(half_masked_picture());
+    background().SetBgImage(half_masked_image(wxSize(8, 8), k_green, wxColour(1, 2, 3)));  // left half masked
   }
   BgImageElement& background() { return *m_hosted.element; }
   // The element drawn into `rect` on a canvas of the host's client size.
@@ -243,8 +222,6 @@ TEST_F(BgImageElementTest, ThePictureComesFromAnImageOrFromAStaticPictureControl
   background().SetBgStaticPicture(control);
   EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).all(wxRect(0, 0, 6, 5), k_blue));
 }
-
-// --- DropArrowElement ---------------------------------------------------------
 
 // Answers the metrics from a table instead of the desktop.
 class metrics_probe_t : public DropArrowElement {
