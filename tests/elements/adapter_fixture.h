@@ -1,11 +1,8 @@
 #ifndef ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
 #define ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
 
-// A real holder window with an adapter and a tree of recording elements,
-// for the tests of the adapter and of what drives elements through it.
-//
-// frame > panel > { button "previous" (at 0,110), holder (200x100 at 0,0),
-//                   button "next" (at 210,0) }
+// A real holder window with an adapter and a tree of recording elements:
+// frame > panel > { button "previous" (at 0,110), holder (200x100 at 0,0), button "next" (at 210,0) }
 
 #include <memory>
 #include <string>
@@ -92,7 +89,7 @@ class adapter_fixture_t : public ::testing::Test {
   void SetUp() override {
     take_asserts();
     frame = new wxFrame(nullptr, wxID_ANY, "adapter", wxPoint(20, 20), wxSize(400, 200));
-    panel = new wxPanel(frame);
+    wxPanel* panel = new wxPanel(frame);
     previous = new wxButton(panel, wxID_ANY, "previous", wxPoint(0, 110));
     holder = new wxWindow(panel, wxID_ANY, wxPoint(0, 0), wxSize(200, 100));
     holder->SetBackgroundStyle(wxBG_STYLE_PAINT);
@@ -133,7 +130,6 @@ class adapter_fixture_t : public ::testing::Test {
 
   log_t log;
   wxFrame* frame = nullptr;
-  wxPanel* panel = nullptr;
   wxWindow* holder = nullptr;
   wxButton* previous = nullptr;
   wxButton* next = nullptr;

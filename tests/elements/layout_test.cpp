@@ -74,11 +74,6 @@ class layout_fixture_t : public ::testing::Test {
     return stack;
   }
   void relayout() { m_root->GetLayoutLogic()->Invalidate(); }
-  void paint() {
-    wxBitmap bitmap(100, 100);
-    wxMemoryDC dc(bitmap);
-    m_root->ProcessDraw(dc, m_host.m_client, false);
-  }
   wxRect rect_of(const element_ptr_t& child) const {
     return m_root->GetLayoutLogic()->GetChildRect(wxRect(), child);
   }
@@ -223,10 +218,8 @@ TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThemAndAChildAdde
 using LayoutPriorityTest = layout_fixture_t;
 
 TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvisible) {
-  const int flags[] = {left | top,    h_center | top,    right | v_center,
-                       h_expand | v_expand,       left | top,        left | bottom,
-                       bottom | h_expand,         left | v_center,   0,
-                       left | h_center | v_center, h_expand | v_expand};
+  const int flags[] = {left | top,   h_center | top,    right | v_center, h_expand | v_expand,        left | top,
+                       left | bottom, bottom | h_expand, left | v_center, 0, left | h_center | v_center, h_expand | v_expand};
   std::string id = "a";
   for (const int child_flags : flags) {
     element_ptr_t child = spacer(child_flags, wxSize());
@@ -253,7 +246,9 @@ TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
   EXPECT_EQ(size(), wxSize(48, 82));
   EXPECT_EQ(min_size(), wxSize(42, 79));
 
-  paint();  // lays the tree out and leaves it clean
+  wxBitmap bitmap(100, 100);
+  wxMemoryDC dc(bitmap);
+  m_root->ProcessDraw(dc, m_host.m_client, false);  // lays the tree out and leaves it clean
   stack->SetOrientation(true);
   EXPECT_TRUE(m_root->IsLayoutDirty());
   EXPECT_EQ(size(), wxSize(54, 32));
