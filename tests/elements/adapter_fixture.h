@@ -1,14 +1,12 @@
 #ifndef ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
 #define ORVIX1_TESTS_ELEMENTS_ADAPTER_FIXTURE_H
 
-// A real holder window with an adapter and a tree of recording elements,
-// for the tests of the adapter and of what drives elements through it.
-//
-// frame > panel > { button "previous" (at 0,110), holder (200x100 at 0,0),
-//                   button "next" (at 210,0) }
+// A real holder window with an adapter and a tree of recording elements:
+// frame > panel > { button "previous" (at 0,110), holder (200x100 at 0,0), button "next" (at 210,0) }
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -24,17 +22,13 @@ namespace orvix1_test {
 
 using log_t = std::vector<std::string>;
 
-// An element of a fixed size that writes down what happens to it as
-// "<test id> <what>"; its mouse handlers pass events on to the children
-// while `propagate` is set.
+// An element of a fixed size that logs "<test id> <what>"; its mouse
+// handlers pass events on to the children while `propagate` is set.
 class recording_element_t : public orvix1::elements::UIElement {
  public:
   using element_ptr_t = orvix1::elements::element_ptr_t;
 
-  // A root.
   recording_element_t(log_t* log, const std::string& name) : m_log(log) { SetTestID(name); }
-  // A child, by default docked to the left of its parent's remaining space
-  // and as high as its parent.
   recording_element_t(element_ptr_t parent, wxSize size, log_t* log, const std::string& name,
                       int flags = pfLeft | pfVExpand)
       : UIElement(parent, flags), m_size(size), m_log(log) {
@@ -59,9 +53,9 @@ class recording_element_t : public orvix1::elements::UIElement {
     write("leave");
     UIElement::OnMouseLeave(event);
   }
-  void OnMouseMove(const wxMouseEvent&, bool& go_on) override { write("move", go_on); }
-  void OnMouseDown(const wxMouseEvent&, bool& go_on) override { write("down", go_on); }
-  void OnMouseUp(const wxMouseEvent&, bool& go_on) override { write("up", go_on); }
+  void OnMouseMove(const wxMouseEvent&, bool& go_on) override { go_on = write("move"); }
+  void OnMouseDown(const wxMouseEvent&, bool& go_on) override { go_on = write("down"); }
+  void OnMouseUp(const wxMouseEvent&, bool& go_on) override { go_on = write("up"); }
   void OnMouseClick(const wxMouseEvent& event, bool& go_on) override {
     write("click");
     UIElement::OnMouseClick(event, go_on);
@@ -77,12 +71,9 @@ class recording_element_t : public orvix1::elements::UIElement {
   bool propagate = true;
 
  private:
-  void write(const std::string& what) {
+  bool write(const std::string& what) {
     if (m_log != nullptr) m_log->push_back(GetTestID() + " " + what);
-  }
-  void write(const std::string& what, bool& go_on) {
-    write(what);
-    go_on = propagate;
+    return propagate;
   }
 
   wxSize m_size;
@@ -98,13 +89,12 @@ class adapter_fixture_t : public ::testing::Test {
   void SetUp() override {
     take_asserts();
     frame = new wxFrame(nullptr, wxID_ANY, "adapter", wxPoint(20, 20), wxSize(400, 200));
-    panel = new wxPanel(frame);
+    wxPanel* panel = new wxPanel(frame);
     previous = new wxButton(panel, wxID_ANY, "previous", wxPoint(0, 110));
     holder = new wxWindow(panel, wxID_ANY, wxPoint(0, 0), wxSize(200, 100));
     holder->SetBackgroundStyle(wxBG_STYLE_PAINT);
     next = new wxButton(panel, wxID_ANY, "next", wxPoint(210, 0));
     frame->Show();
-    // The round trip to the display brings the map events before the pump.
     gdk_display_sync(gtk_widget_get_display(frame->GetHandle()));
     pump_events();
     adapter = std::make_unique<orvix1::elements::ElementAdapter>(holder);
@@ -122,13 +112,12 @@ class adapter_fixture_t : public ::testing::Test {
     return new recording_element_t(parent, size, &log, name);
   }
 
-  // Paints the holder at once, which lays the tree out as well.
+  // Paints the holder at once, laying the tree out.
   void paint() {
     holder->Refresh();
     holder->Update();
   }
 
-  // A mouse event as the holder receives it, through the holder's handlers.
   void send_mouse(wxEventType type, int x, int y, bool left_down = false) {
     wxMouseEvent event(type);
     event.SetPosition(wxPoint(x, y));
@@ -137,16 +126,10 @@ class adapter_fixture_t : public ::testing::Test {
     holder->ProcessWindowEvent(event);
   }
 
-  // What was recorded since the last call.
-  log_t take_log() {
-    log_t taken;
-    taken.swap(log);
-    return taken;
-  }
+  log_t take_log() { return std::exchange(log, log_t()); }
 
   log_t log;
   wxFrame* frame = nullptr;
-  wxPanel* panel = nullptr;
   wxWindow* holder = nullptr;
   wxButton* previous = nullptr;
   wxButton* next = nullptr;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,9 +19,7 @@
 namespace {
 
 using namespace orvix1::elements;
-using orvix1_test::fake_element_host_t;
-using orvix1_test::taken_function_conditions;
-using orvix1_test::texts_t;
+using namespace orvix1_test;
 
 constexpr int left = UIElement::pfLeft;
 constexpr int right = UIElement::pfRight;
@@ -37,10 +36,6 @@ class sized_t : public UIElement {
  public:
   sized_t(element_ptr_t parent, int flags, wxSize size, wxSize minimum)
       : UIElement(parent, flags), m_size(size), m_minimum(minimum) {}
-  ~sized_t() override {
-    if (destroyed != nullptr) *destroyed = true;
-  }
-
   wxSize GetSize() const override {
     if (on_size_asked) {
       const std::function<void()> hook = std::move(on_size_asked);
@@ -52,7 +47,6 @@ class sized_t : public UIElement {
   wxSize GetMinSize() const override { return m_minimum; }
 
   mutable std::function<void()> on_size_asked;
-  bool* destroyed = nullptr;
 
  private:
   wxSize m_size;
@@ -64,7 +58,7 @@ using sized_ptr_t = talvar2::intrusive_pointer_t<sized_t>;
 // A root answered by a fake host, and helpers to fill and lay it out.
 class layout_fixture_t : public ::testing::Test {
  protected:
-  void SetUp() override { orvix1_test::take_asserts(); }
+  void SetUp() override { take_asserts(); }
   void TearDown() override { EXPECT_EQ(taken_function_conditions(), texts_t()); }
 
   element_ptr_t spacer(int flags, wxSize size) { return new SpacerElement(m_root, flags, size); }
@@ -73,17 +67,13 @@ class layout_fixture_t : public ::testing::Test {
     child->SetResizable(resizable);
     return child;
   }
-  void use_stack(bool horizontal) {
+  talvar2::intrusive_pointer_t<StackLayout> use_stack(bool horizontal) {
     talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
     stack->SetOrientation(horizontal);
     m_root->SetLayoutLogic(stack);
+    return stack;
   }
   void relayout() { m_root->GetLayoutLogic()->Invalidate(); }
-  void paint() {
-    wxBitmap bitmap(100, 100);
-    wxMemoryDC dc(bitmap);
-    m_root->ProcessDraw(dc, m_host.m_client, false);
-  }
   wxRect rect_of(const element_ptr_t& child) const {
     return m_root->GetLayoutLogic()->GetChildRect(wxRect(), child);
   }
@@ -93,8 +83,6 @@ class layout_fixture_t : public ::testing::Test {
   element_ptr_t m_root{new UIElement()};
   fake_element_host_t m_host{m_root, wxRect(0, 0, 100, 50)};
 };
-
-// --- placing one child in the remaining space ---
 
 class LayoutPositionTest : public layout_fixture_t {
  protected:
@@ -144,38 +132,25 @@ TEST_F(LayoutPositionTest, DockingTakesFromTheRemainingSpaceAndCentringLeavesIt)
 }
 
 TEST_F(LayoutPositionTest, AnAxisWithoutFlagsGetsNothingAndTheFirstFlagOfAGroupWins) {
-  wxRect remaining(5, 5, 50, 50);
-  EXPECT_EQ(place(remaining, wxSize(10, 10), 0), wxRect(0, 0, 0, 0));
-  EXPECT_EQ(place(remaining, wxSize(10, 10), left), wxRect(5, 0, 10, 0));
-  EXPECT_EQ(remaining, wxRect(15, 5, 40, 50));
-
-  struct case_t {
-    int flags;
-    wxRect expected;
-  };
-  const case_t cases[] = {
+  const std::pair<int, wxRect> cases[] = {
+      {0, wxRect(0, 0, 0, 0)},
       {left | right | h_center | h_expand | top, wxRect(0, 0, 10, 10)},
       {right | h_center | h_expand | top, wxRect(90, 0, 10, 10)},
       {h_center | h_expand | top, wxRect(45, 0, 10, 10)},
-      {top | bottom | v_center | v_expand | left, wxRect(0, 0, 10, 10)},
       {bottom | v_center | v_expand | left, wxRect(0, 90, 10, 10)},
       {v_center | v_expand | left, wxRect(0, 45, 10, 10)},
   };
-  for (const case_t& c : cases) {
+  for (const auto& [flags, expected] : cases) {
     wxRect space(0, 0, 100, 100);
-    EXPECT_EQ(place(space, wxSize(10, 10), c.flags), c.expected) << "flags 0x" << std::hex << c.flags;
+    EXPECT_EQ(place(space, wxSize(10, 10), flags), expected) << "flags 0x" << std::hex << flags;
   }
 }
-
-// --- the size an element asks for ---
 
 using LayoutSizeTest = layout_fixture_t;
 
 TEST_F(LayoutSizeTest, DockedChildrenAddUpAndCentredOnesAddUnlessAllAreCentred) {
-  EXPECT_EQ(size(), wxSize(0, 0));
   sized(left | top, wxSize(10, 5), wxSize(4, 2), true);
   spacer(right | bottom, wxSize(20, 7));
-  EXPECT_EQ(size(), wxSize(30, 12));
   spacer(h_center | v_center, wxSize(15, 9));
   spacer(left | top, wxSize(500, 500))->SetVisible(false);
   EXPECT_EQ(size(), wxSize(45, 21));
@@ -199,8 +174,6 @@ TEST_F(LayoutSizeTest, WhenAllAreCentredTheLargestOrTheDockedSumCounts) {
   EXPECT_EQ(size(), wxSize(15, 29));
 }
 
-// --- the rectangle cache and the relayout around it ---
-
 using LayoutCacheTest = layout_fixture_t;
 
 TEST_F(LayoutCacheTest, WithoutAControlledElementTheLayoutReportsAndGivesNothing) {
@@ -208,28 +181,7 @@ TEST_F(LayoutCacheTest, WithoutAControlledElementTheLayoutReportsAndGivesNothing
   EXPECT_EQ(loose->GetControlledElement(), element_ptr_t());
   EXPECT_EQ(loose->GetSize(), wxSize(0, 0));
   loose->Invalidate();
-  EXPECT_EQ(taken_function_conditions(),
-            (texts_t{"GetControlledElement: element != __null",
-                                      "GetControlledElement: element != __null",
-                                      "GetControlledElement: element != __null"}));
-}
-
-TEST_F(LayoutCacheTest, AChildThatLeavesDuringTheRelayoutLivesUntilItEnds) {
-  bool destroyed = false;
-  bool destroyed_inside = true;
-  {
-    sized_ptr_t leaving = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
-    leaving->destroyed = &destroyed;
-    sized_t* raw = leaving.get();
-    leaving->on_size_asked = [this, raw, &destroyed, &destroyed_inside] {
-      m_root->RemoveChild(raw);
-      destroyed_inside = destroyed;
-    };
-  }
-  relayout();
-  EXPECT_FALSE(destroyed_inside);
-  EXPECT_TRUE(destroyed);
-  EXPECT_TRUE(m_root->GetChildren().empty());
+  EXPECT_EQ(taken_function_conditions(), texts_t(3, "GetControlledElement: element != __null"));
 }
 
 // Children are frozen while laid out; a relayout started from inside one
@@ -246,52 +198,28 @@ TEST_F(LayoutCacheTest, ChildrenAreFrozenWhileLaidOutEvenWhenTheRelayoutNests) {
   EXPECT_EQ(frozen, (std::vector<bool>{true, true, false}));
   EXPECT_EQ(rect_of(first), wxRect(0, 0, 10, 10));
   EXPECT_EQ(rect_of(second), wxRect(10, 10, 20, 10));
-  EXPECT_FALSE(first->IsUpdatesFrozen());
-  EXPECT_FALSE(second->IsUpdatesFrozen());
-  EXPECT_EQ(first->ref_count(), 2u);  // the list's and ours
-  EXPECT_EQ(second->ref_count(), 2u);
+  EXPECT_FALSE(first->IsUpdatesFrozen() || second->IsUpdatesFrozen());
 }
 
-TEST_F(LayoutCacheTest, AChildAddedDuringTheRelayoutIsReportedAsLost) {
+TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThemAndAChildAddedMidwayIsLost) {
   sized_ptr_t child = sized(left | top, wxSize(10, 10), wxSize(10, 10), false);
   child->on_size_asked = [this] { spacer(left | top, wxSize(5, 5)); };
   relayout();
-  EXPECT_EQ(taken_function_conditions(),
-            (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
+  EXPECT_EQ(taken_function_conditions(), (texts_t{"OnInvalidate: m_rects.size() == children.size()"}));
   EXPECT_EQ(rect_of(child), wxRect(0, 0, 10, 10));
-  EXPECT_EQ(rect_of(m_root->GetChildren().back()), wxRect());
-}
-
-TEST_F(LayoutCacheTest, RectanglesBelongToTheLayoutThatComputedThem) {
-  element_ptr_t child = spacer(left | top, wxSize(10, 10));
-  relayout();
-  EXPECT_EQ(child->GetRect(), wxRect(0, 0, 10, 10));
-
-  // A new layout has computed nothing yet.
-  use_stack(false);
+  use_stack(false);  // a new layout has computed nothing yet
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()"}));
   relayout();
-  EXPECT_EQ(rect_of(child), wxRect(0, 0, 100, 10));
-
-  // Nor does a layout know the children of other elements, or former children.
-  element_ptr_t stranger = new SpacerElement(child, left | top, wxSize(1, 1));
-  EXPECT_EQ(rect_of(stranger), wxRect());
-  m_root->RemoveChild(child);
+  m_root->RemoveChild(child);  // nor does it know former children
   EXPECT_EQ(rect_of(child), wxRect());
-  EXPECT_EQ(taken_function_conditions(), (texts_t{"GetChildRect: it != m_rects.end()",
-                                                                "GetChildRect: it != m_rects.end()"}));
+  EXPECT_EQ(taken_function_conditions(), texts_t(2, "GetChildRect: it != m_rects.end()"));
 }
-
-// --- placement order ---
 
 using LayoutPriorityTest = layout_fixture_t;
 
 TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvisible) {
-  const int flags[] = {left | top,    h_center | top,    right | v_center,
-                       h_expand | v_expand,       left | top,        left | bottom,
-                       bottom | h_expand,         left | v_center,   0,
-                       left | h_center | v_center, h_expand | v_expand};
+  const int flags[] = {left | top,   h_center | top,    right | v_center, h_expand | v_expand,        left | top,
+                       left | bottom, bottom | h_expand, left | v_center, 0, left | h_center | v_center, h_expand | v_expand};
   std::string id = "a";
   for (const int child_flags : flags) {
     element_ptr_t child = spacer(child_flags, wxSize());
@@ -303,15 +231,13 @@ TEST_F(LayoutPriorityTest, DockedFirstThenOneAxisFromEachEndThenBothAxesThenInvi
   for (const element_ptr_t& child : ArrangeElementsByPriority(m_root->GetChildren()))
     order += child->GetTestID();
   EXPECT_EQ(order, "afibhgcdjek");
-  EXPECT_EQ(m_root->GetChildren().size(), 11u);
 }
-
-// --- stack layout ---
 
 using StackLayoutTest = layout_fixture_t;
 
+// Turning the stack marks the layout dirty, and the sizes follow the new axis.
 TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
-  use_stack(false);
+  talvar2::intrusive_pointer_t<StackLayout> stack = use_stack(false);
   sized(left | top, wxSize(10, 5), wxSize(4, 2), false);
   spacer(h_center | v_center, wxSize(30, 7));
   spacer(top, wxSize(6, 20));   // no horizontal flag
@@ -320,27 +246,14 @@ TEST_F(StackLayoutTest, SizeStacksTheVisibleChildrenAlongTheAxisOnly) {
   EXPECT_EQ(size(), wxSize(48, 82));
   EXPECT_EQ(min_size(), wxSize(42, 79));
 
-  use_stack(true);
+  wxBitmap bitmap(100, 100);
+  wxMemoryDC dc(bitmap);
+  m_root->ProcessDraw(dc, m_host.m_client, false);  // lays the tree out and leaves it clean
+  stack->SetOrientation(true);
+  EXPECT_TRUE(m_root->IsLayoutDirty());
   EXPECT_EQ(size(), wxSize(54, 32));
   EXPECT_EQ(min_size(), wxSize(48, 29));
 }
-
-TEST_F(StackLayoutTest, ChangingTheOrientationMarksTheLayoutDirty) {
-  talvar2::intrusive_pointer_t<StackLayout> stack(new StackLayout);
-  element_ptr_t holder = new UIElement(m_root, h_expand | v_expand);
-  holder->SetLayoutLogic(stack);
-  element_ptr_t a = new SpacerElement(holder, left | top, wxSize(10, 5));
-  element_ptr_t b = new SpacerElement(holder, left | top, wxSize(10, 5));
-  paint();  // lays out the whole tree and leaves it clean
-  EXPECT_EQ(b->GetRect(), wxRect(0, 5, 100, 5));
-  stack->SetOrientation(true);
-  EXPECT_TRUE(m_root->IsLayoutDirty());
-  stack->Invalidate();
-  EXPECT_EQ(a->GetRect(), wxRect(0, 0, 10, 50));
-  EXPECT_EQ(b->GetRect(), wxRect(10, 0, 10, 50));
-}
-
-// --- placement cases of both layouts ---
 
 // One child of a case: a spacer unless it has a minimum size of its own.
 struct placed_child_t {
@@ -362,7 +275,7 @@ struct placement_case_t {
 };
 
 TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
-  orvix1_test::take_asserts();
+  take_asserts();
   const wxRect wide(0, 0, 100, 50);
   const placement_case_t cases[] = {
       {"docks to the sides and fills the rest; hidden and unplaced children get nothing",
@@ -374,52 +287,43 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
         {h_expand | v_expand, wxSize(1, 1), wxRect(15, 15, 70, 36)},
         {left | v_expand, wxSize(30, 1), wxRect(0, 0, 0, 0), wxDefaultSize, false, false},
         {0, wxSize(30, 30), wxRect(0, 0, 0, 0)}}},
-      {"the last of the right-docked children takes the outer edge",
-       wide,
+      {"the last of the right-docked children takes the outer edge", wide,
        {{h_expand | v_expand, wxSize(1, 1), wxRect(5, 5, 65, 45)},
         {right | v_expand, wxSize(10, 1), wxRect(70, 5, 10, 45)},
         {right | v_expand, wxSize(20, 1), wxRect(80, 5, 20, 45)},
         {left | top, wxSize(5, 5), wxRect(0, 0, 5, 5)}}},
-      {"a width shortage is covered by shrinking resizable children",
-       wide,
+      {"a width shortage is covered by shrinking resizable children", wide,
        {{left | v_expand, wxSize(60, 1), wxRect(0, 0, 50, 50), wxSize(30, 1), true},
         {left | v_expand, wxSize(50, 1), wxRect(50, 0, 50, 50)}}},
-      {"a covered shortage lifts a child below its minimum back to it",
-       wide,
+      {"a covered shortage lifts a child below its minimum back to it", wide,
        {{left | v_expand, wxSize(70, 1), wxRect(0, 0, 35, 50), wxSize(20, 1), true},
         {left | v_expand, wxSize(40, 1), wxRect(35, 0, 40, 50)},
         {left | v_expand, wxSize(10, 1), wxRect(75, 0, 25, 50), wxSize(25, 1), true}}},
       // The centred child got nothing in the short pass and keeps asking for
       // that; the child after it was not placed in it, so it kept its height.
-      {"a height shortage restarts the pass at once",
-       wxRect(0, 0, 100, 40),
+      {"a height shortage restarts the pass at once", wxRect(0, 0, 100, 40),
        {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 32), wxSize(1, 10), true},
         {left | v_center, wxSize(10, 8), wxRect(0, 36, 10, 0), wxSize(10, 8)},
         {left | v_center, wxSize(10, 5), wxRect(10, 34, 10, 5), wxSize(0, 0)}}},
-      {"resizable children are lifted while the height is shared",
-       wxRect(0, 0, 100, 40),
+      {"resizable children are lifted while the height is shared", wxRect(0, 0, 100, 40),
        {{h_expand | top, wxSize(1, 40), wxRect(0, 0, 100, 10), wxSize(1, 10), true},
         {h_expand | top, wxSize(1, 30), wxRect(0, 10, 100, 30), wxSize(1, 30), true}}},
       // The area is as wide as all sizes together, the hidden child's too.
-      {"when the width runs out children spread over the sum of their widths",
-       wxRect(0, 0, 50, 20),
+      {"when the width runs out children spread over the sum of their widths", wxRect(0, 0, 50, 20),
        {{left | v_center, wxSize(30, 10), wxRect(0, 5, 30, 10)},
         {left | v_center, wxSize(40, 10), wxRect(30, 5, 40, 10)},
         {left | v_center, wxSize(20, 10), wxRect(70, 5, 20, 10)},
         {right | v_center, wxSize(10, 10), wxRect(190, 5, 10, 10)},
         {left | v_center, wxSize(100, 10), wxRect(0, 0, 0, 0), wxDefaultSize, false, false}}},
-      {"an uncovered shortage keeps what the resizable children gave up",
-       wxRect(0, 0, 50, 50),
+      {"an uncovered shortage keeps what the resizable children gave up", wxRect(0, 0, 50, 50),
        {{left | v_expand, wxSize(40, 1), wxRect(0, 0, 30, 50), wxSize(30, 1), true},
         {left | v_expand, wxSize(70, 1), wxRect(30, 0, 70, 50)}}},
       // A top-docked child keeps the height it got before the space ran out.
-      {"when the height runs out children spread over the sum of their heights",
-       wxRect(0, 0, 40, 50),
+      {"when the height runs out children spread over the sum of their heights", wxRect(0, 0, 40, 50),
        {{top | h_center, wxSize(10, 30), wxRect(15, 0, 10, 30)},
         {top | h_center, wxSize(10, 40), wxRect(15, 30, 10, 20)},
         {top | h_center, wxSize(10, 15), wxRect(15, 50, 10, 15)}}},
-      {"a stack gives fixed children their length; hidden ones keep their place",
-       wxRect(3, 4, 100, 50),
+      {"a stack gives fixed children their length; hidden ones keep their place", wxRect(3, 4, 100, 50),
        {{left | top, wxSize(10, 5), wxRect(3, 4, 100, 5)},
         {left | top, wxSize(10, 20), wxRect(3, 9, 100, 20), wxDefaultSize, false, false},
         {h_center | v_center, wxSize(20, 7), wxRect(3, 29, 100, 7)},
@@ -433,8 +337,7 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
         {left | v_expand, wxSize(1, 1), wxRect(63, 0, 33, 20), wxSize(1, 1), true},
         {left | v_expand, wxSize(1, 1), wxRect(96, 0, 33, 20), wxSize(1, 1), true}},
        logic_t::stack_across},
-      {"without free length resizable children of a stack get nothing",
-       wxRect(0, 0, 20, 20),
+      {"without free length resizable children of a stack get nothing", wxRect(0, 0, 20, 20),
        {{left | v_expand, wxSize(1, 1), wxRect(0, 0, 0, 20), wxSize(1, 1), true},
         {left | v_expand, wxSize(30, 1), wxRect(0, 0, 30, 20), wxDefaultSize, true},
         {left | v_expand, wxSize(1, 1), wxRect(30, 0, 0, 20), wxSize(1, 1), true}},
@@ -451,37 +354,17 @@ TEST(LayoutPlacementTest, PlacesEachCaseAsExpected) {
     }
     std::vector<element_ptr_t> children;
     for (const placed_child_t& child : c.children) {
-      element_ptr_t element;
-      if (child.minimum == wxDefaultSize)
-        element = new SpacerElement(root, child.flags, child.size);
-      else
-        element = new sized_t(root, child.flags, child.size, child.minimum);
-      element->SetResizable(child.resizable);
-      element->SetVisible(child.visible);
-      children.push_back(element);
+      children.push_back(child.minimum == wxDefaultSize
+                             ? element_ptr_t(new SpacerElement(root, child.flags, child.size))
+                             : element_ptr_t(new sized_t(root, child.flags, child.size, child.minimum)));
+      children.back()->SetResizable(child.resizable);
+      children.back()->SetVisible(child.visible);
     }
     root->GetLayoutLogic()->Invalidate();
     for (std::size_t i = 0; i < children.size(); ++i)
-      EXPECT_EQ(root->GetLayoutLogic()->GetChildRect(wxRect(), children[i]), c.children[i].expected)
-          << "child " << i;
+      EXPECT_EQ(root->GetLayoutLogic()->GetChildRect(wxRect(), children[i]), c.children[i].expected) << i;
   }
   EXPECT_EQ(taken_function_conditions(), texts_t());
-}
-
-// --- spacer ---
-
-using SpacerElementTest = layout_fixture_t;
-
-TEST_F(SpacerElementTest, KeepsItsSizeAndIsNeverResizable) {
-  talvar2::intrusive_pointer_t<SpacerElement> gap(new SpacerElement(m_root, left | top, wxSize(7, 3)));
-  gap->SetResizable(true);
-  EXPECT_FALSE(gap->IsResizable());
-  const int requests = m_host.holder_requests;
-  gap->SetSize(wxSize(12, 4));
-  EXPECT_EQ(gap->GetMinSize(), wxSize(12, 4));
-  EXPECT_GT(m_host.holder_requests, requests);  // repainted
-  relayout();
-  EXPECT_EQ(rect_of(gap), wxRect(0, 0, 12, 4));
 }
 
 }  // namespace

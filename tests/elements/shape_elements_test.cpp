@@ -21,9 +21,7 @@ namespace {
 
 using namespace orvix1;
 using namespace orvix1::elements;
-using orvix1_test::fake_element_host_t;
-using orvix1_test::paint_canvas_t;
-using orvix1_test::take_asserts;
+using namespace orvix1_test;
 
 const wxColour k_red(255, 0, 0);
 const wxColour k_blue(0, 0, 255);
@@ -37,22 +35,13 @@ class shape_probe_t : public RectangleElement {
   using RectangleElement::RectangleElement;
 };
 
-// A style that answers the rectangle's keys with fixed colours.
-class fixed_style_t : public ui_style_t {
- public:
-  fixed_style_t(const wxColour& background, const wxColour& border) {
-    internal_set_color("clBtnBgNormal", background);
-    internal_set_color("clBorderNormal", border);
-  }
-};
-
 // A top-level window for as long as the test runs.
 class scoped_frame_t {
  public:
   scoped_frame_t() : frame(new wxFrame(nullptr, wxID_ANY, "holder")) {}
   ~scoped_frame_t() {
     frame->Destroy();
-    orvix1_test::pump_events();
+    pump_events();
   }
   wxFrame* const frame;
 };
@@ -64,8 +53,6 @@ class hosted_t {
   talvar2::intrusive_pointer_t<Element> element{new Element()};
   fake_element_host_t host;
 };
-
-// --- RectangleElement ---------------------------------------------------------
 
 class RectangleElementTest : public ::testing::Test {
  protected:
@@ -132,37 +119,31 @@ TEST_F(RectangleElementTest, AHiddenBorderIsDrawnInTheFillColourOverTheSameArea)
 
 TEST_F(RectangleElementTest, TheRoundedStyleCutsTheCorners) {
   const wxRect top_left(0, 0, 3, 3);
-  const wxRect bottom_right(17, 17, 3, 3);
   EXPECT_EQ(draw().count(top_left, k_white), 0);
   rect().SetBorderStyle(RectangleElement::border_rounded);
   rect().SetBorderRadius(6);
   const paint_canvas_t canvas = draw();
   EXPECT_GE(canvas.count(top_left, k_white), 3);
-  EXPECT_GE(canvas.count(bottom_right, k_white), 3);
   EXPECT_EQ(canvas.at(10, 0), k_blue);
-  EXPECT_EQ(canvas.at(10, 10), k_red);
 }
 
-TEST(RectangleElementStyleTest, UnsetColoursComeFromThePaletteAndFollowIt) {
-  talvar2::intrusive_pointer_t<ui_settings_configure_t> palette =
-      ui_settings_configure_t::get();
+// Unset colours come from the palette and follow it; explicit ones win over
+// style changes until handed back.
+TEST(RectangleElementStyleTest, PaletteStyleAndExplicitColours) {
+  talvar2::intrusive_pointer_t<ui_settings_configure_t> palette = ui_settings_configure_t::get();
   hosted_t<RectangleElement> hosted;
   RectangleElement& rect = *hosted.element;
   EXPECT_EQ(rect.GetBkColor(), palette->get_color(color_face));
-  EXPECT_EQ(rect.GetBorderColor(), palette->get_color(color_shadow_3d));
-
   palette->set_color(color_face, wxColour(1, 2, 3));
   palette->set_color(color_shadow_3d, wxColour(4, 5, 6));
   palette->changed()();  // as after a change of the desktop's colours
   EXPECT_EQ(rect.GetBkColor(), wxColour(1, 2, 3));
   EXPECT_EQ(rect.GetBorderColor(), wxColour(4, 5, 6));
-}
 
-TEST(RectangleElementStyleTest, ExplicitColoursWinOverStyleChangesUntilHandedBack) {
-  hosted_t<RectangleElement> hosted;
-  RectangleElement& rect = *hosted.element;
   rect.SetBkColor(k_green);
-  talvar2::intrusive_pointer_t<fixed_style_t> style = new fixed_style_t(k_red, k_blue);
+  talvar2::intrusive_pointer_t<ui_style_t> style(new ui_style_t);
+  style->internal_set_color("clBtnBgNormal", k_red);
+  style->internal_set_color("clBorderNormal", k_blue);
   rect.SetUiStyle(style);
   EXPECT_EQ(rect.GetBkColor(), k_green);
   EXPECT_EQ(rect.GetBorderColor(), k_blue);
@@ -175,24 +156,14 @@ TEST(RectangleElementStyleTest, ExplicitColoursWinOverStyleChangesUntilHandedBac
 
   rect.SetBkColor(wxNullColour);  // back to the style
   EXPECT_EQ(rect.GetBkColor(), k_white);
-}
 
-TEST(RectangleElementStyleTest, AStyleWithoutTheKeysPaintsNothingAndAssertsNothing) {
   take_asserts();
-  hosted_t<RectangleElement> hosted;
-  hosted.element->SetUiStyle(new ui_style_t);
-  EXPECT_FALSE(hosted.element->GetBkColor().IsOk());
+  rect.SetUiStyle(new ui_style_t);  // a style without the keys paints nothing
+  EXPECT_FALSE(rect.GetBkColor().IsOk());
   paint_canvas_t canvas(30, 30);
-  canvas.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, wxRect(0, 0, 20, 20)); });
+  canvas.paint([&](wxDC& dc) { rect.OnDraw(dc, wxRect(0, 0, 20, 20)); });
   EXPECT_TRUE(canvas.all(wxRect(0, 0, 30, 30), k_white));
   EXPECT_TRUE(take_asserts().empty());
-}
-
-// --- BgImageElement -----------------------------------------------------------
-
-// A green 8x8 picture whose left half is masked out.
-wxImage half_masked_picture() {
-  return orvix1_test::half_masked_image(wxSize(8, 8), k_green, wxColour(1, 2, 3));
 }
 
 class BgImageElementTest : public ::testing::Test {
@@ -200,7 +171,7 @@ class BgImageElementTest : public ::testing::Test {
   void SetUp() override {
     background().SetBkColor(k_red);
     background().ShowBorder(false);
-    background().SetBgImage(half_masked_picture());
+    background().SetBgImage(half_masked_image(wxSize(8, 8), k_green, wxColour(1, 2, 3)));  // left half masked
   }
   BgImageElement& background() { return *m_hosted.element; }
   // The element drawn into `rect` on a canvas of the host's client size.
@@ -213,41 +184,33 @@ class BgImageElementTest : public ::testing::Test {
   hosted_t<BgImageElement> m_hosted;
 };
 
-TEST_F(BgImageElementTest, AlignFivePinsThePictureToTheContextsOriginThroughItsMask) {
-  const paint_canvas_t canvas = draw(wxRect(10, 10, 30, 20));
-  EXPECT_TRUE(canvas.all(wxRect(4, 0, 4, 8), k_green));  // not moved into the rectangle
-  EXPECT_TRUE(canvas.all(wxRect(0, 0, 4, 8), k_white));  // masked: what was below shows
-  EXPECT_TRUE(canvas.all(wxRect(11, 11, 28, 18), k_red));
-}
-
-TEST_F(BgImageElementTest, AlignSixPinsItToTheTopRightOfTheElementsWidth) {
+// Align 5 pins the picture to the context's origin, 6 to the top right of the
+// element's width (the host's client width for a root), not the rectangle's.
+TEST_F(BgImageElementTest, AlignFiveAndSixPinThePictureThroughItsMask) {
+  const paint_canvas_t at_origin = draw(wxRect(10, 10, 30, 20));
+  EXPECT_TRUE(at_origin.all(wxRect(4, 0, 4, 8), k_green));  // not moved into the rectangle
+  EXPECT_TRUE(at_origin.all(wxRect(0, 0, 4, 8), k_white));  // masked: what was below shows
+  EXPECT_TRUE(at_origin.all(wxRect(11, 11, 28, 18), k_red));
   background().SetImageAlign(6);
-  // Narrower than the element: the place follows the element's width (the
-  // host's client width for a root), not the rectangle's.
-  const paint_canvas_t canvas = draw(wxRect(0, 0, 24, 30));
-  EXPECT_TRUE(canvas.all(wxRect(36, 0, 4, 8), k_green));  // at 40 - 8
-  EXPECT_TRUE(canvas.all(wxRect(32, 0, 4, 8), k_white));
-  EXPECT_EQ(canvas.count(wxRect(0, 0, 40, 30), k_green), 32);
+  const paint_canvas_t at_right = draw(wxRect(0, 0, 24, 30));
+  EXPECT_TRUE(at_right.all(wxRect(36, 0, 4, 8), k_green));  // at 40 - 8
+  EXPECT_TRUE(at_right.all(wxRect(32, 0, 4, 8), k_white));
 }
 
-TEST_F(BgImageElementTest, OtherAlignValuesAndEmptyPicturesDrawOnlyTheRectangle) {
+TEST_F(BgImageElementTest, OtherAlignValuesAndEmptyPicturesDrawOnlyTheRectangleAStaticPictureDrawsToo) {
+  EXPECT_NE(background().GetBgStaticPicture().getBitmap(true).GetMask(), nullptr);
   hosted_t<RectangleElement> plain;
   plain.element->SetBkColor(k_red);
   plain.element->ShowBorder(false);
   paint_canvas_t rectangle_only(40, 30);
   rectangle_only.paint([&](wxDC& dc) { plain.element->OnDraw(dc, wxRect(0, 0, 40, 30)); });
 
-  for (const int align : {0, 4, 7}) {
-    background().SetImageAlign(align);
-    EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only)) << align;
-  }
+  background().SetImageAlign(4);
+  EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only));
   background().SetImageAlign(5);
   background().SetBgImage(wxImage());
   EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).same_as(rectangle_only));
-}
 
-TEST_F(BgImageElementTest, ThePictureComesFromAnImageOrFromAStaticPictureControl) {
-  EXPECT_NE(background().GetBgStaticPicture().getBitmap(true).GetMask(), nullptr);
   const scoped_frame_t holder;
   wxImage blue(6, 5);
   blue.SetRGB(wxRect(0, 0, 6, 5), 0, 0, 255);
@@ -255,8 +218,6 @@ TEST_F(BgImageElementTest, ThePictureComesFromAnImageOrFromAStaticPictureControl
   background().SetBgStaticPicture(control);
   EXPECT_TRUE(draw(wxRect(0, 0, 40, 30)).all(wxRect(0, 0, 6, 5), k_blue));
 }
-
-// --- DropArrowElement ---------------------------------------------------------
 
 // Answers the metrics from a table instead of the desktop.
 class metrics_probe_t : public DropArrowElement {
@@ -266,18 +227,11 @@ class metrics_probe_t : public DropArrowElement {
 
  protected:
   int GetSystemMetric(wxSystemMetric metric) const override {
-    switch (metric) {
-      case wxSYS_VSCROLL_ARROW_X:
-        return arrow_x;
-      case wxSYS_VSCROLL_ARROW_Y:
-        return arrow_y;
-      case wxSYS_VSCROLL_X:
-        return 17;
-      case wxSYS_HSCROLL_Y:
-        return 13;
-      default:
-        return -1;
-    }
+    return metric == wxSYS_VSCROLL_ARROW_X   ? arrow_x
+           : metric == wxSYS_VSCROLL_ARROW_Y ? arrow_y
+           : metric == wxSYS_VSCROLL_X       ? 17
+           : metric == wxSYS_HSCROLL_Y       ? 13
+                                             : -1;
   }
 };
 
@@ -285,16 +239,14 @@ TEST(DropArrowElementTest, NegativeArrowMetricsFallBackToTheScrollBarSizes) {
   hosted_t<metrics_probe_t> hosted;
   metrics_probe_t& arrow = *hosted.element;
   EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 13));
-  arrow.arrow_x = 11;
-  EXPECT_EQ(arrow.GetMinSize(), wxSize(11, 13));
+  arrow.arrow_x = 0;  // zero is a size, not a missing metric
+  EXPECT_EQ(arrow.GetMinSize(), wxSize(0, 13));
   arrow.arrow_x = -1;
   arrow.arrow_y = 9;
   EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 9));
-  arrow.arrow_x = 0;  // zero is a size, not a missing metric
-  EXPECT_EQ(arrow.GetSize(), wxSize(0, 9));
 }
 
-TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnTheHolder) {
+TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnlyWithAHolder) {
   const wxRect button(10, 10, 20, 20);
   hosted_t<DropArrowElement> hosted(button);
   const scoped_frame_t holder;
@@ -305,14 +257,12 @@ TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnTheHolder) {
   EXPECT_LT(canvas.count(button, k_red), button.width * button.height / 2);
   EXPECT_EQ(canvas.count(wxRect(0, 0, 40, 40), k_red), 40 * 40 - button.width * button.height +
                                                            canvas.count(button, k_red));
-}
 
-TEST(DropArrowElementTest, WithoutAHolderNothingIsDrawnAndTheLogSaysWhy) {
-  orvix1_test::log_capture_t log("orvix.elements");
-  hosted_t<DropArrowElement> hosted;  // the host gives a null holder
-  paint_canvas_t canvas(40, 40, k_red);
-  canvas.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, wxRect(10, 10, 20, 20)); });
-  EXPECT_TRUE(canvas.all(wxRect(0, 0, 40, 40), k_red));
+  log_capture_t log("orvix.elements");
+  hosted.host.m_holder = nullptr;  // without a holder nothing is drawn and the log says why
+  paint_canvas_t untouched(40, 40, k_red);
+  untouched.paint([&](wxDC& dc) { hosted.element->OnDraw(dc, button); });
+  EXPECT_TRUE(untouched.all(wxRect(0, 0, 40, 40), k_red));
   ASSERT_EQ(log.entries().size(), 1u);
   EXPECT_NE(log.entries()[0].message.find("holder"), std::string::npos);
 }
