@@ -1,5 +1,7 @@
 #include "orvix1/wx_dll_application.h"
 
+#include <vector>
+
 #include <gtest/gtest.h>
 #include <wx/dialog.h>
 #include <wx/frame.h>
@@ -18,7 +20,6 @@ TEST(Application, IsTheLibrarysApplicationObject) {
   ASSERT_NE(wxTheApp, nullptr);
   EXPECT_NE(dynamic_cast<orvix1::wxDLLGlobalApp*>(wxTheApp), nullptr);
   EXPECT_EQ(&orvix1::wxGetApp(), wxTheApp);
-  EXPECT_EQ(orvix1::wxGetApp().GetLayoutDirection(), wxLayout_LeftToRight);
 }
 
 // Counts idle events that reach the application object.
@@ -38,94 +39,54 @@ struct probe_handler_t : wxEvtHandler {
   int received = 0;
 };
 
-// Shows `dialog` modally and, from inside its loop, runs the message pump
-// the way a host would; reports what the pump did.
-struct pump_under_modal_t {
-  int dispatched = -1;
-  int idle_events = -1;
-  bool app_idle_result = true;
-};
-
-pump_under_modal_t pump_while_modal(wxDialog& dialog) {
-  pump_under_modal_t seen;
+// The frame beside the modal dialog is a top-level window that is no dialog.
+TEST(MessageLoop, DispatchesButDoesNotIdleUnderAModalDialog) {
+  auto* frame = new wxFrame(nullptr, wxID_ANY, "owner");
+  frame->Show();
   probe_handler_t probe;
-  const auto timer = run_soon([&] {
-    idle_counter_t idle;
-    probe.queue();
-    orvix1::process_message_loop();
-    seen.dispatched = probe.received;
-    seen.app_idle_result = wxTheApp->ProcessIdle();
-    seen.idle_events = idle.count;
-    dialog.EndModal(wxID_OK);
-  });
-  dialog.ShowModal();
-  return seen;
-}
-
-TEST(MessageLoop, DispatchesButDoesNotIdleUnderATopLevelModalDialog) {
-  wxDialog dialog(nullptr, wxID_ANY, "modal");
-  const pump_under_modal_t seen = pump_while_modal(dialog);
-  EXPECT_EQ(seen.dispatched, 1);
-  EXPECT_EQ(seen.idle_events, 0);
-  EXPECT_FALSE(seen.app_idle_result);
-
-  // Once the modal dialog is gone, the pump dispatches and idles again; a
-  // modeless dialog does not stop idle work.
-  auto* modeless = new wxDialog(nullptr, wxID_ANY, "modeless");
-  modeless->Show();
   {
-    probe_handler_t probe;
     idle_counter_t idle;
-    probe.queue();
     orvix1::process_message_loop();
-    EXPECT_EQ(probe.received, 1);
     EXPECT_GT(idle.count, 0);
   }
-  modeless->Destroy();
 
-  auto* frame = new wxFrame(nullptr, wxID_ANY, "owner");  // a dialog owned by a frame too
-  frame->Show();
+  int idle_under_modal = -1, dispatched = -1;
+  bool app_idle_result = true;
   {
-    wxDialog child(frame, wxID_ANY, "modal child");
-    const pump_under_modal_t owned = pump_while_modal(child);
-    EXPECT_EQ(owned.dispatched, 1);
-    EXPECT_EQ(owned.idle_events, 0);
+    wxDialog dialog(frame, wxID_ANY, "modal");
+    const auto timer = run_soon([&] {
+      idle_counter_t idle;
+      probe.queue();
+      orvix1::process_message_loop();
+      dispatched = probe.received;
+      app_idle_result = wxTheApp->ProcessIdle();
+      idle_under_modal = idle.count;
+      dialog.EndModal(wxID_OK);
+    });
+    dialog.ShowModal();
   }
+  EXPECT_EQ(dispatched, 1);
+  EXPECT_EQ(idle_under_modal, 0);
+  EXPECT_FALSE(app_idle_result);
   frame->Destroy();
   pump_events();
 }
 
 struct mouse_listener_t : talvar2::_internal::subscriber_base_t {
-  void on_mouse(wxMouseEvent* event) {
-    ++calls;
-    last = event;
-  }
-  int calls = 0;
-  wxMouseEvent* last = nullptr;
+  void on_mouse(wxMouseEvent* event) { seen.push_back(event); }
+  std::vector<wxMouseEvent*> seen;
 };
 
+// No subscriber or a null event: nothing happens.
 TEST(MouseSignal, ReachesConnectedWidgetsOnly) {
   wxMouseEvent event(wxEVT_MOTION);
-  orvix1::fire_mouse_signal(&event);  // nobody listens: nothing happens
-  orvix1::fire_mouse_signal(nullptr);
-
+  orvix1::fire_mouse_signal(&event);
   mouse_listener_t listener;
   orvix1::get_mouse_signal().connect(&listener, &mouse_listener_t::on_mouse);
   orvix1::fire_mouse_signal(nullptr);
-  EXPECT_EQ(listener.calls, 0);
   orvix1::fire_mouse_signal(&event);
-  EXPECT_EQ(listener.calls, 1);
-  EXPECT_EQ(listener.last, &event);
-
   orvix1::get_mouse_signal().disconnect(&listener, &mouse_listener_t::on_mouse);
-  orvix1::fire_mouse_signal(&event);
-  EXPECT_EQ(listener.calls, 1);
-  {
-    mouse_listener_t dying;
-    orvix1::get_mouse_signal().connect(&dying, &mouse_listener_t::on_mouse);
-  }
-  EXPECT_FALSE(orvix1::get_mouse_signal().has_connections());  // a listener that died is forgotten
-  orvix1::fire_mouse_signal(&event);
+  EXPECT_EQ(listener.seen, std::vector<wxMouseEvent*>{&event});
   EXPECT_TRUE(take_asserts().empty());
 }
 
@@ -138,10 +99,7 @@ TEST(AssertionBridge, CompanionAssertionsArriveThroughWx) {
   const auto asserts = take_asserts();
   ASSERT_EQ(asserts.size(), 1u);
   EXPECT_EQ(asserts[0].condition, "m_ptr != 0");
-  EXPECT_EQ(asserts[0].file, "pointers/intrusive_pointer.h");
-  EXPECT_EQ(asserts[0].line, 135);
-  EXPECT_NE(asserts[0].function.find("[with T = {anonymous}::counted_t]"), std::string::npos)
-      << asserts[0].function;
+  EXPECT_EQ(asserts[0].file, "pointers/intrusive_pointer.h");  // texts in full: talvar2 pointers_test
 }
 
 }  // namespace
