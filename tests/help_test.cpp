@@ -60,8 +60,18 @@ TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
   m_fakes.add_viewer("evince");
 
   ASSERT_TRUE(orvix1::OpenPDF(manual(), 0));
-  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("first-missing", "pdfview"));
   EXPECT_THAT(m_fakes.wait_for_start("pdfview").arguments, ElementsAre(manual().as_string()));
+
+  // With a page the viewer gets it in its own form, found without a lookup:
+  // xpdf for the predefined form, acroread preferred for a page.
+  m_fakes.add_viewer("xpdf");
+  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
+  m_fakes.add_viewer("acroread");
+  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
+  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("first-missing", "pdfview"));
+  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(manual().as_string(), "12"));
+  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
+              ElementsAre("-openInNewInstance", "/a", "page=7", manual().as_string()));
 }
 
 // No viewer at all, whatever the mailcap file holds: the four fixed viewers
@@ -102,21 +112,6 @@ TEST_F(HelpPdf, MissingFileStartsNothing) {
   EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
   ASSERT_EQ(capture.entries().size(), 1u);
   EXPECT_THAT(capture.entries()[0].message, HasSubstr("missing.pdf"));
-}
-
-// With a page the viewer gets it in its own syntax, found without a lookup.
-TEST_F(HelpPdf, APageGoesToTheViewerInItsOwnForm) {
-  const std::string file = manual().as_string();
-  write_mailcap("application/pdf; pdfview %s\n");
-  m_fakes.add_viewer("pdfview");
-  m_fakes.add_viewer("xpdf");
-  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
-  m_fakes.add_viewer("acroread");  // preferred for a page over xpdf and the mailcap
-  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
-  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
-  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(file, "12"));
-  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
-              ElementsAre("-openInNewInstance", "/a", "page=7", file));
 }
 
 class HelpHtml : public HelpTest {

@@ -12,10 +12,6 @@ TEST(LockedColor, LocksAndSharesTheColour) {
   EXPECT_TRUE(locker.locked);
   EXPECT_EQ(locker.value, red);
   EXPECT_TRUE(locker.value.IsSameAs(red));  // shares the data, like wxColour assignment
-
-  orvix1::set_locked_color(locker, wxColour(0, 255, 0));  // an explicit change wins
-  EXPECT_TRUE(locker.locked);
-  EXPECT_EQ(locker.value, wxColour(0, 255, 0));
 }
 
 }  // namespace

@@ -16,55 +16,37 @@ using orvix1_test::pump_events;
 using orvix1_test::run_soon;
 using orvix1_test::take_asserts;
 
-TEST(Application, IsTheLibrarysApplicationObject) {
-  ASSERT_NE(wxTheApp, nullptr);
-  EXPECT_NE(dynamic_cast<orvix1::wxDLLGlobalApp*>(wxTheApp), nullptr);
-  EXPECT_EQ(&orvix1::wxGetApp(), wxTheApp);
-}
-
-// Counts idle events that reach the application object.
-struct idle_counter_t {
-  idle_counter_t() { wxTheApp->Bind(wxEVT_IDLE, &idle_counter_t::on_idle, this); }
-  ~idle_counter_t() { wxTheApp->Unbind(wxEVT_IDLE, &idle_counter_t::on_idle, this); }
-  void on_idle(wxIdleEvent& event) {
-    ++count;
-    event.Skip();
-  }
-  int count = 0;
-};
-
-// A handler whose queued calls show whether pending events were dispatched.
-struct probe_handler_t : wxEvtHandler {
-  void queue() { CallAfter([this] { ++received; }); }
-  int received = 0;
-};
-
 // The frame beside the modal dialog is a top-level window that is no dialog.
 TEST(MessageLoop, DispatchesButDoesNotIdleUnderAModalDialog) {
+  ASSERT_NE(dynamic_cast<orvix1::wxDLLGlobalApp*>(wxTheApp), nullptr);
+  EXPECT_EQ(&orvix1::wxGetApp(), wxTheApp);
+  int idle = 0, received = 0;
+  const auto count_idle = [&idle](wxIdleEvent& event) {
+    ++idle;
+    event.Skip();
+  };
+  wxTheApp->Bind(wxEVT_IDLE, count_idle);
   auto* frame = new wxFrame(nullptr, wxID_ANY, "owner");
   frame->Show();
-  probe_handler_t probe;
-  {
-    idle_counter_t idle;
-    orvix1::process_message_loop();
-    EXPECT_GT(idle.count, 0);
-  }
+  orvix1::process_message_loop();
+  EXPECT_GT(idle, 0);
 
   int idle_under_modal = -1, dispatched = -1;
   bool app_idle_result = true;
   {
     wxDialog dialog(frame, wxID_ANY, "modal");
     const auto timer = run_soon([&] {
-      idle_counter_t idle;
-      probe.queue();
+      idle = 0;
+      wxTheApp->CallAfter([&received] { ++received; });
       orvix1::process_message_loop();
-      dispatched = probe.received;
+      dispatched = received;
       app_idle_result = wxTheApp->ProcessIdle();
-      idle_under_modal = idle.count;
+      idle_under_modal = idle;
       dialog.EndModal(wxID_OK);
     });
     dialog.ShowModal();
   }
+  wxTheApp->Unbind(wxEVT_IDLE, count_idle);
   EXPECT_EQ(dispatched, 1);
   EXPECT_EQ(idle_under_modal, 0);
   EXPECT_FALSE(app_idle_result);

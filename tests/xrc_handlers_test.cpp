@@ -72,7 +72,6 @@ TEST_F(XrcHandlers, LoadsImagesAnimationsColoursAndFontsRelativeToTheResource) {
   const wxFont big = value<wxFont>("big", "wxFont");
   EXPECT_EQ(big.GetPointSize(), 14);
   EXPECT_EQ(big.GetWeight(), wxFONTWEIGHT_BOLD);
-  EXPECT_EQ(big.GetStyle(), wxFONTSTYLE_ITALIC);
   EXPECT_TRUE(big.GetUnderlined());
   EXPECT_EQ(value<wxFont>("gui", "wxFont"), wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
 }
