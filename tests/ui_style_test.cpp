@@ -14,12 +14,9 @@ class panel_style_t : public ui_style_t {
  public:
   panel_style_t() { set_style_info(); }
   void set_style_info() override {
-    ++refills;
     internal_set_color("clBg", m_settings->get_color(color_window_bg));
     internal_set_color("clText", m_settings->get_color(color_window_text));
-    internal_set_font("fnNormalBold", m_settings->get_font(font_normal_bold));
   }
-  int refills = 0;
 };
 
 // A widget that counts how often its style told it to redraw.

@@ -21,14 +21,13 @@ using orvix1_test::xrc_text;
 class XrcHandlers : public ::testing::Test {
  protected:
   void SetUp() override { take_asserts(); }
-  void TearDown() override { delete m_resource; }
 
   // Loads res.xrc holding `objects` with every handler start-up registers
   // (images inside zip archives: UiResources).
   wxXmlResource& load(const std::string& objects) {
     m_dir.write("res.xrc", xrc_text(objects));
-    m_resource = new wxXmlResource;
-    orvix1::add_i18n_xml_handlers(m_resource);
+    m_resource = std::make_unique<wxXmlResource>();
+    orvix1::add_i18n_xml_handlers(m_resource.get());
     m_resource->InitAllHandlers();
     m_resource->AddHandler(new wxImageXmlHandler);
     m_resource->AddHandler(new wxAnimationXmlHandler);
@@ -47,7 +46,7 @@ class XrcHandlers : public ::testing::Test {
   }
 
   orvix1_test::scratch_folder_t m_dir;
-  wxXmlResource* m_resource = nullptr;
+  std::unique_ptr<wxXmlResource> m_resource;
 };
 
 // Hex and system colours, broken and empty declarations: UiResources.
