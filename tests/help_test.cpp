@@ -118,19 +118,10 @@ class HelpHtml : public HelpTest {
   }
 };
 
-TEST_F(HelpHtml, TheDefaultBrowserGetsTheFileAddress) {
-  const std::string page = write_page("index.html", "Manual");
-  m_fakes.add_viewer("xdg-open");
-
-  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(page)));
-  EXPECT_THAT(m_fakes.wait_for_start("xdg-open").arguments, ElementsAre("file://" + page));
-  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
-}
-
 // Pages that cannot be shown open nothing. The help helper tries its sources
 // in order until one opens: the missing PDF starts nothing, the manual finds
 // no viewer, the page opens in the help window once it is there.
-TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindow) {
+TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGetsTheFileAddress) {
   orvix1_test::log_capture_t capture("orvix.help");
   EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));
   EXPECT_FALSE(orvix1::open_in_default_browser("file://" + m_fakes.folder().file("gone.html"), ""));
@@ -165,6 +156,12 @@ TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindow) {
   EXPECT_EQ(orvix1::get_html_help_window(), window);
   EXPECT_EQ(window->GetTitle(), "Guide");
   EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("topic.html"));
+
+  // With a browser the page goes to it as a file address, escaped.
+  m_fakes.add_viewer("xdg-open");
+  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(first)));
+  EXPECT_THAT(m_fakes.wait_for_start("xdg-open").arguments,
+              ElementsAre("file://" + m_fakes.folder().path() + "/help%20index.html"));
 }
 
 }  // namespace

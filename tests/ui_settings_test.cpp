@@ -108,6 +108,7 @@ TEST(UiSettings, PlainStoreIsEmptyAndTheWritableOneTakesOverAndAssertionTexts) {
     const auto asserts = take_asserts();
     ASSERT_EQ(asserts.size(), 1u);
     EXPECT_EQ(asserts[0].condition, "m_ptr != 0");
+    EXPECT_EQ(asserts[0].file, "pointers/intrusive_pointer.h");  // a talvar2 assertion arrives through wx
 
     talvar2::intrusive_pointer_t<ui_settings_configure_t> writable = ui_settings_configure_t::get();
     EXPECT_NE(writable.get(), plain.get());

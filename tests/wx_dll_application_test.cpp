@@ -8,7 +8,6 @@
 #include <wx/timer.h>
 
 #include "support/wx_test_environment.h"
-#include "talvar2/pointers/intrusive_pointer.h"
 
 namespace {
 
@@ -70,18 +69,6 @@ TEST(MouseSignal, ReachesConnectedWidgetsOnly) {
   orvix1::get_mouse_signal().disconnect(&listener, &mouse_listener_t::on_mouse);
   EXPECT_EQ(listener.seen, std::vector<wxMouseEvent*>{&event});
   EXPECT_TRUE(take_asserts().empty());
-}
-
-struct counted_t : talvar2::intrusive_pointer_impl_t {};
-
-TEST(AssertionBridge, CompanionAssertionsArriveThroughWx) {
-  take_asserts();
-  talvar2::intrusive_pointer_t<counted_t> empty;
-  EXPECT_EQ(empty.operator->(), nullptr);
-  const auto asserts = take_asserts();
-  ASSERT_EQ(asserts.size(), 1u);
-  EXPECT_EQ(asserts[0].condition, "m_ptr != 0");
-  EXPECT_EQ(asserts[0].file, "pointers/intrusive_pointer.h");  // texts in full: talvar2 pointers_test
 }
 
 }  // namespace
