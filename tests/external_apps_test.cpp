@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 // The launch returns while the program runs on as no child of the host, and
 // leaves no zombie.
-TEST(ExternalApps, LaunchReturnsWhileTheProgramRunsOnAsNoChildOfTheHost) {
+TEST(ExternalApps, LaunchReturnsWhileTheProgramRunsOnAsNoChildAndFailedExecsReportTheirErrno) {
   fake_programs_t fakes;
   fakes.add_lingering_viewer("viewer");
   ASSERT_TRUE(orvix1::run_app_with_params("viewer", {"two words", "", "-x"}));
@@ -32,11 +32,9 @@ TEST(ExternalApps, LaunchReturnsWhileTheProgramRunsOnAsNoChildOfTheHost) {
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
   fakes.release("viewer");
   EXPECT_TRUE(fakes.wait_for_end("viewer"));
-}
 
-// The reasons come from the children's failed execs, through the pipe.
-TEST(ExternalApps, ProgramsThatCannotBeExecutedReportTheirErrno) {
-  fake_programs_t fakes;
+  // Programs that cannot be executed fail with the errno of the child's exec,
+  // reported through the pipe.
   fakes.add_non_executable("text-file");
   orvix1_test::log_capture_t capture("orvix.help");
   EXPECT_FALSE(orvix1::run_app_with_params("orvix-no-such-program", {"file"}));

@@ -42,6 +42,10 @@ class HelpTest : public ::testing::Test {
   std::string mailcap_path() const { return m_fakes.folder().file("mailcap"); }
   void write_mailcap(const std::string& text) const { m_fakes.folder().write("mailcap", text); }
   talvar2::path_t manual() const { return talvar2::path_t(m_fakes.folder().file("manual.pdf")); }
+  std::string write_page(const std::string& name, const std::string& title) const {
+    m_fakes.folder().write(name, "<html><head><title>" + title + "</title></head><body>Help</body></html>");
+    return m_fakes.folder().file(name);
+  }
 
   fake_programs_t m_fakes;
 };
@@ -110,13 +114,7 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothi
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
 }
 
-class HelpHtml : public HelpTest {
- protected:
-  std::string write_page(const std::string& name, const std::string& title) const {
-    m_fakes.folder().write(name, "<html><head><title>" + title + "</title></head><body>Help</body></html>");
-    return m_fakes.folder().file(name);
-  }
-};
+class HelpHtml : public HelpTest {};
 
 // Pages that cannot be shown open nothing. The help helper tries its sources
 // in order until one opens: the missing PDF starts nothing, the manual finds

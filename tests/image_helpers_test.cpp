@@ -131,7 +131,9 @@ TEST_F(ImageHelpers, AlphaFromMaskIsAllOrNothingAndTakesTheMasksSize) {
   EXPECT_EQ(pixels(large, {{1, 1}, {2, 1}, {1, 2}}), "7,8,9,255 0,0,0,0 0,0,0,0");
 }
 
-TEST_F(ImageHelpers, PaletteIsDroppedAndEverythingElseKept) {
+// A palette is dropped and everything else kept; invalid input asserts and
+// gives no image.
+TEST_F(ImageHelpers, PaletteIsDroppedAndInvalidInputAssertsAndGivesNoImage) {
   wxImage indexed = make_image(2, 1, {{0, 0, 0}, {255, 255, 255}}, {30, 200});
   unsigned char levels[2] = {0, 255};
   indexed.SetPalette(wxPalette(2, levels, levels, levels));
@@ -140,9 +142,7 @@ TEST_F(ImageHelpers, PaletteIsDroppedAndEverythingElseKept) {
   ASSERT_EQ(plain.GetSize(), wxSize(2, 1));
   EXPECT_EQ(pixels(plain, {{0, 0}, {1, 0}}), "0,0,0,30 255,255,255,200");
   EXPECT_TRUE(indexed.HasPalette());  // the caller's image keeps its own
-}
 
-TEST_F(ImageHelpers, InvalidInputAssertsAndGivesNoImage) {
   const wxImage opaque = uniform_image(2, 2, {1, 2, 3});
   const char* watermark = "image.IsOk() == true && image.HasAlpha() == true";
   const char* composite = "image_front.IsOk() == true && image_front.HasAlpha() == true && image_back.IsOk()";

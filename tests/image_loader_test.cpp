@@ -44,7 +44,7 @@ class ImageLoader : public ::testing::Test {
   orvix1::image_loader_t m_images{m_resources};
 };
 
-TEST_F(ImageLoader, ScalesImagesBitmapsAndIconsForADenseDesktop) {
+TEST_F(ImageLoader, ScalesForADenseDesktopAndUndecodableFilesGiveInvalidResults) {
   set_desktop_dpi(144);
   ASSERT_DOUBLE_EQ(orvix1::get_DPI_scale(), 1.5);
 
@@ -54,18 +54,16 @@ TEST_F(ImageLoader, ScalesImagesBitmapsAndIconsForADenseDesktop) {
   EXPECT_EQ(m_images.load_animation("busy").GetSize(), wxSize(16, 16));  // animations keep their size
   const orvix1::autoscale_guard_t unscaled(false);
   EXPECT_EQ(m_images.load_bitmap("icons/close.png").GetSize(), wxSize(16, 8));
-}
 
-// A name the newest archive declares does not fall through to a file of
-// that name in an older one.
-TEST_F(ImageLoader, UndecodableFilesAndBrokenDeclarationsGiveInvalidResults) {
+  // Undecodable files give invalid results with a warning each; a name the
+  // newest archive declares does not fall through to a file of that name in
+  // an older one.
   orvix1_test::write_folder(m_dir.file("junk"),
                             {{"resources.xrc", xrc_text("<object class=\"wxImage\" name=\"icons/close.png\">"
                                                         "<bitmap>gone.png</bitmap></object>")},
                              {"icons/app.png", "not a picture"},
                              {"spin.gif", "GIF89a"}});
   ASSERT_TRUE(m_resources.add_archive(m_dir.file("junk")));
-  const orvix1::autoscale_guard_t unscaled(false);
   const orvix1_test::log_capture_t capture("orvix");
   EXPECT_FALSE(m_images.load_image("icons/app.png").IsOk());
   EXPECT_FALSE(m_images.load_bitmap("icons/app.png").IsOk());

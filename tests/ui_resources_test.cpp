@@ -62,8 +62,7 @@ void expect_theme(orvix1::ui_resources_t& resources) {
   EXPECT_EQ(resources.get_color("panel.clText"), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
   EXPECT_EQ(resources.get_font("fnBig").GetWeight(), wxFONTWEIGHT_BOLD);
   const wxImage logo = resources.get_image("logo");
-  ASSERT_TRUE(logo.IsOk());
-  EXPECT_EQ(logo.GetSize(), wxSize(6, 4));
+  ASSERT_EQ(logo.GetSize(), wxSize(6, 4));
   EXPECT_EQ(wxColour(logo.GetRed(5, 3), logo.GetGreen(5, 3), logo.GetBlue(5, 3)), k_logo_fill);
   EXPECT_EQ(resources.get_icon("logo").GetSize(), wxSize(6, 4));
   EXPECT_EQ(resources.get_bitmap("./icons//close.png").GetSize(), wxSize(5, 3));

@@ -19,7 +19,6 @@ class panel_style_t : public ui_style_t {
   }
 };
 
-// A widget that counts how often its style told it to redraw.
 class styled_widget_t : public StyledBase {
  public:
   void on_style_updated() override {
@@ -95,9 +94,8 @@ TEST_F(UiStyle, SameStyleTwiceConnectsOnceAndChangingStylesOrDyingMovesTheConnec
 
 TEST_F(UiStyle, ResourceStyleAsksTheRegistryUnderItsPrefix) {
   talvar2::intrusive_pointer_t<resource_style_t> style(new resource_style_t("panel"));
-  const wxColour teal(0, 128, 128);
-  ui_resources_t::get()->set_color("panel.clBg", teal);
-  EXPECT_EQ(style->get_color("clBg"), teal);
+  ui_resources_t::get()->set_color("panel.clBg", *wxCYAN);
+  EXPECT_EQ(style->get_color("clBg"), *wxCYAN);
   EXPECT_FALSE(style->get_color("clText").IsOk());
   ui_resources_t::get()->clear();
 }

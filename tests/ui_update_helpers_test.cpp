@@ -25,7 +25,6 @@ class StyleUpdater : public ::testing::Test {
   }
 
   std::vector<wxWindow*> windows() const { return {m_frame, m_outer, m_inner, m_deepest, m_side}; }
-  // The background of each window, in the order of windows().
   colours_t backgrounds() const {
     colours_t colours;
     for (wxWindow* window : windows()) colours.push_back(window->GetBackgroundColour());
