@@ -6,7 +6,6 @@ namespace {
 
 TEST(LockedColor, LocksAndSharesTheColour) {
   talvar2::value_locker_t<wxColour> locker(wxColour(1, 2, 3));
-  EXPECT_FALSE(locker.locked);
   const wxColour red(255, 0, 0);
   orvix1::set_locked_color(locker, red);
   EXPECT_TRUE(locker.locked);

@@ -67,6 +67,7 @@ TEST(UiSettings, MetricFallbacksAndLockedEntriesSurviveADesktopChangeAndOthersFo
     EXPECT_EQ(settings->get_color(color_window_bg), k_red);
     EXPECT_EQ(settings->get_color(color_face), wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     monitor = settings->get_colors_monitor();
+    ASSERT_NE(monitor, nullptr);
     EXPECT_FALSE(monitor->IsShown());
     EXPECT_FALSE(static_cast<wxTopLevelWindow*>(monitor)->ShouldPreventAppExit());
   }
