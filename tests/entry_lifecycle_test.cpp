@@ -27,14 +27,18 @@ struct file_system_probe_t : wxFileSystem {
   }
 };
 
-TEST(EntryLifecycle, TwoInitialisationsAndOneCleanupKeepTheLatestHandle) {
+// Two initialisations and one clean-up keep the latest handle. Inside a main
+// loop the last clean-up leaves wx to the loop but drops the main window and
+// closes the error dialog (earlier clean-ups close nothing); one clean-up too
+// many asserts, and initialising again registers no handler twice.
+TEST(EntryLifecycle, TwoInitialisationsOneCleanupAndOverCleanupInsideAMainLoop) {
+  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
   host_window_t first(200, 100);
   host_window_t second(320, 160);
   EXPECT_TRUE(orvix1::initialize_wxwidgets(first.widget()));
   EXPECT_TRUE(orvix1::initialize_wxwidgets(second.widget()));
   orvix1::cleanup_wxwidgets();
   ASSERT_NE(wxTheApp, nullptr);
-
   {
     const talvar2::smart_pointer_t<wxWindow> main_window = orvix1::get_main_window();
     ASSERT_TRUE(main_window);
@@ -44,44 +48,23 @@ TEST(EntryLifecycle, TwoInitialisationsAndOneCleanupKeepTheLatestHandle) {
   EXPECT_TRUE(second.still_alive());
   orvix1::initialize_wxwidgets(nullptr);  // a null handle: no main window
   EXPECT_FALSE(orvix1::get_main_window());
-
-  orvix1::cleanup_wxwidgets();
-  orvix1::cleanup_wxwidgets();
-  EXPECT_NE(wxTheApp, nullptr);
-  EXPECT_TRUE(take_asserts().empty());
-}
-
-// Inside a main loop the last clean-up leaves wx to the loop but drops the
-// main window and closes the error dialog; earlier clean-ups close nothing.
-TEST(EntryLifecycle, LastCleanupInsideAMainLoopLeavesWxToTheLoop) {
-  host_window_t host(100, 100);
-  orvix1::initialize_wxwidgets(host.widget());
+  orvix1::initialize_wxwidgets(second.widget());
   orvix1::show_error_dlg("disk full");
-  orvix1::cleanup_wxwidgets();
+  for (int i = 0; i < 3; ++i) orvix1::cleanup_wxwidgets();  // back to the environment's reference
+  EXPECT_TRUE(take_asserts().empty());
   EXPECT_NE(orvix1::get_error_dlg(), nullptr);
+  EXPECT_TRUE(orvix1::get_main_window());
   bool app_alive = false, main_window_dropped = false, error_dialog_closed = false;
   run_in_main_loop([&] {
     orvix1::cleanup_wxwidgets();  // the environment's reference: now at 0
     app_alive = wxTheApp != nullptr;
     main_window_dropped = !orvix1::get_main_window();
     error_dialog_closed = orvix1::get_error_dlg() == nullptr;
-    orvix1::initialize_wxwidgets(nullptr);
+    orvix1::cleanup_wxwidgets();  // one too many
   });
   EXPECT_TRUE(app_alive);
   EXPECT_TRUE(main_window_dropped);
   EXPECT_TRUE(error_dialog_closed);
-}
-
-// Inside a main loop wx outlives the count reaching zero: over-cleanup
-// asserts, and initialising again registers no handler twice.
-TEST(EntryLifecycle, OverCleanupAssertsAndReinitialisationRegistersNothingAgain) {
-  EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
-  EXPECT_NE(wxImage::FindHandler(wxBITMAP_TYPE_GIF), nullptr);
-  take_asserts();
-  run_in_main_loop([] {
-    orvix1::cleanup_wxwidgets();  // the environment's reference: now at 0
-    orvix1::cleanup_wxwidgets();  // one too many
-  });
   const auto asserts = take_asserts();
   ASSERT_EQ(asserts.size(), 1u);
   EXPECT_EQ(asserts[0].condition, "g_initialization_counter > 0");
@@ -91,7 +74,7 @@ TEST(EntryLifecycle, OverCleanupAssertsAndReinitialisationRegistersNothingAgain)
 
   EXPECT_TRUE(orvix1::initialize_wxwidgets(nullptr));  // the environment's reference again
   EXPECT_EQ(file_system_probe_t::archive_handlers(), 1);
-  EXPECT_TRUE(take_asserts().empty());
+  EXPECT_NE(wxImage::FindHandler(wxBITMAP_TYPE_GIF), nullptr);
 }
 
 }  // namespace

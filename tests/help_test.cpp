@@ -21,7 +21,6 @@ namespace {
 
 using orvix1_test::fake_programs_t;
 using orvix1_test::pump_events;
-using orvix1_test::started_program_t;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -43,31 +42,53 @@ class HelpTest : public ::testing::Test {
   std::string mailcap_path() const { return m_fakes.folder().file("mailcap"); }
   void write_mailcap(const std::string& text) const { m_fakes.folder().write("mailcap", text); }
   talvar2::path_t manual() const { return talvar2::path_t(m_fakes.folder().file("manual.pdf")); }
+  std::string write_page(const std::string& name, const std::string& title) const {
+    m_fakes.folder().write(name, "<html><head><title>" + title + "</title></head><body>Help</body></html>");
+    return m_fakes.folder().file(name);
+  }
 
   fake_programs_t m_fakes;
 };
 
 class HelpPdf : public HelpTest {};
 
+// Mailcap entries for PDF come before the fixed list, in file order; the
+// first viewer that starts gets the file as its only argument.
 TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
   write_mailcap(
       "# viewers\n"
       "text/html; browser %s\n"
+      "application/pdf; first-missing %s\n"
       "application/pdf;   pdfview --fit '%s'; test=test -n \"$DISPLAY\"  \n");
   m_fakes.add_viewer("pdfview");
   m_fakes.add_viewer("evince");
 
   ASSERT_TRUE(orvix1::OpenPDF(manual(), 0));
+  EXPECT_THAT(m_fakes.wait_for_start("pdfview").arguments, ElementsAre(manual().as_string()));
 
-  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("pdfview"));
-  const started_program_t start = m_fakes.wait_for_start("pdfview");
-  ASSERT_TRUE(start.started);
-  EXPECT_THAT(start.arguments, ElementsAre(manual().as_string()));
+  // With a page the viewer gets it in its own form, found without a lookup:
+  // xpdf for the predefined form, acroread preferred for a page.
+  m_fakes.add_viewer("xpdf");
+  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
+  m_fakes.add_viewer("acroread");
+  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
+  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("first-missing", "pdfview"));
+  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(manual().as_string(), "12"));
+  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
+              ElementsAre("-openInNewInstance", "/a", "page=7", manual().as_string()));
 }
 
 // No viewer at all, whatever the mailcap file holds: the four fixed viewers
 // are tried in order and the call fails.
-TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
+TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothing) {
+  {
+    m_fakes.add_non_executable("acroread");  // preferred for a page
+    orvix1_test::log_capture_t capture("orvix.help");
+    EXPECT_FALSE(orvix1::OpenPDF(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 3));
+    EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
+    ASSERT_EQ(capture.entries().size(), 1u);
+    EXPECT_THAT(capture.entries()[0].message, HasSubstr("missing.pdf"));
+  }
   const std::pair<const char*, std::string> mailcaps[] = {
       {"absent", ""},
       {"empty command", "application/pdf;\napplication/pdf;  \t \n"},
@@ -85,7 +106,6 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
     orvix1_test::log_capture_t capture("orvix.help");
 
     EXPECT_FALSE(orvix1::OpenPDF(manual(), 0));
-
     EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
     ASSERT_FALSE(capture.entries().empty());
     EXPECT_THAT(capture.entries().back().message, HasSubstr("no PDF viewer could be started"));
@@ -94,126 +114,52 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrder) {
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
 }
 
-TEST_F(HelpPdf, MailcapEntriesComeFirstAndTheFirstViewerThatStartsWins) {
-  write_mailcap(
-      "application/pdf; first-missing %s\n"
-      "application/postscript; psview %s\n"
-      "application/pdf;second-missing\n");
-  m_fakes.add_viewer("evince");
-  m_fakes.add_viewer("xpdf");
+class HelpHtml : public HelpTest {};
 
-  ASSERT_TRUE(orvix1::OpenPDF(manual(), 0));
-
-  EXPECT_THAT(m_fakes.whereis_calls(),
-              ElementsAre("first-missing", "second-missing", "kpdf", "gpdf", "evince"));
-  EXPECT_THAT(m_fakes.wait_for_start("evince").arguments, ElementsAre(manual().as_string()));
-}
-
-TEST_F(HelpPdf, MissingFileStartsNothing) {
-  write_mailcap("application/pdf; pdfview %s\n");
-  m_fakes.add_viewer("pdfview");
-  m_fakes.add_non_executable("acroread");
+// Pages that cannot be shown open nothing. The help helper tries its sources
+// in order until one opens: the missing PDF starts nothing, the manual finds
+// no viewer, the page opens in the help window once it is there.
+TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGetsTheFileAddress) {
   orvix1_test::log_capture_t capture("orvix.help");
-
-  EXPECT_FALSE(orvix1::OpenPDF(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 3));
-
-  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
-  ASSERT_EQ(capture.entries().size(), 1u);
-  EXPECT_THAT(capture.entries()[0].message, HasSubstr("missing.pdf"));
-}
-
-// With a page the viewer gets it in its own syntax, found without a lookup.
-TEST_F(HelpPdf, APageGoesToTheViewerInItsOwnForm) {
-  const std::string file = manual().as_string();
-  write_mailcap("application/pdf; pdfview %s\n");
-  m_fakes.add_viewer("pdfview");
-  m_fakes.add_viewer("xpdf");
-  ASSERT_TRUE(orvix1::OpenPredefinedPDF(manual(), 12));
-  m_fakes.add_viewer("acroread");  // preferred for a page over xpdf and the mailcap
-  ASSERT_TRUE(orvix1::OpenPDF(manual(), 7));
-  EXPECT_THAT(m_fakes.whereis_calls(), IsEmpty());
-  EXPECT_THAT(m_fakes.wait_for_start("xpdf").arguments, ElementsAre(file, "12"));
-  EXPECT_THAT(m_fakes.wait_for_start("acroread").arguments,
-              ElementsAre("-openInNewInstance", "/a", "page=7", file));
-}
-
-class HelpHtml : public HelpTest {
- protected:
-  std::string write_page(const std::string& name, const std::string& title) const {
-    m_fakes.folder().write(name, "<html><head><title>" + title +
-                                     "</title></head><body><p>Help text</p></body></html>");
-    return m_fakes.folder().file(name);
-  }
-};
-
-TEST_F(HelpHtml, TheDefaultBrowserGetsTheFileAddress) {
-  const std::string page = write_page("index.html", "Manual");
-  m_fakes.add_viewer("xdg-open");
-
-  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(page)));
-
-  EXPECT_THAT(m_fakes.wait_for_start("xdg-open").arguments, ElementsAre("file://" + page));
-  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
-}
-
-TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindow) {
-  const std::string first = write_page("help index.html", "Manual");
-  const std::string second = write_page("topic.html", "Topic");
-
-  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(first)));
+  EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));
+  EXPECT_FALSE(orvix1::open_in_default_browser("file://" + m_fakes.folder().file("gone.html"), ""));
+  EXPECT_FALSE(orvix1::open_help_helper_t().try_open_help());
   pump_events();
+  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
+  std::string messages;
+  for (const auto& entry : capture.entries()) messages += entry.message + "\n";
+  EXPECT_THAT(messages, HasSubstr("no HTML file at '" + m_fakes.folder().file("missing.html")));
+  EXPECT_THAT(messages, HasSubstr("cannot show file://"));
+  EXPECT_THAT(messages, HasSubstr("no help to open"));
 
+  const std::string first = m_fakes.folder().file("help index.html");
+  orvix1::open_help_helper_t helper;
+  helper.add_pdf(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 4)
+      .add_pdf(manual())
+      .add_html(talvar2::path_t(first))
+      .add_url("file:///never-reached.html");
+  EXPECT_FALSE(helper.try_open_help());
+  EXPECT_THAT(capture.entries().back().message, HasSubstr("none of the help sources"));
+  write_page("help index.html", "Manual");
+  ASSERT_TRUE(helper.try_open_help());
+  pump_events();
   wxFrame* window = orvix1::get_html_help_window();
   ASSERT_NE(window, nullptr);
   EXPECT_TRUE(window->IsShown());
   EXPECT_EQ(window->GetTitle(), "Manual");
-  EXPECT_THAT(wxFileSystem::URLToFileName(orvix1::get_html_help_window_page()).GetFullPath(),
-              first);
+  EXPECT_EQ(wxFileSystem::URLToFileName(orvix1::get_html_help_window_page()).GetFullPath(), first);
 
-  ASSERT_TRUE(orvix1::open_in_default_browser("file://" + second, "Guide"));
+  ASSERT_TRUE(orvix1::open_in_default_browser("file://" + write_page("topic.html", "Topic"), "Guide"));
   pump_events();
   EXPECT_EQ(orvix1::get_html_help_window(), window);
   EXPECT_EQ(window->GetTitle(), "Guide");
   EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("topic.html"));
-}
 
-TEST_F(HelpHtml, PagesThatCannotBeShownOpenNothing) {
-  orvix1_test::log_capture_t capture("orvix.help");
-
-  EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));
-  EXPECT_FALSE(orvix1::open_in_default_browser("file://" + m_fakes.folder().file("gone.html"), ""));
-  EXPECT_FALSE(orvix1::open_in_default_browser("", ""));
-  pump_events();
-
-  EXPECT_EQ(orvix1::get_html_help_window(), nullptr);
-  std::string messages;
-  for (const auto& entry : capture.entries()) messages += entry.message + "\n";
-  EXPECT_THAT(messages, HasSubstr("missing.html"));
-  EXPECT_THAT(messages, HasSubstr("cannot show file://"));
-}
-
-class HelpHelper : public HelpTest {};
-
-TEST_F(HelpHelper, SourcesAreTriedInOrderUntilOneOpens) {
-  orvix1_test::log_capture_t capture("orvix.help");
-  EXPECT_FALSE(orvix1::open_help_helper_t().try_open_help());
-  ASSERT_EQ(capture.entries().size(), 1u);
-  EXPECT_THAT(capture.entries().back().message, HasSubstr("no help to open"));
-
-  orvix1::open_help_helper_t helper;
-  helper.add_pdf(talvar2::path_t(m_fakes.folder().file("missing.pdf")), 4)
-      .add_pdf(manual())
-      .add_html(talvar2::path_t(m_fakes.folder().file("help.html")))
-      .add_url("file:///never-reached.html");
-  EXPECT_FALSE(helper.try_open_help());  // help.html is not there yet
-  EXPECT_THAT(capture.entries().back().message, HasSubstr("none of the help sources"));
-  // The missing PDF started nothing; the manual found no viewer.
-  EXPECT_THAT(m_fakes.whereis_calls(), ElementsAre("kpdf", "gpdf", "evince", "xpdf"));
-
-  m_fakes.folder().write("help.html", "<html><head><title>Help</title></head></html>");
-  ASSERT_TRUE(helper.try_open_help());
-  pump_events();
-  EXPECT_THAT(orvix1::get_html_help_window_page(), HasSubstr("help.html"));
+  // With a browser the page goes to it as a file address, escaped.
+  m_fakes.add_viewer("xdg-open");
+  ASSERT_TRUE(orvix1::OpenHTML(talvar2::path_t(first)));
+  EXPECT_THAT(m_fakes.wait_for_start("xdg-open").arguments,
+              ElementsAre("file://" + m_fakes.folder().path() + "/help%20index.html"));
 }
 
 }  // namespace

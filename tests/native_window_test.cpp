@@ -12,54 +12,38 @@ namespace {
 using orvix1_test::host_window_t;
 using orvix1_test::pump_events;
 
-TEST(NativeWindow, WrapsAHostWidgetOrItsGdkWindowWithoutOwningIt) {
+TEST(NativeWindow, WrapsAHostWidgetOrItsGdkWindowWithoutOwningItAndFollowsItsSize) {
   host_window_t host(240, 120);
   wxWindow* wrapper = orvix1::create_dummy_wrapper(host.widget());
   ASSERT_NE(wrapper, nullptr);
   EXPECT_EQ(wrapper->GetSize(), wxSize(240, 120));
   EXPECT_NE(dynamic_cast<wxNativeContainerWindow*>(wrapper), nullptr);
-
-  // Our windows can use it as their parent.
   auto* frame = new wxFrame(wrapper, wxID_ANY, "child of the host");
   frame->Show();
   pump_events();
   EXPECT_EQ(frame->GetParent(), wrapper);
-
+  // It follows the host's size, which GTK applies on a frame-clock tick.
+  gtk_window_resize(GTK_WINDOW(host.widget()), 300, 90);
+  const gint64 give_up = g_get_monotonic_time() + 5 * G_USEC_PER_SEC;
+  while (wrapper->GetSize() != wxSize(300, 90) && g_get_monotonic_time() < give_up)
+    g_main_context_iteration(nullptr, TRUE);
+  EXPECT_EQ(wrapper->GetSize(), wxSize(300, 90));
   orvix1::release_dummy_wrapper(wrapper);
   pump_events();
   EXPECT_TRUE(host.still_alive());
 
   wxWindow* from_gdk = orvix1::create_dummy_wrapper(host.gdk_window());
   ASSERT_NE(from_gdk, nullptr);
-  EXPECT_EQ(from_gdk->GetSize(), wxSize(240, 120));
+  EXPECT_EQ(from_gdk->GetSize(), wxSize(300, 90));
   delete from_gdk;  // deleting is the same as releasing
   EXPECT_TRUE(host.still_alive());
-}
 
-TEST(NativeWindow, FollowsTheHostsSize) {
-  host_window_t host(240, 120);
-  wxWindow* wrapper = orvix1::create_dummy_wrapper(host.widget());
-  ASSERT_NE(wrapper, nullptr);
-  gtk_window_resize(GTK_WINDOW(host.widget()), 300, 90);
-  // GTK applies the size on a frame-clock tick: wait for it, with a bound.
-  const gint64 give_up = g_get_monotonic_time() + 5 * G_USEC_PER_SEC;
-  while (wrapper->GetSize() != wxSize(300, 90) && g_get_monotonic_time() < give_up)
-    g_main_context_iteration(nullptr, TRUE);
-  EXPECT_EQ(wrapper->GetSize(), wxSize(300, 90));
-  orvix1::release_dummy_wrapper(wrapper);
-}
-
-TEST(NativeWindow, RealisesAnUnrealisedWidget) {
+  // Not-yet-realised widgets are realised; a null handle is refused (objects
+  // that are not windows: log_test).
   GtkWidget* hidden = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-  wxWindow* from_hidden = orvix1::create_dummy_wrapper(hidden);
-  ASSERT_NE(from_hidden, nullptr);
+  orvix1::release_dummy_wrapper(orvix1::create_dummy_wrapper(hidden));
   EXPECT_TRUE(gtk_widget_get_realized(hidden));
-  orvix1::release_dummy_wrapper(from_hidden);
   gtk_widget_destroy(hidden);
-}
-
-// Objects that are not windows are refused with an error log (log_test).
-TEST(NativeWindow, RefusesANullHandle) {
   EXPECT_EQ(orvix1::create_dummy_wrapper(nullptr), nullptr);
   orvix1::release_dummy_wrapper(nullptr);
 }

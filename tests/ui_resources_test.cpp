@@ -31,16 +31,11 @@ archive_files_t theme_files(const std::string& background = "#102030") {
            xrc_text(colour_xrc("panel.clBg", background) + colour_xrc("panel.clText", "wxSYS_COLOUR_WINDOWTEXT") +
                     "<object class=\"wxFont\" name=\"fnBig\"><font><size>14</size>"
                     "<weight>bold</weight></font></object>\n"
-                    "<object class=\"wxImage\" name=\"logo\"><bitmap>icons/logo.png</bitmap></object>")},
+                    "<object class=\"wxImage\" name=\"logo\"><bitmap>icons/logo.png</bitmap></object>"
+                    "<object class=\"wxAnimation\" name=\"busy\"><animation>anim/spin.gif</animation></object>")},
           {"icons/logo.png", png_bytes(6, 4, k_logo_fill)},
+          {"anim/spin.gif", orvix1_test::gif_bytes(6, 4)},
           {"icons/close.png", png_bytes(5, 3, *wxBLUE)}};
-}
-
-size_t warnings_in(const orvix1_test::log_capture_t& capture) {
-  size_t count = 0;
-  for (const auto& entry : capture.entries())
-    if (entry.level == log4cplus::WARN_LOG_LEVEL && entry.logger == "orvix.resources") ++count;
-  return count;
 }
 
 class UiResources : public ::testing::Test {
@@ -65,18 +60,13 @@ class UiResources : public ::testing::Test {
 void expect_theme(orvix1::ui_resources_t& resources) {
   EXPECT_EQ(resources.get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
   EXPECT_EQ(resources.get_color("panel.clText"), wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
-  const wxFont font = resources.get_font("fnBig");
-  EXPECT_EQ(font.GetPointSize(), 14);
-  EXPECT_EQ(font.GetWeight(), wxFONTWEIGHT_BOLD);
-
+  EXPECT_EQ(resources.get_font("fnBig").GetWeight(), wxFONTWEIGHT_BOLD);
   const wxImage logo = resources.get_image("logo");
-  ASSERT_TRUE(logo.IsOk());
-  EXPECT_EQ(logo.GetSize(), wxSize(6, 4));
+  ASSERT_EQ(logo.GetSize(), wxSize(6, 4));
   EXPECT_EQ(wxColour(logo.GetRed(5, 3), logo.GetGreen(5, 3), logo.GetBlue(5, 3)), k_logo_fill);
-  EXPECT_EQ(resources.get_bitmap("logo").GetSize(), wxSize(6, 4));
   EXPECT_EQ(resources.get_icon("logo").GetSize(), wxSize(6, 4));
-  for (const char* name : {"icons/close.png", "/icons/close.png", "./icons//close.png"})
-    EXPECT_EQ(resources.get_image(name).GetSize(), wxSize(5, 3)) << name;
+  EXPECT_EQ(resources.get_bitmap("./icons//close.png").GetSize(), wxSize(5, 3));
+  EXPECT_EQ(resources.get_animation("busy").GetSize(), wxSize(6, 4));
 }
 
 TEST_F(UiResources, ReadsZipArchivesAndPlainFoldersAlike) {
@@ -84,8 +74,13 @@ TEST_F(UiResources, ReadsZipArchivesAndPlainFoldersAlike) {
   ASSERT_TRUE(m_resources->add_archive(zipped));
   EXPECT_EQ(m_resources->get_archives(), paths_t{zipped});
   expect_theme(*m_resources);
-  const std::string location = m_resources->get_resource_loader().find_file("icons/close.png");
+  const orvix1::resource_loader_t& loader = m_resources->get_resource_loader();
+  const std::string location = loader.find_file("icons/close.png");
   EXPECT_NE(location.find("theme.zip#zip:icons/close.png"), std::string::npos) << location;
+  std::vector<unsigned char> bytes;
+  ASSERT_TRUE(loader.read_file("icons/close.png", bytes));
+  EXPECT_EQ(std::string(bytes.begin(), bytes.end()), png_bytes(5, 3, *wxBLUE));
+  EXPECT_EQ(loader.open_file("data/none.png"), nullptr);
   EXPECT_TRUE(m_resources->remove_archive(zipped));
 
   const std::string plain = folder("theme", theme_files());
@@ -93,7 +88,6 @@ TEST_F(UiResources, ReadsZipArchivesAndPlainFoldersAlike) {
   EXPECT_EQ(m_resources->get_archives(), paths_t{plain});
   expect_theme(*m_resources);
   EXPECT_TRUE(m_resources->remove_archive(plain + "/./"));
-  EXPECT_TRUE(m_resources->get_archives().empty());
   EXPECT_FALSE(m_resources->remove_archive(plain));
 }
 
@@ -102,7 +96,6 @@ TEST_F(UiResources, LaterArchivesOverrideEarlierOnesAndHostValuesOverrideBoth) {
   const std::string second = folder("second", {{"resources.xrc", xrc_text(colour_xrc("panel.clBg", "#222222"))},
                                                {"icons/close.png", png_bytes(7, 7, *wxRED)}});
   ASSERT_TRUE(m_resources->add_archive(first));
-  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
   ASSERT_TRUE(m_resources->add_archive(second));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#222222"));
   EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(7, 7));
@@ -112,37 +105,41 @@ TEST_F(UiResources, LaterArchivesOverrideEarlierOnesAndHostValuesOverrideBoth) {
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
   EXPECT_EQ(m_resources->get_archives(), (paths_t{second, first}));
 
+  m_resources->set_font("fnBig", wxFont(wxFontInfo(20)));
   m_resources->set_color("panel.clBg", *wxGREEN);
-  const wxFont host_font(wxFontInfo(20));
-  m_resources->set_font("fnBig", host_font);
-  m_resources->set_color("tip.clBg", wxColour(1, 2, 3));  // needs no archive
-  EXPECT_EQ(m_resources->get_color("panel.clBg"), *wxGREEN);
-  EXPECT_EQ(orvix1::ui_resources_t::get()->get_font("fnBig"), host_font);
-  EXPECT_EQ(m_resources->get_color("tip.clBg"), wxColour(1, 2, 3));
-
-  m_resources->set_color("panel.clBg", wxNullColour);
-  m_resources->set_font("fnBig", wxNullFont);
-  EXPECT_TRUE(m_resources->remove_archive(first));
-  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#222222"));
-  EXPECT_FALSE(m_resources->get_font("fnBig").IsOk());
+  EXPECT_EQ(orvix1::ui_resources_t::get()->get_color("panel.clBg"), *wxGREEN);
+  EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 20);
+  m_resources->set_color("panel.clBg", wxNullColour);  // the host value withdrawn
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour("#111111"));
 }
 
-TEST_F(UiResources, UnknownNamesGiveInvalidValuesWithOneWarningEach) {
+// Unknown names and broken declarations (older archives still serve the
+// names a broken one declares).
+TEST_F(UiResources, UnknownNamesAndBrokenDeclarationsGiveInvalidValuesWithOneWarningEach) {
   ASSERT_TRUE(m_resources->add_archive(folder("theme", theme_files())));
+  ASSERT_TRUE(m_resources->add_archive(
+      folder("broken", {{"resources.xrc", xrc_text(colour_xrc("panel.clBg", "no-such-colour") +
+                                                   "<object class=\"wxColour\" name=\"panel.clEmpty\"/>\n"
+                                                   "<object class=\"wxFont\" name=\"fnBig\"/>\n"
+                                                   "<object class=\"wxImage\" name=\"banner\">"
+                                                   "<bitmap>none.png</bitmap></object>")}})));
   orvix1_test::write_folder(m_dir.path(), {{"outside.png", png_bytes(2, 2, *wxRED)}});
-  const orvix1_test::log_capture_t capture("orvix");
+  const orvix1_test::log_capture_t capture("orvix.resources");
 
   EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());
   EXPECT_FALSE(m_resources->get_color("panel.clNope").IsOk());  // the miss is remembered
-  ASSERT_EQ(warnings_in(capture), 1u);
+  ASSERT_EQ(capture.warnings(), 1u);
   EXPECT_NE(capture.entries().back().message.find("panel.clNope"), std::string::npos);
   EXPECT_FALSE(m_resources->get_font("panel.clBg").IsOk());  // a colour is no font
   EXPECT_FALSE(m_resources->get_image("../outside.png").IsOk());
   EXPECT_FALSE(m_resources->get_image("icons").IsOk());  // a folder, not a file
-  EXPECT_FALSE(m_resources->get_bitmap("icons/nope.png").IsOk());
-  EXPECT_FALSE(m_resources->get_icon("icons/nope.png").IsOk());
   EXPECT_FALSE(m_resources->get_animation("nope.gif").IsOk());
-  EXPECT_EQ(warnings_in(capture), 7u);
+  EXPECT_EQ(capture.warnings(), 5u);
+  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
+  EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 14);
+  EXPECT_FALSE(m_resources->get_color("panel.clEmpty").IsOk());
+  EXPECT_FALSE(m_resources->get_image("banner").IsOk());
+  EXPECT_EQ(capture.warnings(), 9u);
 
   // A newer archive that has the name ends the remembered miss.
   ASSERT_TRUE(m_resources->add_archive(folder("more", {{"resources.xrc", xrc_text(colour_xrc("panel.clNope", "red"))}})));
@@ -161,12 +158,9 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
   const size_t xrc_data = 30 + std::string("resources.xrc").size();  // after its local header
   const std::pair<const char*, std::string> corrupt_zips[] = {
       {"empty.zip", ""},
-      {"header-only.zip", bytes.substr(0, 30)},
       {"half.zip", bytes.substr(0, bytes.size() / 2)},
-      {"no-directory.zip", bytes.substr(0, bytes.size() - 22)},
       {"bad-xrc-data.zip", flipped(xrc_data + 8)},
       {"bad-directory-offset.zip", flipped(bytes.size() - 5)},
-      {"zeros.zip", std::string(bytes.size(), '\0')},
       {"plain.txt", "not an archive"}};
   paths_t bad_paths = {m_dir.file("missing.zip"), ""};
   for (const auto& entry : corrupt_zips) {
@@ -177,87 +171,29 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
       {"resources.xrc", "<?xml version=\"1.0\"?>\n<resource><object class=\"wxColour\" "
                         "name=\"panel.clBg\"><value>#ffffff</value></resource>\n"}};
   bad_paths.push_back(zip("malformed.zip", malformed));
-  bad_paths.push_back(folder("malformed", malformed));
   bad_paths.push_back(zip("root.zip", {{"resources.xrc", "<?xml version=\"1.0\"?>\n<colours/>\n"}}));
   for (const std::string& path : bad_paths) {
     SCOPED_TRACE(path);
-    const orvix1_test::log_capture_t capture("orvix");
+    const orvix1_test::log_capture_t capture("orvix.resources");
     EXPECT_FALSE(m_resources->add_archive(path));
-    EXPECT_EQ(warnings_in(capture), 1u);
+    EXPECT_EQ(capture.warnings(), 1u);
   }
   EXPECT_EQ(m_resources->get_archives(), paths_t{good});
-  expect_theme(*m_resources);
-
-  // An archive rewritten in place and added again is read afresh...
-  const std::string updated = zip("updated.zip", theme_files("#445566"));
-  ASSERT_TRUE(m_resources->add_archive(updated));
-  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(5, 3));
-  orvix1_test::write_zip(updated, {{"resources.xrc", xrc_text(colour_xrc("panel.clBg", "#778899"))},
-                                   {"icons/close.png", png_bytes(9, 9, *wxRED)}});
-  ASSERT_TRUE(m_resources->add_archive(updated));
-  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x77, 0x88, 0x99));
-  EXPECT_EQ(m_resources->get_image("icons/close.png").GetSize(), wxSize(9, 9));
-  EXPECT_TRUE(m_resources->remove_archive(updated));
-  // ...but one broken in place is refused and its old contents stay.
+  // Broken in place and added again: refused, and its old contents stay.
   orvix1_test::write_zip(good, malformed);
   EXPECT_FALSE(m_resources->add_archive(good));
   EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
 }
 
-TEST_F(UiResources, ABrokenDeclarationIsReportedOnceAndOlderArchivesStillServe) {
-  ASSERT_TRUE(m_resources->add_archive(zip("theme.zip", theme_files())));
-  ASSERT_TRUE(m_resources->add_archive(
-      folder("broken", {{"resources.xrc", xrc_text(colour_xrc("panel.clBg", "no-such-colour") +
-                                                   "<object class=\"wxColour\" name=\"panel.clEmpty\"/>\n"
-                                                   "<object class=\"wxFont\" name=\"fnBig\"/>\n"
-                                                   "<object class=\"wxImage\" name=\"banner\">"
-                                                   "<bitmap>none.png</bitmap></object>")}})));
-  const orvix1_test::log_capture_t capture("orvix");
-  EXPECT_EQ(m_resources->get_color("panel.clBg"), wxColour(0x10, 0x20, 0x30));
-  EXPECT_EQ(m_resources->get_font("fnBig").GetPointSize(), 14);
-  EXPECT_FALSE(m_resources->get_color("panel.clEmpty").IsOk());
-  EXPECT_FALSE(m_resources->get_image("banner").IsOk());
-  EXPECT_EQ(warnings_in(capture), 4u);
-  EXPECT_NE(capture.entries().back().message.find("banner"), std::string::npos);
-}
-
-TEST_F(UiResources, AnimationsAndRawFileBytes) {
-  const std::string content = png_bytes(3, 3, *wxRED);
-  ASSERT_TRUE(m_resources->add_archive(
-      zip("anim.zip", {{"resources.xrc", xrc_text("<object class=\"wxAnimation\" name=\"busy\">"
-                                                  "<animation>anim/spin.gif</animation></object>")},
-                       {"anim/spin.gif", orvix1_test::gif_bytes(6, 4)},
-                       {"data/raw.png", content}})));
-  for (const char* name : {"busy", "anim/spin.gif"})
-    EXPECT_EQ(m_resources->get_animation(name).GetSize(), wxSize(6, 4)) << name;
-
-  const orvix1::resource_loader_t& loader = m_resources->get_resource_loader();
-  std::vector<unsigned char> bytes;
-  ASSERT_TRUE(loader.read_file("data/raw.png", bytes));
-  EXPECT_EQ(std::string(bytes.begin(), bytes.end()), content);
-  bytes.assign(3, 7);
-  EXPECT_FALSE(loader.read_file("data/none.png", bytes));
-  EXPECT_EQ(bytes, std::vector<unsigned char>(3, 7));
-  EXPECT_EQ(loader.open_file("data/none.png"), nullptr);
-  EXPECT_TRUE(loader.find_file("data").empty());
-}
-
 TEST_F(UiResources, LetsGoOfEverythingWhenWxWidgetsEnds) {
-  const std::string path = zip("theme.zip", theme_files());
-  ASSERT_TRUE(m_resources->add_archive(path));
+  ASSERT_TRUE(m_resources->add_archive(zip("theme.zip", theme_files())));
   m_resources->set_color("host.clBg", *wxRED);
   orvix1::cleanup_wxwidgets();  // the environment's reference: the last one
   ASSERT_EQ(wxTheApp, nullptr);
   EXPECT_TRUE(m_resources->get_archives().empty());
   orvix1_test::ensure_wx_running();
-
-  const orvix1_test::log_capture_t capture("orvix");
   EXPECT_FALSE(m_resources->get_color("host.clBg").IsOk());
-  auto fresh = orvix1::ui_resources_t::get();
-  EXPECT_NE(fresh, m_resources);
-  ASSERT_TRUE(fresh->add_archive(path));
-  expect_theme(*fresh);
-  fresh->clear();
+  EXPECT_NE(orvix1::ui_resources_t::get(), m_resources);
 }
 
 }  // namespace

@@ -16,75 +16,13 @@
 namespace {
 
 using orvix1_test::take_asserts;
-using orvix1_test::xrc_text;
 
-class XrcHandlers : public ::testing::Test {
- protected:
-  void SetUp() override { take_asserts(); }
-  void TearDown() override { delete m_resource; }
-
-  // Loads res.xrc holding `objects` with every handler start-up registers
-  // (images inside zip archives: UiResources).
-  wxXmlResource& load(const std::string& objects) {
-    m_dir.write("res.xrc", xrc_text(objects));
-    m_resource = new wxXmlResource;
-    orvix1::add_i18n_xml_handlers(m_resource);
-    m_resource->InitAllHandlers();
-    m_resource->AddHandler(new wxImageXmlHandler);
-    m_resource->AddHandler(new wxAnimationXmlHandler);
-    m_resource->AddHandler(new wxColourXmlHandler);
-    m_resource->AddHandler(new wxFontXmlHandler);
-    EXPECT_TRUE(m_resource->Load(m_dir.file("res.xrc")));
-    return *m_resource;
-  }
-
-  // A copy of the named object, or an invalid value when none was made.
-  template <class T>
-  T value(const char* name, const char* class_name) {
-    std::unique_ptr<wxObject> object(m_resource->LoadObject(nullptr, name, class_name));
-    auto* value = dynamic_cast<T*>(object.get());
-    return value != nullptr ? *value : T();
-  }
-  bool makes_nothing(const char* name, const char* class_name) {
-    return std::unique_ptr<wxObject>(m_resource->LoadObject(nullptr, name, class_name)) == nullptr;
-  }
-
-  orvix1_test::scratch_folder_t m_dir;
-  wxXmlResource* m_resource = nullptr;
-};
-
-TEST_F(XrcHandlers, LoadsImagesAndAnimationsRelativeToTheResource) {
-  m_dir.write("pixel.png", orvix1_test::png_bytes(6, 4, wxColour(10, 200, 30)));
-  m_dir.write("spin.gif", orvix1_test::gif_bytes(6, 4));
-  load("<object class=\"wxImage\" name=\"logo\"><bitmap>pixel.png</bitmap></object>\n"
-       "<object class=\"wxImage\" name=\"missing\"><bitmap>nope.png</bitmap></object>\n"
-       "<object class=\"wxAnimation\" name=\"spin\"><animation>spin.gif</animation></object>\n"
-       "<object class=\"wxAnimation\" name=\"bad\"><animation>none.gif</animation></object>");
-  const wxImage image = value<wxImage>("logo", "wxImage");
-  ASSERT_TRUE(image.IsOk());
-  EXPECT_EQ(image.GetSize(), wxSize(6, 4));
-  EXPECT_EQ(image.GetGreen(3, 2), 200);
-  EXPECT_EQ(value<wxAnimation>("spin", "wxAnimation").GetSize(), wxSize(6, 4));
-  EXPECT_TRUE(makes_nothing("missing", "wxImage"));
-  EXPECT_TRUE(makes_nothing("bad", "wxAnimation"));
-}
-
-TEST_F(XrcHandlers, LoadsNamedColoursAndFonts) {
-  // Hex and system colours, broken and empty declarations: UiResources.
-  load("<object class=\"wxColour\" name=\"named\"><value>red</value></object>\n"
-       "<object class=\"wxFont\" name=\"big\"><font><size>14</size><weight>bold</weight>"
-       "<style>italic</style><underlined>1</underlined></font></object>\n"
-       "<object class=\"wxFont\" name=\"mono\"><font><family>teletype</family></font></object>\n"
-       "<object class=\"wxFont\" name=\"gui\"><font><sysfont>wxSYS_DEFAULT_GUI_FONT</sysfont></font></object>");
-  EXPECT_EQ(value<wxColour>("named", "wxColour"), *wxRED);
-
-  const wxFont big = value<wxFont>("big", "wxFont");
-  EXPECT_EQ(big.GetPointSize(), 14);
-  EXPECT_EQ(big.GetWeight(), wxFONTWEIGHT_BOLD);
-  EXPECT_EQ(big.GetStyle(), wxFONTSTYLE_ITALIC);
-  EXPECT_TRUE(big.GetUnderlined());
-  EXPECT_TRUE(value<wxFont>("mono", "wxFont").IsFixedWidth());
-  EXPECT_EQ(value<wxFont>("gui", "wxFont"), wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+// A copy of the named object, or an invalid value when none was made.
+template <class T>
+T value(wxXmlResource& resource, const char* name, const char* class_name) {
+  std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, name, class_name));
+  auto* value = dynamic_cast<T*>(object.get());
+  return value != nullptr ? *value : T();
 }
 
 // Records the translation domain in force while a child object is built.
@@ -99,27 +37,64 @@ class domain_probe_handler_t : public wxXmlResourceHandler {
 };
 wxString domain_probe_handler_t::seen;
 
-TEST_F(XrcHandlers, PanelsAndDialogsTranslateTheirSubtreeInTheirDomain) {
-  wxXmlResource& resource =
-      load("<object class=\"wxPanel\" name=\"panel\"><domain>panel-texts</domain>"
-           "<object class=\"domainProbe\"/></object>\n"
-           "<object class=\"wxDialog\" name=\"dialog\"><domain>dialog-texts</domain>"
-           "<title>Hello</title><object class=\"domainProbe\"/></object>\n"
-           "<object class=\"wxPanel\" name=\"plain\"><object class=\"domainProbe\"/></object>");
+// With every handler start-up registers, one XRC file loads images and
+// animations relative to itself, colours and fonts, and panels and dialogs
+// that translate their subtree in their own domain. (Images inside zip
+// archives, hex and system colours, broken and empty declarations:
+// UiResources.)
+TEST(XrcHandlers, LoadImagesAnimationsColoursFontsAndTranslatedPanelsAndDialogs) {
+  take_asserts();
+  const orvix1_test::scratch_folder_t dir;
+  dir.write("pixel.png", orvix1_test::png_bytes(6, 4, wxColour(10, 200, 30)));
+  dir.write("spin.gif", orvix1_test::gif_bytes(6, 4));
+  dir.write("res.xrc",
+            orvix1_test::xrc_text(
+                "<object class=\"wxImage\" name=\"logo\"><bitmap>pixel.png</bitmap></object>\n"
+                "<object class=\"wxImage\" name=\"missing\"><bitmap>nope.png</bitmap></object>\n"
+                "<object class=\"wxAnimation\" name=\"spin\"><animation>spin.gif</animation></object>\n"
+                "<object class=\"wxAnimation\" name=\"bad\"><animation>none.gif</animation></object>\n"
+                "<object class=\"wxColour\" name=\"named\"><value>red</value></object>\n"
+                "<object class=\"wxFont\" name=\"big\"><font><size>14</size><weight>bold</weight>"
+                "<underlined>1</underlined></font></object>\n"
+                "<object class=\"wxFont\" name=\"gui\"><font><sysfont>wxSYS_DEFAULT_GUI_FONT</sysfont>"
+                "</font></object>\n"
+                "<object class=\"wxPanel\" name=\"panel\"><domain>panel-texts</domain>"
+                "<object class=\"domainProbe\"/></object>\n"
+                "<object class=\"wxDialog\" name=\"dialog\"><domain>dialog-texts</domain>"
+                "<title>Hello</title><object class=\"domainProbe\"/></object>\n"
+                "<object class=\"wxPanel\" name=\"plain\"><object class=\"domainProbe\"/></object>"));
+  wxXmlResource resource;
+  orvix1::add_i18n_xml_handlers(&resource);
+  resource.InitAllHandlers();
+  resource.AddHandler(new wxImageXmlHandler);
+  resource.AddHandler(new wxAnimationXmlHandler);
+  resource.AddHandler(new wxColourXmlHandler);
+  resource.AddHandler(new wxFontXmlHandler);
   resource.AddHandler(new domain_probe_handler_t);
-  resource.SetDomain("app");
+  ASSERT_TRUE(resource.Load(dir.file("res.xrc")));
 
+  const wxImage image = value<wxImage>(resource, "logo", "wxImage");
+  ASSERT_TRUE(image.IsOk());
+  EXPECT_EQ(image.GetGreen(3, 2), 200);
+  EXPECT_EQ(value<wxAnimation>(resource, "spin", "wxAnimation").GetSize(), wxSize(6, 4));
+  EXPECT_FALSE(value<wxImage>(resource, "missing", "wxImage").IsOk());
+  EXPECT_FALSE(value<wxAnimation>(resource, "bad", "wxAnimation").IsOk());
+  EXPECT_EQ(value<wxColour>(resource, "named", "wxColour"), *wxRED);
+  const wxFont big = value<wxFont>(resource, "big", "wxFont");
+  EXPECT_EQ(big.GetPointSize(), 14);
+  EXPECT_EQ(big.GetWeight(), wxFONTWEIGHT_BOLD);
+  EXPECT_TRUE(big.GetUnderlined());
+  EXPECT_EQ(value<wxFont>(resource, "gui", "wxFont"), wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+
+  resource.SetDomain("app");
   wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "host");
   ASSERT_NE(resource.LoadPanel(frame, "panel"), nullptr);
   EXPECT_EQ(domain_probe_handler_t::seen, "panel-texts");
   EXPECT_EQ(resource.GetDomain(), "app");
-
   wxDialog* dialog = resource.LoadDialog(frame, "dialog");
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(domain_probe_handler_t::seen, "dialog-texts");
   EXPECT_EQ(dialog->GetTitle(), "Hello");
-  EXPECT_EQ(resource.GetDomain(), "app");
-
   ASSERT_NE(resource.LoadPanel(frame, "plain"), nullptr);
   EXPECT_EQ(domain_probe_handler_t::seen, "app");
   dialog->Destroy();

@@ -1,11 +1,9 @@
 #ifndef ORVIX1_TESTS_FAKE_PROGRAMS_H
 #define ORVIX1_TESTS_FAKE_PROGRAMS_H
 
-// Fake external programs for launch tests: shell scripts in a scratch folder
-// that becomes the whole PATH while the object lives. A fake viewer records
-// how it was started in a marker file (written whole, by rename, so a reader
-// never sees half of it); a fake "whereis" records each name it is asked for
-// and knows only the fake programs of the folder.
+// Fake programs: shell scripts in a scratch folder that is the whole PATH
+// while the object lives. A fake viewer records its start in a marker file
+// (written whole, by rename); a fake "whereis" records each name asked for.
 
 #include <chrono>
 #include <cstdlib>
@@ -41,7 +39,6 @@ inline bool wait_for_file(const std::string& path) {
 }
 
 struct started_program_t {
-  bool started = false;
   long pid = 0;
   std::vector<std::string> arguments;
 };
@@ -54,16 +51,12 @@ class fake_programs_t {
     ::setenv("PATH", (path_tail.empty() ? bin() : bin() + ":" + path_tail).c_str(), 1);
   }
   ~fake_programs_t() { ::setenv("PATH", m_saved_path.c_str(), 1); }
-  fake_programs_t(const fake_programs_t&) = delete;
-  fake_programs_t& operator=(const fake_programs_t&) = delete;
 
   const scratch_folder_t& folder() const { return m_folder; }
-  std::string bin() const { return m_folder.file("bin"); }
   std::string program(const std::string& name) const { return bin() + "/" + name; }
 
   void add_viewer(const std::string& name) const { add_file(name, record_start(name), 0755); }
-  // Records its start, then runs on until release() (10 s at most) and
-  // records its end.
+  // Runs on until release() (10 s at most), then records its end.
   void add_lingering_viewer(const std::string& name) const {
     add_file(name, record_start(name) + "i=0\nwhile [ ! -e '" + m_folder.file(name + ".release") +
                        "' ] && [ $i -lt 1000 ]; do /bin/sleep 0.01; i=$((i+1)); done\n: > '" +
@@ -79,14 +72,12 @@ class fake_programs_t {
 
   std::vector<std::string> whereis_calls() const { return lines_of(m_folder.read("whereis.calls")); }
 
+  // A pid of 0 when the program did not start.
   started_program_t wait_for_start(const std::string& name) const {
     started_program_t start;
-    const std::string marker = m_folder.file(name + ".started");
-    const std::vector<std::string> recorded = wait_for_file(marker) ? lines_of(m_folder.read(name + ".started"))
-                                                                    : std::vector<std::string>();
-    if (recorded.size() < 2) return start;
-    start.started = true;
-    start.pid = std::stol(recorded[0]);
+    if (!wait_for_file(m_folder.file(name + ".started"))) return start;
+    const std::vector<std::string> recorded = lines_of(m_folder.read(name + ".started"));
+    start.pid = std::stol(recorded.at(0));
     start.arguments.assign(recorded.begin() + 2, recorded.end());
     return start;
   }
@@ -103,12 +94,13 @@ class fake_programs_t {
     ::chmod(program(name).c_str(), mode);
   }
 
+  std::string bin() const { return m_folder.file("bin"); }
+
   scratch_folder_t m_folder;
   std::string m_saved_path;
 };
 
-// The parent process id of `pid` and its state letter, from /proc; false when
-// the process is gone.
+// The parent id and state letter of `pid` from /proc; false when it is gone.
 inline bool read_process_state(long pid, long& parent, char& state) {
   std::ifstream stat_file("/proc/" + std::to_string(pid) + "/stat");
   const std::string text((std::istreambuf_iterator<char>(stat_file)), std::istreambuf_iterator<char>());

@@ -29,4 +29,10 @@ const std::vector<captured_log_t>& log_capture_t::entries() const {
   return static_cast<const appender_t&>(*m_appender).entries;
 }
 
+size_t log_capture_t::warnings() const {
+  size_t count = 0;
+  for (const captured_log_t& entry : entries()) count += entry.level == log4cplus::WARN_LOG_LEVEL ? 1 : 0;
+  return count;
+}
+
 }  // namespace orvix1_test

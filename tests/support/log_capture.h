@@ -26,6 +26,7 @@ class log_capture_t {
   log_capture_t& operator=(const log_capture_t&) = delete;
 
   const std::vector<captured_log_t>& entries() const;
+  size_t warnings() const;
 
  private:
   class appender_t;

@@ -28,7 +28,6 @@ inline std::string stream_bytes(const wxMemoryOutputStream& stream) {
   return bytes;
 }
 
-// A PNG file of one colour.
 inline std::string png_bytes(int width, int height, const wxColour& fill) {
   wxImage image(width, height);
   image.SetRGB(wxRect(0, 0, width, height), fill.Red(), fill.Green(), fill.Blue());
@@ -52,7 +51,6 @@ inline std::string gif_bytes(int width, int height) {
   return stream_bytes(out);
 }
 
-// A resources.xrc holding `objects`.
 inline std::string xrc_text(const std::string& objects) {
   return "<?xml version=\"1.0\"?>\n<resource xmlns=\"http://www.wxwidgets.org/wxxrc\" "
          "version=\"2.5.3.0\">\n" +

@@ -1,10 +1,8 @@
 #ifndef ORVIX1_TESTS_WX_TEST_ENVIRONMENT_H
 #define ORVIX1_TESTS_WX_TEST_ENVIRONMENT_H
 
-// One wx application per test process, started like a host does by a global
-// test environment (so listing the tests needs no display): wxEntryStart, then
-// one initialize_wxwidgets(nullptr) that the tear-down cleans up again (the
-// last clean-up ends wxWidgets). And the helpers the tests share.
+// One wx application per test process, started by a global test environment
+// with one initialize_wxwidgets(nullptr) that the tear-down cleans up again.
 
 #include <functional>
 #include <memory>
@@ -30,17 +28,14 @@ std::vector<recorded_assert_t> take_asserts();
 // Handles what is pending, with a bound: queued and pending events, idle.
 void pump_events();
 
-// Starts wx again in this process if a test ended it, and takes the
-// environment's own initialize_wxwidgets() reference again.
+// Starts wx again (with the environment's reference) if a test ended it.
 void ensure_wx_running();
 
-// Runs `body` from a timer inside a running wx main loop (so that
-// wxApp::IsMainLoopRunning() is true), then leaves the loop.
+// Runs `body` inside a running wx main loop, then leaves the loop.
 void run_in_main_loop(const std::function<void()>& body);
 
-// Runs `body` from a one-shot timer once the event loop is turning: use it
-// to act on a modal dialog from inside its ShowModal(). Destroying the
-// returned timer cancels a body that has not run yet.
+// Runs `body` from a one-shot timer once the loop turns (e.g. inside a
+// ShowModal()); destroying the timer cancels it.
 std::unique_ptr<wxTimer> run_soon(const std::function<void()>& body);
 
 }  // namespace orvix1_test

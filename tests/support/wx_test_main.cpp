@@ -20,8 +20,8 @@ int g_argc = 0;
 char** g_argv = nullptr;
 std::mutex g_asserts_mutex;
 std::vector<recorded_assert_t> g_asserts;
-wxGUIEventLoop* g_loop = nullptr;
-wxEventLoopActivator* g_activator = nullptr;
+std::unique_ptr<wxGUIEventLoop> g_loop;
+std::unique_ptr<wxEventLoopActivator> g_activator;
 
 void record_assert(const wxString& file, int line, const wxString& function,
                    const wxString& condition, const wxString& message) {
@@ -37,17 +37,15 @@ void start_wx() {
     std::exit(2);
   }
   delete wxLog::SetActiveTarget(new wxLogStderr);
-  g_loop = new wxGUIEventLoop;
-  g_activator = new wxEventLoopActivator(g_loop);
+  g_loop = std::make_unique<wxGUIEventLoop>();
+  g_activator = std::make_unique<wxEventLoopActivator>(g_loop.get());
   wxTheApp->CallOnInit();
   orvix1::initialize_wxwidgets(nullptr);
 }
 
 void stop_loop() {
-  delete g_activator;
-  delete g_loop;
-  g_activator = nullptr;
-  g_loop = nullptr;
+  g_activator.reset();
+  g_loop.reset();
 }
 
 class wx_environment_t : public ::testing::Environment {
