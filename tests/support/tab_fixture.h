@@ -1,8 +1,7 @@
 #ifndef ORVIX1_TESTS_TAB_FIXTURE_H
 #define ORVIX1_TESTS_TAB_FIXTURE_H
 
-// A shown frame to put widgets in, mouse input sent as wx delivers it, and
-// recorders for the widgets' signals.
+// A shown frame for widgets, mouse input as wx delivers it, signal recorders.
 
 #include <vector>
 
@@ -10,13 +9,9 @@
 #include <wx/frame.h>
 #include <wx/panel.h>
 
-#include "orvix1/wxTabButton.h"
+#include "orvix1/wxTabPanel.h"
 #include "support/wx_test_environment.h"
 #include "talvar2/functor/signal.h"
-
-namespace orvix1 {
-class wxTabPanel;
-}
 
 namespace orvix1_test {
 
@@ -34,8 +29,7 @@ class tab_frame_test_t : public ::testing::Test {
     m_frame->Destroy();
     pump_events();
     for (const recorded_assert_t& left : take_asserts())
-      ADD_FAILURE() << "unchecked assertion " << left.condition << " at " << left.file << ':'
-                    << left.line;
+      ADD_FAILURE() << "unchecked assertion " << left.condition << " at " << left.line;
   }
   wxFrame* m_frame = nullptr;
   wxPanel* m_host = nullptr;
@@ -62,7 +56,6 @@ inline void click(wxWindow* window, const wxPoint& at, const wxPoint& release = 
   send_mouse(window, wxEVT_LEFT_UP, up);
 }
 
-// A point well inside the button's close cross.
 inline wxPoint cross_inside(orvix1::wxTabButton* button) {
   const wxRect cross = button->CalculateCrossRect();
   return wxPoint(cross.x + 4, cross.y + 4);
@@ -73,8 +66,7 @@ inline void middle_click(wxWindow* window, const wxPoint& at) {
   send_mouse(window, wxEVT_MIDDLE_UP, at);
 }
 
-// Records a strip's close requests and selections; vetoes closes unless
-// `allow`.
+// Vetoes closes unless `allow`.
 struct strip_listener_t : talvar2::_internal::subscriber_base_t {
   bool allow = true;
   std::vector<int> close_requests;
@@ -86,7 +78,6 @@ struct strip_listener_t : talvar2::_internal::subscriber_base_t {
   void on_selection(orvix1::wxTabPanel*, int index) { selections.push_back(index); }
 };
 
-// Records every emission of the int signals it is connected to.
 struct int_recorder_t : talvar2::_internal::subscriber_base_t {
   std::vector<int> values;
   void on(int value) { values.push_back(value); }

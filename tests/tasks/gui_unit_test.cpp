@@ -16,8 +16,6 @@ namespace {
 
 using talvar2::threading::task_ptr_t;
 
-// Counts the jobs (and whether one ran off the GUI thread) and the tasks
-// the scheduler reports complete.
 class job_counter_t : public talvar2::threading::scheduler_status_callback_t, public talvar2::subscriber_base_t {
  public:
   std::atomic<int> runs{0}, completed{0};
@@ -31,7 +29,6 @@ class job_counter_t : public talvar2::threading::scheduler_status_callback_t, pu
   void task_scheduling_error(const task_ptr_t&, const std::string&) override {}
 };
 
-// Jobs queued from a worker: each needs its own event and runs on the GUI thread.
 TEST(GUIUnitTest, EachQueuedJobNeedsItsOwnDispatch) {
   const auto counter = boost::make_shared<job_counter_t>();
   orvix1::tasks::GUIUnit unit;
@@ -48,7 +45,6 @@ TEST(GUIUnitTest, EachQueuedJobNeedsItsOwnDispatch) {
       EXPECT_EQ(scheduler->schedule(task, "g"), 0);
     }
   }).join();
-  EXPECT_EQ(unit.GetQueuePtr()->queued_jobs(), static_cast<std::size_t>(jobs));
   for (int i = 0; i < jobs; ++i) {
     unit.ProcessPendingEvents();  // handles one pending event
     EXPECT_EQ(counter->runs, i + 1);

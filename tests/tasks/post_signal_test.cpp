@@ -1,5 +1,3 @@
-// Making a signal fire on the GUI thread from any thread.
-
 #include <atomic>
 #include <memory>
 #include <thread>
@@ -16,8 +14,7 @@ using orvix1::tasks::Scheduler;
 
 class receiver_t : public talvar2::subscriber_base_t {
  public:
-  std::atomic<int> calls{0};
-  std::atomic<int> last{0};
+  std::atomic<int> calls{0}, last{0};
   std::atomic<bool> off_gui{false};
   void On(int value) {
     last = value;
@@ -41,7 +38,6 @@ TEST(PostSignal, WithoutSchedulerAssertsAndDoesNotEmit) {
   EXPECT_EQ(asserts[0].function, "PostSignal");
   orvix1_test::pump_events();
   EXPECT_EQ(receiver.calls, 0);
-  EXPECT_FALSE(Scheduler::IsInitialized());  // no scheduler was made on the way
 }
 
 using PostSignalScheduled = orvix1_test::scheduler_fixture_t;

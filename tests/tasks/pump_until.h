@@ -13,9 +13,8 @@
 
 namespace orvix1_test {
 
-// Waits until `done` holds, a millisecond at a time and pumping the GUI
-// loop between rounds if asked; false after ten seconds, so that a broken
-// test ends instead of hanging.
+// Waits until `done` holds, pumping the GUI loop if asked; false after ten
+// seconds, so that a broken test ends instead of hanging.
 inline bool wait_until(const std::function<bool()>& done, bool pump) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (!done()) {
@@ -34,8 +33,7 @@ class completion_recorder_t : public orvix1::tasks::ISchedulerStatusCallback {
   void OnTaskComplete(const orvix1::tasks::ITaskPtr&) override { ++completed; }
 };
 
-// A fresh process-wide scheduler per test, ended in order; no assertion may
-// be left unchecked.
+// A fresh scheduler per test; no assertion may be left unchecked.
 class scheduler_fixture_t : public ::testing::Test {
  protected:
   void SetUp() override {

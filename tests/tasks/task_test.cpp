@@ -1,5 +1,3 @@
-// The task classes on their own.
-
 #include <typeinfo>
 
 #include <gtest/gtest.h>
@@ -15,16 +13,11 @@ TEST(TaskTest, EachKindChoosesItsThreadAndIsNamedAfterItsType) {
   struct gui_task_t : orvix1::tasks::GUITask {
     void DoGUITask() override {}
   };
-  struct kind_t {
-    orvix1::tasks::ITaskPtr task;
-    bool service, long_task;
-  };
-  kind_t kinds[] = {{new DefaultTaskImpl, true, false}, {new gui_task_t, false, false}, {new WaitableTask, true, true}};
-  for (kind_t& kind : kinds) {
-    EXPECT_EQ(kind.service, kind.task->IsServiceThreadNeeded()) << kind.task->GetDisplayName();
-    EXPECT_EQ(kind.long_task, kind.task->IsLongTask()) << kind.task->GetDisplayName();
-  }
-  EXPECT_EQ(kinds[0].task->GetDisplayName(), typeid(DefaultTaskImpl).name());
+  orvix1::tasks::ITaskPtr plain(new DefaultTaskImpl), gui(new gui_task_t), waitable(new WaitableTask);
+  EXPECT_TRUE(plain->IsServiceThreadNeeded() && !plain->IsLongTask());
+  EXPECT_TRUE(!gui->IsServiceThreadNeeded() && !gui->IsLongTask());
+  EXPECT_TRUE(waitable->IsServiceThreadNeeded() && waitable->IsLongTask());
+  EXPECT_EQ(plain->GetDisplayName(), typeid(DefaultTaskImpl).name());
 }
 
 }  // namespace
