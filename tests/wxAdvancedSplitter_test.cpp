@@ -67,6 +67,8 @@ TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {
   mouse(wxEVT_LEFT_UP, start + 50, 40);
   EXPECT_TRUE(wxWindow::GetCapture() == nullptr && m_splitter->IsModifiedByUser());
   EXPECT_EQ(sash(), start + 50);
+  // The release's own point, now on the moved sash, decides the hover.
+  EXPECT_EQ(m_splitter->GetSplitterElement()->GetSashState(), wxSplitterElement::vsHighlighted);
   mouse(wxEVT_LEAVE_WINDOW, start + 90, 40);
   EXPECT_EQ(m_splitter->GetSplitterElement()->GetSashState(), wxSplitterElement::vsNormal);
 }
