@@ -47,6 +47,12 @@ dummy_wrapper_t::~dummy_wrapper_t() {
     g_object_remove_weak_pointer(G_OBJECT(m_host_widget),
                                  reinterpret_cast<gpointer*>(&m_host_widget));
   }
+  // wx connects every top-level window to its GDK frame clock and leaves
+  // that connection when the window dies. The inner window is a child of the
+  // host's window and shares the host's clock, which lives on: its next frame
+  // would call into this freed wrapper.
+  GdkFrameClock* clock = GetHandle() != nullptr ? gtk_widget_get_frame_clock(GetHandle()) : nullptr;
+  if (clock != nullptr) g_signal_handlers_disconnect_by_data(clock, static_cast<wxWindow*>(this));
   keep_app_running_past_deletion();
 }
 

@@ -28,9 +28,16 @@ TEST(NativeWindow, WrapsAHostWidgetOrItsGdkWindowWithoutOwningItAndFollowsItsSiz
   while (wrapper->GetSize() != wxSize(300, 90) && g_get_monotonic_time() < give_up)
     g_main_context_iteration(nullptr, TRUE);
   EXPECT_EQ(wrapper->GetSize(), wxSize(300, 90));
+  // The wrapper shares the host's frame clock, which outlives it: nothing of
+  // the wrapper may stay connected there (a later frame would call into it).
+  GdkFrameClock* clock = gtk_widget_get_frame_clock(host.widget());
+  ASSERT_NE(g_signal_handler_find(clock, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr, wrapper), 0u);
+  const void* released = wrapper;
   orvix1::release_dummy_wrapper(wrapper);
   pump_events();
   EXPECT_TRUE(host.still_alive());
+  EXPECT_EQ(g_signal_handler_find(clock, G_SIGNAL_MATCH_DATA, 0, 0, nullptr, nullptr,
+                                  const_cast<void*>(released)), 0u);
 
   wxWindow* from_gdk = orvix1::create_dummy_wrapper(host.gdk_window());
   ASSERT_NE(from_gdk, nullptr);
