@@ -80,9 +80,11 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
   ITaskPtr m_task;
 };
 
-ITaskPtr task_of_adapter(const task_ptr_t& companion) {
+// The ITask of a companion built by AddTask, or null. It lives as long as
+// the companion does, so callers borrow it without taking a reference.
+const ITaskPtr* task_of_adapter(const task_ptr_t& companion) {
   const TaskAdapter* adapter = dynamic_cast<const TaskAdapter*>(companion.get());
-  return adapter != nullptr ? adapter->GetTask() : ITaskPtr();
+  return adapter != nullptr ? &adapter->GetTask() : nullptr;
 }
 
 // Turns the threading layer's reports into the Scheduler's bookkeeping and
@@ -98,13 +100,13 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
   void task_complete(const task_ptr_t& task) override {
     completed(task);
     if (!m_callback) return;
-    if (const ITaskPtr itask = task_of_adapter(task)) m_callback.get()->OnTaskComplete(itask);
+    if (const ITaskPtr* itask = task_of_adapter(task)) m_callback.get()->OnTaskComplete(*itask);
   }
 
   void task_exception(const task_ptr_t& task, const std::string& what) override {
     failed(task, what);
-    const ITaskPtr itask = task_of_adapter(task);
-    if (m_callback && itask) m_callback.get()->OnTaskException(itask, what);
+    const ITaskPtr* itask = task_of_adapter(task);
+    if (m_callback && itask != nullptr) m_callback.get()->OnTaskException(*itask, what);
   }
 
   void task_scheduling_error(const task_ptr_t&, const std::string&) override {

@@ -4,7 +4,11 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <mutex>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -31,6 +35,19 @@ class completion_recorder_t : public orvix1::tasks::ISchedulerStatusCallback {
  public:
   std::atomic<int> completed{0};
   void OnTaskComplete(const orvix1::tasks::ITaskPtr&) override { ++completed; }
+  void OnTaskException(const orvix1::tasks::ITaskPtr& task, const std::string&) override {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_threw.push_back(task.get());
+  }
+  // The tasks reported as having thrown, oldest first; the list starts over.
+  std::vector<const orvix1::tasks::ITask*> take_threw() {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return std::exchange(m_threw, {});
+  }
+
+ private:
+  std::mutex m_mutex;
+  std::vector<const orvix1::tasks::ITask*> m_threw;
 };
 
 // A fresh scheduler per test; no assertion may be left unchecked.

@@ -319,6 +319,7 @@ TEST_F(SchedulerTest, ThrowsFromEveryCallbackAreLoggedOnceAndTheSchedulerGoesOn)
       ASSERT_TRUE(pump_until([&] { return next->calls.finished == 1 && no_tasks_left(); }));
       EXPECT_EQ(task->calls.finished, 1);
       EXPECT_EQ(task->calls.worked, where == &calls_t::started ? 0 : 1);
+      EXPECT_EQ(m_recorder->take_threw(), std::vector<const orvix1::tasks::ITask*>{task.get()});
       ASSERT_EQ(log.entries().size(), 1u);
       EXPECT_EQ(log.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
       if (in_work && standard) {
