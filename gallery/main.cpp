@@ -23,6 +23,7 @@
 #include "orvix1/orvix1.h"
 #include "pages/pages.h"
 #include "screenshot.h"
+#include "pages/palette_page.h"
 #include "tour.h"
 
 namespace gallery {
@@ -114,13 +115,16 @@ int show_in_wrapper(host_window_t& host, const page_t& page, const options_t& op
     return k_exit_failed;
   }
   host_hooks_t hooks(host);
+  const std::string out_dir = options.out_dir.empty() ? program_folder() : options.out_dir;
+  if (options.tour) {
+    g_mkdir_with_parents(out_dir.c_str(), 0755);
+    set_palette_page_file(wxString::FromUTF8(out_dir + "/palette.xml"));
+  }
   int status = 0;
   {
     gallery_view_t view(main_window, page);
     host.set_resize_handler([&view](int width, int height) { view.fit(width, height); });
     if (options.tour) {
-      const std::string out_dir = options.out_dir.empty() ? program_folder() : options.out_dir;
-      g_mkdir_with_parents(out_dir.c_str(), 0755);
       status = run_tour(host, hooks, view, out_dir);
     } else if (!options.screenshot_path.empty()) {
       status = take_screenshot(host, view, options.screenshot_path);

@@ -196,8 +196,18 @@ class palette_page_t : public wxPanel {
 
 wxWindow* create_palette_page(wxWindow* parent) { return new palette_page_t(parent); }
 
+namespace {
+wxString& chosen_palette_file() {
+  static wxString path;
+  return path;
+}
+}  // namespace
+
 wxString palette_page_file() {
+  if (!chosen_palette_file().empty()) return chosen_palette_file();
   return wxFileName(wxFileName::GetTempDir(), "orvix1-gallery-palette.xml").GetFullPath();
 }
+
+void set_palette_page_file(const wxString& path) { chosen_palette_file() = path; }
 
 }  // namespace gallery

@@ -18,8 +18,11 @@ constexpr const char* k_palette_theme_choice = "theme_choice";
 constexpr const char* k_palette_save_button = "save_palette";
 constexpr const char* k_palette_status = "palette_status";
 
-// Where the save button writes the palette.
+// Where the save button writes the palette: the temporary folder, unless
+// set before the page is made (the tour keeps its own beside its pictures,
+// so two tours at once never share one).
 wxString palette_page_file();
+void set_palette_page_file(const wxString& path);
 
 }  // namespace gallery
 
