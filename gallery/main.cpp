@@ -22,8 +22,8 @@
 #include "options.h"
 #include "orvix1/orvix1.h"
 #include "pages/pages.h"
-#include "screenshot.h"
 #include "pages/palette_page.h"
+#include "screenshot.h"
 #include "tour.h"
 
 namespace gallery {
