@@ -12,6 +12,7 @@
 #include <wx/zipstrm.h>
 
 #include "log.h"
+#include "read_to_end.h"
 #include "orvix1/xrc_handlers.h"
 #include "wx_log_capture.h"
 
@@ -245,19 +246,11 @@ bool resource_loader_t::read_file(const std::string& name,
                                   std::vector<unsigned char>& bytes) const {
   const std::unique_ptr<wxFSFile> file = open_file(name);
   if (!file) return false;
-  wxInputStream& stream = *file->GetStream();
-  std::vector<unsigned char> content;
-  unsigned char buffer[16384];
-  do {
-    stream.Read(buffer, sizeof buffer);
-    content.insert(content.end(), buffer, buffer + stream.LastRead());
-  } while (stream.IsOk() && stream.LastRead() > 0);
-  if (stream.GetLastError() != wxSTREAM_EOF) {
+  if (file->GetStream() == nullptr || !detail::read_to_end(*file->GetStream(), bytes)) {
     ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger),
                       "cannot read resource file \"" << name << "\"");
     return false;
   }
-  bytes.swap(content);
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "orvix1/xrc_handlers.h"
 
 #include <memory>
+#include <vector>
 
 #include <wx/animate.h>
 #include <wx/colour.h>
@@ -9,6 +10,8 @@
 #include <wx/image.h>
 #include <wx/mstream.h>
 #include <wx/xml/xml.h>
+
+#include "read_to_end.h"
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxImageXmlHandler, wxXmlResourceHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxAnimationXmlHandler, wxXmlResourceHandler);
@@ -47,10 +50,9 @@ class domain_scope_t {
 wxImage load_image(wxFileSystem& file_system, const wxString& path) {
   std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ));
   if (!file || file->GetStream() == nullptr) return wxImage();
-  wxMemoryOutputStream bytes;
-  bytes.Write(*file->GetStream());
-  if (file->GetStream()->GetLastError() != wxSTREAM_EOF) return wxImage();
-  wxMemoryInputStream in(bytes);
+  std::vector<char> bytes;
+  if (!orvix1::detail::read_to_end(*file->GetStream(), bytes)) return wxImage();
+  wxMemoryInputStream in(bytes.data(), bytes.size());
   wxImage image;
   image.LoadFile(in, wxBITMAP_TYPE_ANY);
   return image;

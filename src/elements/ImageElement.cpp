@@ -8,6 +8,7 @@
 
 #include "elements/pixbuf_animation.h"
 #include "log.h"
+#include "read_to_end.h"
 
 namespace orvix1 {
 namespace elements {
@@ -18,17 +19,13 @@ constexpr int k_poll_ms = 10;
 
 log4cplus::Logger logger() { return log::get_logger("orvix.elements"); }
 
-// The whole file at a wxFileSystem location; false when it cannot be opened.
+// The whole file at a wxFileSystem location; false when it cannot be
+// opened or read to its end.
 bool read_location(const wxString& location, std::string& bytes) {
   wxFileSystem files;
   const std::unique_ptr<wxFSFile> file(files.OpenFile(location));
   wxInputStream* stream = file ? file->GetStream() : nullptr;
-  if (stream == nullptr) return false;
-  wxMemoryOutputStream buffer;
-  stream->Read(buffer);
-  bytes.assign(buffer.GetSize(), '\0');
-  if (!bytes.empty()) buffer.CopyTo(&bytes[0], bytes.size());
-  return true;
+  return stream != nullptr && orvix1::detail::read_to_end(*stream, bytes);
 }
 
 }  // namespace
