@@ -70,16 +70,8 @@ int take_screenshot(const host_window_t& host, const gallery_view_t& view,
                  static_cast<long long>(k_paint_timeout.count()));
     return k_exit_failed;
   }
-  // GTK hands a painted frame to the X server at the end of its frame cycle,
-  // after the paint handlers ran: capture again until the frame is there.
-  std::string failure;
-  pump_until(
-      [&] {
-        gdk_display_sync(gdk_window_get_display(host.gdk_window()));
-        failure = save_window_png(host.gdk_window(), path);
-        return failure.empty();
-      },
-      k_paint_timeout);
+  const std::string failure =
+      save_presented_png(&save_window_png, host.gdk_window(), path, k_paint_timeout);
   if (!failure.empty()) {
     std::fprintf(stderr, "gallery: no screenshot: %s\n", failure.c_str());
     return k_exit_failed;

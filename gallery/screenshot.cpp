@@ -3,6 +3,8 @@
 #include <cstring>
 #include <memory>
 
+#include "event_pump.h"
+
 namespace gallery {
 namespace {
 
@@ -56,6 +58,19 @@ std::string save_screen_area_png(GdkWindow* window, const std::string& path) {
                                                              gdk_window_get_width(window),
                                                              gdk_window_get_height(window))),
                      path);
+}
+
+std::string save_presented_png(save_png_t save, GdkWindow* window, const std::string& path,
+                               std::chrono::milliseconds timeout) {
+  std::string failure;
+  pump_until(
+      [&] {
+        gdk_display_sync(gdk_window_get_display(window));
+        failure = save(window, path);
+        return failure.empty();
+      },
+      timeout);
+  return failure;
 }
 
 }  // namespace gallery
