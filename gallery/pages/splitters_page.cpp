@@ -8,36 +8,12 @@
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxAdvancedSplitter.h"
 #include "orvix1/wxQuadSplitter.h"
+#include "pages/caption_pane.h"
 
 namespace gallery {
 namespace {
 
 using namespace orvix1;
-
-// A pane that shows its name on a colour of its own.
-class label_pane_t : public wxWindow {
- public:
-  label_pane_t(wxWindow* parent, const wxString& label, const wxColour& colour) : m_label(label) {
-    SetBackgroundStyle(wxBG_STYLE_PAINT);
-    Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxFULL_REPAINT_ON_RESIZE);
-    SetBackgroundColour(colour);
-    Bind(wxEVT_PAINT, &label_pane_t::on_paint, this);
-  }
-
- private:
-  void on_paint(wxPaintEvent&) {
-    wxAutoBufferedPaintDC dc(this);
-    dc.SetBackground(wxBrush(GetBackgroundColour()));
-    dc.Clear();
-    dc.SetFont(GetFont());
-    dc.SetTextForeground(*wxBLACK);
-    const wxSize text = dc.GetTextExtent(m_label);
-    const wxSize size = GetClientSize();
-    dc.DrawText(m_label, (size.x - text.x) / 2, (size.y - text.y) / 2);
-  }
-
-  wxString m_label;
-};
 
 const wxColour k_colours[] = {wxColour(214, 230, 245), wxColour(245, 226, 206),
                               wxColour(218, 240, 218), wxColour(240, 222, 240)};
@@ -74,8 +50,8 @@ class splitters_page_t : public wxWindow {
   wxWindow* advanced_splitter() {
     auto* splitter = new wxAdvancedSplitter(this);
     splitter->SetName(k_splitters_collapsible);
-    splitter->SplitVertically(new label_pane_t(splitter, "Editor", k_colours[0]),
-                              new label_pane_t(splitter, "Outline (collapsible)", k_colours[1]));
+    splitter->SplitVertically(new caption_pane_t(splitter, "Editor", k_colours[0]),
+                              new caption_pane_t(splitter, "Outline (collapsible)", k_colours[1]));
     splitter->SetRelativeSashPosition(0.6f);
     splitter->EnableAutoclosing(true);
     return splitter;
@@ -83,10 +59,10 @@ class splitters_page_t : public wxWindow {
 
   wxWindow* quad_splitter() {
     auto* quad = new wxQuadSplitter(this);
-    quad->SplitVertically(new label_pane_t(quad, "Top left", k_colours[0]),
-                          new label_pane_t(quad, "Bottom left", k_colours[1]),
-                          new label_pane_t(quad, "Top right", k_colours[2]),
-                          new label_pane_t(quad, "Bottom right", k_colours[3]));
+    quad->SplitVertically(new caption_pane_t(quad, "Top left", k_colours[0]),
+                          new caption_pane_t(quad, "Bottom left", k_colours[1]),
+                          new caption_pane_t(quad, "Top right", k_colours[2]),
+                          new caption_pane_t(quad, "Bottom right", k_colours[3]));
     return quad;
   }
 
@@ -99,8 +75,8 @@ class splitters_page_t : public wxWindow {
     for (int i = 0; i < 2; ++i) {
       linked[i] = new wxAdvancedSplitter(this);
       const wxString row = i == 0 ? "Upper" : "Lower";
-      linked[i]->SplitVertically(new label_pane_t(linked[i], row + " left", k_colours[2]),
-                                 new label_pane_t(linked[i], row + " right", k_colours[3]));
+      linked[i]->SplitVertically(new caption_pane_t(linked[i], row + " left", k_colours[2]),
+                                 new caption_pane_t(linked[i], row + " right", k_colours[3]));
       sizer->Add(linked[i], 1, wxEXPAND | wxBOTTOM, FromDIP(4));
     }
     linked[0]->SynchronizeWith(linked[1]->GetSplitterElement());

@@ -3,40 +3,17 @@
 #include <vector>
 
 #include <wx/button.h>
-#include <wx/dcbuffer.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
 #include "orvix1/wxCustomTooltip.h"
+#include "pages/caption_pane.h"
 
 namespace gallery {
 namespace {
 
 using orvix1::wxCustomTooltip;
-
-// A coloured card with a caption: something to rest the pointer on.
-class card_t : public wxWindow {
- public:
-  card_t(wxWindow* parent, const wxString& caption, const wxColour& colour) : m_caption(caption) {
-    SetBackgroundStyle(wxBG_STYLE_PAINT);
-    Create(parent, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 90)), wxFULL_REPAINT_ON_RESIZE);
-    SetBackgroundColour(colour);
-    Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-      wxAutoBufferedPaintDC dc(this);
-      dc.SetBackground(wxBrush(GetBackgroundColour()));
-      dc.Clear();
-      dc.SetFont(GetFont());
-      dc.SetTextForeground(*wxBLACK);
-      const wxSize text = dc.GetTextExtent(m_caption);
-      const wxSize size = GetClientSize();
-      dc.DrawText(m_caption, (size.x - text.x) / 2, (size.y - text.y) / 2);
-    });
-  }
-
- private:
-  wxString m_caption;
-};
 
 class tooltips_page_t : public wxPanel {
  public:
@@ -49,7 +26,7 @@ class tooltips_page_t : public wxPanel {
                                  "the Elements page, carry the same tooltips."),
                 wxSizerFlags().Border(wxALL, 12));
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    card_t* first = add_card(row, "Palette delay", wxColour(214, 230, 245),
+    caption_pane_t* first = add_card(row, "Palette delay", wxColour(214, 230, 245),
                              "The delay before this tooltip comes from the palette's tooltip "
                              "metric; the theme files set it to 400 ms.", -1);
     first->SetName(k_tooltips_first_target);
@@ -72,9 +49,9 @@ class tooltips_page_t : public wxPanel {
   }
 
  private:
-  card_t* add_card(wxSizer* row, const wxString& caption, const wxColour& colour,
+  caption_pane_t* add_card(wxSizer* row, const wxString& caption, const wxColour& colour,
                    const std::string& text, int delay_ms) {
-    auto* card = new card_t(this, caption, colour);
+    auto* card = new caption_pane_t(this, caption, colour, FromDIP(wxSize(180, 90)));
     attach(card, text, delay_ms);
     row->Add(card, wxSizerFlags().Border(wxRIGHT, 12));
     return card;
