@@ -15,6 +15,7 @@
 #include "read_to_end.h"
 #include "orvix1/xrc_handlers.h"
 #include "wx_log_capture.h"
+#include "xrc_check.h"
 
 namespace orvix1 {
 namespace {
@@ -146,6 +147,24 @@ struct resource_loader_t::archive_t {
     return true;
   }
 
+  // Takes out every object wx must not see (see xrc_check.h), one warning
+  // each; the other objects of the archive still load.
+  void refuse_unsafe_objects(wxXmlDocument& document) const {
+    detail::xrc_rules_t rules;
+    rules.classes = {"wxColour", "wxFont", "wxImage", "wxAnimation"};
+    rules.names_file = [this](const wxString& file) { return holds(file); };
+    wxString ignored;  // the root was checked by the caller
+    detail::remove_refused_xrc_objects(
+        document, rules,
+        [this](const wxString& name, const wxString& class_name, const wxString& problem) {
+          ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger),
+                            "resource archive \"" << utf8(path) << "\": object \"" << utf8(name)
+                                                  << "\" (" << utf8(class_name)
+                                                  << ") refused: " << utf8(problem));
+        },
+        ignored);
+  }
+
   // Reads the archive's resources.xrc, if it has one, and indexes its
   // top-level named objects; false with the reason when it cannot be used.
   bool read_declarations(wxString& reason) {
@@ -167,6 +186,7 @@ struct resource_loader_t::archive_t {
       reason = wxString(k_declarations_file) + " has no <resource> root";
       return false;
     }
+    refuse_unsafe_objects(*document);
     for (const wxXmlNode* node = document->GetRoot()->GetChildren(); node != nullptr;
          node = node->GetNext()) {
       if (node->GetType() == wxXML_ELEMENT_NODE && node->GetName() == "object" &&

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include <pango/pango.h>
+#include "file_values.h"
 
 namespace orvix1 {
 namespace {
@@ -21,26 +21,19 @@ read_result_t read_with(const wx_xml_config_t& config, const std::string& key, T
   return read_result_t::ok;
 }
 
+// Palette files are not ours to trust: colours and fonts are checked by the
+// file rules before wx parses anything.
 bool parse_colour(const std::string& text, wxColour& colour) {
-  return !text.empty() && colour.Set(wxString::FromUTF8(text)) && colour.IsOk();
+  return detail::parse_colour_text(wxString::FromUTF8(text), colour);
 }
 
 // wx makes some font of any text, filling in what is missing; a description
-// is only taken when it names both a family and a size.
-bool is_font_description(const std::string& text) {
-  PangoFontDescription* description = pango_font_description_from_string(text.c_str());
-  const PangoFontMask fields = pango_font_description_get_set_fields(description);
-  const bool complete = (fields & PANGO_FONT_MASK_FAMILY) != 0 &&
-                        (fields & PANGO_FONT_MASK_SIZE) != 0 &&
-                        pango_font_description_get_size(description) > 0;
-  pango_font_description_free(description);
-  return complete;
-}
-
+// is only taken when it names a family and a size in range.
 bool parse_font(const std::string& text, wxFont& font) {
-  if (!is_font_description(text)) return false;
+  const wxString description = wxString::FromUTF8(text);
+  if (!detail::is_sane_font_description(description)) return false;
   wxFont parsed;
-  if (!parsed.SetNativeFontInfoUserDesc(wxString::FromUTF8(text)) || !parsed.IsOk()) return false;
+  if (!parsed.SetNativeFontInfoUserDesc(description) || !parsed.IsOk()) return false;
   font = parsed;
   return true;
 }

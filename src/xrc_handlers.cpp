@@ -11,7 +11,9 @@
 #include <wx/mstream.h>
 #include <wx/xml/xml.h>
 
+#include "log.h"
 #include "read_to_end.h"
+#include "xrc_check.h"
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxImageXmlHandler, wxXmlResourceHandler);
 wxIMPLEMENT_DYNAMIC_CLASS(wxAnimationXmlHandler, wxXmlResourceHandler);
@@ -42,20 +44,45 @@ class domain_scope_t {
   bool m_active;
 };
 
-// Reads an image through the resource's file system, so that paths relative
+// Reads a file through the resource's file system, so that paths relative
 // to the resource file and "#zip:" paths inside archives both resolve.
 // The file is read whole before it is decoded: the decoders seek back and
 // forth, and a damaged entry of a zip archive crashes wx's seek instead of
-// failing it.
-wxImage load_image(wxFileSystem& file_system, const wxString& path) {
+// failing it. False when it cannot be read to its end.
+bool read_resource_file(wxFileSystem& file_system, const wxString& path, std::vector<char>& bytes) {
   std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ));
-  if (!file || file->GetStream() == nullptr) return wxImage();
+  return file && file->GetStream() != nullptr &&
+         orvix1::detail::read_to_end(*file->GetStream(), bytes);
+}
+
+wxImage load_image(wxFileSystem& file_system, const wxString& path) {
   std::vector<char> bytes;
-  if (!orvix1::detail::read_to_end(*file->GetStream(), bytes)) return wxImage();
+  if (!read_resource_file(file_system, path, bytes)) return wxImage();
   wxMemoryInputStream in(bytes.data(), bytes.size());
   wxImage image;
   image.LoadFile(in, wxBITMAP_TYPE_ANY);
   return image;
+}
+
+wxAnimation load_animation(wxFileSystem& file_system, const wxString& path) {
+  std::vector<char> bytes;
+  wxAnimation animation;
+  if (!read_resource_file(file_system, path, bytes)) return animation;
+  wxMemoryInputStream in(bytes.data(), bytes.size());
+  animation.Load(in, wxANIMATION_TYPE_ANY);
+  return animation;
+}
+
+// Whether the object a handler is about to build may not reach wx (see
+// xrc_check.h), after reporting why. Resource files are input like any
+// other: the library's handlers check what they are given even when the
+// document was not checked as a whole.
+template <class Report>
+bool refuses(const wxXmlNode* node, Report report) {
+  static const orvix1::detail::xrc_rules_t rules = orvix1::detail::library_handler_rules();
+  const wxString problem = orvix1::detail::xrc_object_problem(*node, rules, false);
+  if (!problem.empty()) report(problem);
+  return !problem.empty();
 }
 
 }  // namespace
@@ -67,6 +94,23 @@ void add_i18n_xml_handlers(wxXmlResource* resource) {
   resource->AddHandler(new wxI18nDialogXmlHandler);
 }
 
+bool remove_unsafe_xrc_objects(wxXmlDocument& document, const std::string& source) {
+  const log4cplus::Logger logger = log::get_logger("orvix.resources");
+  wxString reason;
+  const bool usable = detail::remove_refused_xrc_objects(
+      document, detail::library_handler_rules(),
+      [&](const wxString& name, const wxString& class_name, const wxString& problem) {
+        ORVIX_LOG_WARNING(logger, "resource file \"" << source << "\": object \""
+                                                      << name.utf8_string() << "\" ("
+                                                      << class_name.utf8_string()
+                                                      << ") refused: " << problem.utf8_string());
+      },
+      reason);
+  if (!usable)
+    ORVIX_LOG_WARNING(logger, "resource file \"" << source << "\" refused: " << reason.utf8_string());
+  return usable;
+}
+
 }  // namespace orvix1
 
 wxImageXmlHandler::wxImageXmlHandler() = default;
@@ -74,16 +118,20 @@ wxImageXmlHandler::wxImageXmlHandler() = default;
 bool wxImageXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxImage"); }
 
 wxObject* wxImageXmlHandler::DoCreateResource() {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
   const wxXmlNode* bitmap_node = GetParamNode("bitmap");
   if (bitmap_node == nullptr) {
     ReportError("an image needs a \"bitmap\" property");
     return nullptr;
   }
   wxImage image;
-  if (bitmap_node->HasAttribute("stock_id"))
-    image = GetBitmap(bitmap_node).ConvertToImage();
-  else
+  if (bitmap_node->HasAttribute("stock_id")) {
+    // A desktop without the icon theme has no picture for a known id.
+    const wxBitmap stock = GetBitmap(bitmap_node);
+    if (stock.IsOk()) image = stock.ConvertToImage();
+  } else {
     image = load_image(GetCurFileSystem(), GetFilePath(bitmap_node));
+  }
   if (!image.IsOk()) {
     ReportParamError("bitmap", "cannot load the image");
     return nullptr;
@@ -96,18 +144,18 @@ wxAnimationXmlHandler::wxAnimationXmlHandler() = default;
 bool wxAnimationXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxAnimation"); }
 
 wxObject* wxAnimationXmlHandler::DoCreateResource() {
-  if (GetParamNode("animation") == nullptr) {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
+  const wxXmlNode* animation_node = GetParamNode("animation");
+  if (animation_node == nullptr) {
     ReportError("an animation needs an \"animation\" property");
     return nullptr;
   }
-  wxAnimation* animation = GetAnimation("animation");
-  if (animation == nullptr) return nullptr;  // already reported by GetAnimation
-  if (!animation->IsOk()) {
-    delete animation;
+  const wxAnimation animation = load_animation(GetCurFileSystem(), GetFilePath(animation_node));
+  if (!animation.IsOk()) {
     ReportParamError("animation", "cannot load the animation");
     return nullptr;
   }
-  return animation;
+  return new wxAnimation(animation);
 }
 
 wxColourXmlHandler::wxColourXmlHandler() = default;
@@ -115,6 +163,7 @@ wxColourXmlHandler::wxColourXmlHandler() = default;
 bool wxColourXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxColour"); }
 
 wxObject* wxColourXmlHandler::DoCreateResource() {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
   if (GetParamNode("value") == nullptr) {
     ReportError("a colour needs a \"value\" property");
     return nullptr;
@@ -130,6 +179,7 @@ wxFontXmlHandler::wxFontXmlHandler() = default;
 bool wxFontXmlHandler::CanHandle(wxXmlNode* node) { return IsOfClass(node, "wxFont"); }
 
 wxObject* wxFontXmlHandler::DoCreateResource() {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
   if (GetParamNode("font") == nullptr) {
     ReportError("a font needs a \"font\" property");
     return nullptr;
@@ -143,11 +193,13 @@ wxObject* wxFontXmlHandler::DoCreateResource() {
 }
 
 wxObject* wxI18nPanelXmlHandler::DoCreateResource() {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
   const domain_scope_t scope(m_resource, GetParamValue("domain"));
   return wxPanelXmlHandler::DoCreateResource();
 }
 
 wxObject* wxI18nDialogXmlHandler::DoCreateResource() {
+  if (refuses(m_node, [this](const wxString& why) { ReportError(why); })) return nullptr;
   const domain_scope_t scope(m_resource, GetParamValue("domain"));
   return wxDialogXmlHandler::DoCreateResource();
 }

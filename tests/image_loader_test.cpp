@@ -60,7 +60,7 @@ TEST_F(ImageLoader, ScalesForADenseDesktopAndUndecodableFilesGiveInvalidResults)
   // an older one.
   orvix1_test::write_folder(m_dir.file("junk"),
                             {{"resources.xrc", xrc_text("<object class=\"wxImage\" name=\"icons/close.png\">"
-                                                        "<bitmap>gone.png</bitmap></object>")},
+                                                        "<bitmap>icons/app.png</bitmap></object>")},
                              {"icons/app.png", "not a picture"},
                              {"spin.gif", "GIF89a"}});
   ASSERT_TRUE(m_resources.add_archive(m_dir.file("junk")));

@@ -3,6 +3,8 @@
 /// @file
 /// Resource handlers that initialize_wxwidgets registers with wxXmlResource.
 
+#include <string>
+
 #include <wx/xrc/xh_dlg.h>
 #include <wx/xrc/xh_panel.h>
 #include <wx/xrc/xmlres.h>
@@ -14,6 +16,19 @@ namespace orvix1 {
 /// before wxXmlResource::InitAllHandlers so that they take "wxPanel" and
 /// "wxDialog" ahead of the stock handlers.
 ORVIX1_API void add_i18n_xml_handlers(wxXmlResource* resource);
+
+/// Prepares an XRC document read from a file the program does not control
+/// for wxXmlResource::LoadDocument. wx reads some text in such files as
+/// syntax and asserts or hangs on it (names with "[", absurd font sizes,
+/// unknown stock ids); this takes out every top-level element that is not an
+/// object the library's handlers build from values of checked forms (the
+/// rules are in the handlers' descriptions below), with one warning on the
+/// "orvix.resources" logger naming `source` and the object. The library's
+/// handlers check each object again when they build it; objects inside
+/// panels and dialogs of other classes have their common window properties
+/// checked, their own ones are left to their handlers. False, with a
+/// warning and the document unchanged, when it has no <resource> root.
+ORVIX1_API bool remove_unsafe_xrc_objects(wxXmlDocument& document, const std::string& source);
 }  // namespace orvix1
 
 /// `<object class="wxImage" name="...">` with a `<bitmap>` (or `<file>`) property:
