@@ -211,7 +211,9 @@ TEST_F(UiSettingsFile, ValuesOutOfRangeOrOfAnotherTypeAreSkippedOneWarningEach) 
   const std::pair<const char*, std::string> bad_values[] = {
       {"metric_0", "2147483648"}, {"metric_2", "0x10"},  {"metric_3", " 12"},   {"metric_4", ""},
       {"color_0", "#12345"},      {"color_1", "#GGHHII"}, {"color_0", "not a colour"},
-      {"font_0", ""},             {"font_1", "Sans 0"},  {"font_2", "12"},      {"font_2", "Sans Bold"}};
+      {"color_1", "rgba(1, 2, 3, 1.5)"}, {"color_1", "rgb(256, 0, 0)"}, {"color_1", "#1234567"},
+      {"font_0", ""},             {"font_1", "Sans 0"},  {"font_2", "12"},      {"font_2", "Sans Bold"},
+      {"font_1", "Sans 999999999"}, {"font_1", "Sans 401px"}, {"font_1", std::string(300, 'x') + " 10"}};
   m_settings->set_color(color_window_bg, k_red);
   m_settings->set_color(color_face, k_red);
   const int metric_before = m_settings->get_metric(metric_tooltip_delay);

@@ -14,6 +14,7 @@
 #include <wx/filesys.h>
 #include <wx/frame.h>
 #include <wx/mstream.h>
+#include <wx/panel.h>
 #include <wx/xml/xml.h>
 
 #include "fuzz_environment.h"
