@@ -1,5 +1,7 @@
 #include "orvix1/help.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <fstream>
 
@@ -7,6 +9,7 @@
 #include <wx/filesys.h>
 
 #include "log.h"
+#include "mailcap.h"
 #include "orvix1/external_apps.h"
 #include "orvix1/html_help_window.h"
 
@@ -21,34 +24,25 @@ std::string g_mailcap_path = "/etc/mailcap";
 // The viewers tried when the mailcap file names none that starts.
 const char* const k_fallback_pdf_viewers[] = {"kpdf", "gpdf", "evince", "xpdf"};
 
-std::string trimmed(const std::string& text) {
-  const char* blanks = " \t\r\n";
-  const std::string::size_type first = text.find_first_not_of(blanks);
-  if (first == std::string::npos) return std::string();
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-// The viewer program of a mailcap line for PDF files, or empty: the command
-// after the type, without its own arguments (the file is passed alone).
-std::string mailcap_pdf_viewer(const std::string& line) {
-  static const std::string marker = "application/pdf;";
-  const std::string::size_type at = line.find(marker);
-  if (at == std::string::npos) return std::string();
-  const std::string command = trimmed(line.substr(at + marker.size()));
-  return command.substr(0, command.find(' '));
-}
-
 bool open_with_mailcap_viewer(const talvar2::path_t& file) {
-  std::ifstream mailcap(g_mailcap_path);
-  if (!mailcap) {
+  struct stat info;
+  if (::stat(g_mailcap_path.c_str(), &info) != 0) {
     ORVIX_LOG_DEBUG(help_logger(), "no mailcap file at " << g_mailcap_path);
     return false;
   }
-  std::string line;
-  while (std::getline(mailcap, line)) {
-    const std::string viewer = mailcap_pdf_viewer(line);
-    if (!viewer.empty() && run_app_with_file(viewer, file)) return true;
+  // A FIFO or a device could block for ever or never end.
+  if (!S_ISREG(info.st_mode)) {
+    ORVIX_LOG_WARNING(help_logger(), "the mailcap file " << g_mailcap_path
+                                         << " is not a regular file: not read");
+    return false;
   }
+  std::ifstream mailcap(g_mailcap_path, std::ios::binary);
+  if (!mailcap) {
+    ORVIX_LOG_DEBUG(help_logger(), "cannot open the mailcap file " << g_mailcap_path);
+    return false;
+  }
+  for (const std::string& viewer : detail::mailcap_pdf_viewers(mailcap, g_mailcap_path))
+    if (run_app_with_file(viewer, file)) return true;
   return false;
 }
 

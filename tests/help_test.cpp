@@ -114,6 +114,54 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothi
   EXPECT_THAT(orvix1_test::zombie_children(), IsEmpty());
 }
 
+// What the mailcap file holds goes to exec only when it is a sound name:
+// each refused line or name costs one warning (file and line) and is never
+// looked up, and the lines around it still count.
+TEST_F(HelpPdf, MailcapLinesAndNamesThatCannotBeTrustedAreSkippedWithOneWarningEach) {
+  const std::string good = "application/pdf; pdfview %s\n";
+  std::string filler;
+  while (filler.size() <= 1024 * 1024) filler += "# a long comment that fills the file up\n";
+  struct row_t {
+    const char* name;
+    std::string text;
+    std::vector<std::string> looked_up;
+    std::string warning;  // empty: none
+  };
+  const std::vector<row_t> rows = {
+      {"tab", "# PDF\napplication/pdf; pdf\tview %s\n" + good, {"pdfview"},
+       "line 2: the viewer \"pdf\\x09view\" holds a control character"},
+      {"NUL", std::string("application/pdf; pdf\0view\n", 26) + good, {"pdfview"}, "line 1"},
+      {"C1 control", "application/pdf; pdf\xc2\x85view\n" + good, {"pdfview"}, "control"},
+      {"not UTF-8", "application/pdf; pdf\xffview\n" + good, {"pdfview"}, "is not UTF-8"},
+      {"overlong", "application/pdf; \xe0\x80\xaf" "bin/view\n" + good, {"pdfview"}, "is not UTF-8"},
+      {"surrogate", "application/pdf; \xed\xa0\x80view\n" + good, {"pdfview"}, "is not UTF-8"},
+      {"cut sequence", "application/pdf; view\xe2\x82\n" + good, {"pdfview"}, "is not UTF-8"},
+      {"long name", "application/pdf; " + std::string(1025, 'v') + "\n" + good, {"pdfview"},
+       "is too long"},
+      {"long line", "\napplication/pdf; longview %s " + std::string(4096, 'x') + "\n" + good,
+       {"pdfview"}, "line 2: longer than 4096 bytes"},
+      {"large file", good + filler + "application/pdf; after\tlimit\n", {"pdfview"},
+       "larger than 1048576 bytes"},
+      {"UTF-8 name", "application/pdf; vüewer %s\n" + good, {"vüewer", "pdfview"}, ""}};
+  m_fakes.add_viewer("pdfview");
+  for (const row_t& row : rows) {
+    SCOPED_TRACE(row.name);
+    write_mailcap(row.text);
+    m_fakes.folder().write("whereis.calls", "");
+    orvix1_test::log_capture_t capture("orvix.help");
+
+    EXPECT_TRUE(orvix1::OpenPDF(manual(), 0));
+    EXPECT_EQ(m_fakes.whereis_calls(), row.looked_up);
+    if (row.warning.empty()) {
+      EXPECT_EQ(capture.warnings(), 0u);
+    } else {
+      ASSERT_EQ(capture.warnings(), 1u);
+      EXPECT_THAT(capture.entries()[0].message, HasSubstr(mailcap_path()));
+      EXPECT_THAT(capture.entries()[0].message, HasSubstr(row.warning));
+    }
+  }
+}
+
 class HelpHtml : public HelpTest {};
 
 // Pages that cannot be shown open nothing. The help helper tries its sources
