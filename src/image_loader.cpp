@@ -1,14 +1,14 @@
 #include "orvix1/image_loader.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
-#include <wx/mstream.h>
-
+#include "image_decoding.h"
 #include "log.h"
 #include "orvix1/dpi.h"
 #include "orvix1/resource_loader.h"
-#include "wx_log_capture.h"
+#include "read_to_end.h"
 
 namespace orvix1 {
 namespace {
@@ -17,8 +17,8 @@ const char k_logger[] = "orvix.resources";
 
 // A picture or animation by name: the object declared under that name in a
 // resources.xrc (class_name), else the file of that path decoded by
-// `decode(value, stream)`. An invalid T, with one warning, when neither
-// yields one; a declared name never falls through to a file.
+// `decode(data, size, value, reason)`. An invalid T, with one warning, when
+// neither yields one; a declared name never falls through to a file.
 template <class T, class Decode>
 T load_named(const resource_loader_t& resources, const std::string& name, const char* class_name,
              const char* what, Decode decode) {
@@ -33,18 +33,20 @@ T load_named(const resource_loader_t& resources, const std::string& name, const 
                       "no " << what << " named \"" << name << "\" in the resource archives");
     return T();
   }
+  const std::unique_ptr<wxFSFile> file = resources.open_file(name);
+  if (!file) return T();  // the loader has said why
   // Read whole before decoding: the decoders seek, and seeking in a damaged
   // zip entry crashes wx instead of failing.
-  std::vector<unsigned char> bytes;
-  if (!resources.read_file(name, bytes)) return T();  // the loader has said why
-  wxMemoryInputStream stream(bytes.data(), bytes.size());
+  std::vector<char> bytes;
+  std::string reason = "the file is damaged or larger than " +
+                       std::to_string(detail::k_most_picture_bytes) + " bytes";
   T value;
-  const wx_log_capture_t capture;
-  if (decode(value, stream)) return value;
-  ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger), "cannot decode the "
-                                                           << what << " \"" << name << "\""
-                                                           << (capture.text().empty() ? "" : ": ")
-                                                           << capture.text().utf8_string());
+  if (file->GetStream() != nullptr &&
+      detail::read_to_end(*file->GetStream(), bytes, detail::k_most_picture_bytes) &&
+      decode(bytes.data(), bytes.size(), value, reason))
+    return value;
+  ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger),
+                    "cannot decode the " << what << " \"" << name << "\": " << reason);
   return T();
 }
 
@@ -53,10 +55,8 @@ T load_named(const resource_loader_t& resources, const std::string& name, const 
 image_loader_t::image_loader_t(const resource_loader_t& resources) : m_resources(resources) {}
 
 wxImage image_loader_t::load_image(const std::string& name) const {
-  wxImage image = load_named<wxImage>(m_resources, name, "wxImage", "image",
-                                      [](wxImage& value, wxInputStream& stream) {
-                                        return value.LoadFile(stream, wxBITMAP_TYPE_ANY);
-                                      });
+  wxImage image =
+      load_named<wxImage>(m_resources, name, "wxImage", "image", detail::decode_image);
   if (image.IsOk() && get_image_loading_autoscale()) apply_DPI_scale(image);
   return image;
 }
@@ -75,9 +75,7 @@ wxIcon image_loader_t::load_icon(const std::string& name) const {
 
 wxAnimation image_loader_t::load_animation(const std::string& name) const {
   return load_named<wxAnimation>(m_resources, name, "wxAnimation", "animation",
-                                 [](wxAnimation& value, wxInputStream& stream) {
-                                   return value.Load(stream, wxANIMATION_TYPE_ANY) && value.IsOk();
-                                 });
+                                 detail::decode_animation);
 }
 
 }  // namespace orvix1

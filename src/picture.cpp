@@ -1,10 +1,15 @@
 #include "orvix1/picture.h"
 
-#include <wx/filename.h>
+#include <string>
+#include <vector>
 
+#include <wx/filename.h>
+#include <wx/wfstream.h>
+
+#include "image_decoding.h"
 #include "log.h"
 #include "orvix1/ui_resources.h"
-#include "wx_log_capture.h"
+#include "read_to_end.h"
 
 namespace orvix1 {
 
@@ -16,14 +21,22 @@ picture_t picture_t::from_resource(const std::string& name) {
 
 picture_t picture_t::from_file(const wxString& path) {
   wxBitmap bitmap;
-  const wx_log_capture_t capture;
-  if (!wxFileName::FileExists(path) || !bitmap.LoadFile(path, wxBITMAP_TYPE_ANY)) {
-    ORVIX_LOG_WARNING(log::get_logger("orvix.resources"),
-                      "cannot read the image file \"" << path.utf8_string() << "\""
-                                                      << (capture.text().empty() ? "" : ": ")
-                                                      << capture.text().utf8_string());
-    bitmap = wxBitmap();
+  std::string reason = "the file does not exist";
+  if (wxFileName::FileExists(path)) {
+    // Read whole and decoded by the probed format's decoder, as pictures
+    // from resource archives are.
+    wxFFileInputStream file(path);
+    std::vector<char> bytes;
+    wxImage image;
+    reason = "the file cannot be read or is larger than " +
+             std::to_string(detail::k_most_picture_bytes) + " bytes";
+    if (file.IsOk() && detail::read_to_end(file, bytes, detail::k_most_picture_bytes) &&
+        detail::decode_image(bytes.data(), bytes.size(), image, reason))
+      bitmap = wxBitmap(image);
   }
+  if (!bitmap.IsOk())
+    ORVIX_LOG_WARNING(log::get_logger("orvix.resources"),
+                      "cannot read the image file \"" << path.utf8_string() << "\": " << reason);
   picture_t picture(bitmap);
   picture.m_source = path.utf8_string();
   return picture;

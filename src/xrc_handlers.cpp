@@ -8,9 +8,9 @@
 #include <wx/filesys.h>
 #include <wx/font.h>
 #include <wx/image.h>
-#include <wx/mstream.h>
 #include <wx/xml/xml.h>
 
+#include "image_decoding.h"
 #include "log.h"
 #include "read_to_end.h"
 #include "xrc_check.h"
@@ -52,25 +52,18 @@ class domain_scope_t {
 bool read_resource_file(wxFileSystem& file_system, const wxString& path, std::vector<char>& bytes) {
   std::unique_ptr<wxFSFile> file(file_system.OpenFile(path, wxFS_READ));
   return file && file->GetStream() != nullptr &&
-         orvix1::detail::read_to_end(*file->GetStream(), bytes);
+         orvix1::detail::read_to_end(*file->GetStream(), bytes,
+                                     orvix1::detail::k_most_picture_bytes);
 }
 
-wxImage load_image(wxFileSystem& file_system, const wxString& path) {
+// An invalid value when the file cannot be read or decoded.
+template <class T, class Decode>
+T load_picture(wxFileSystem& file_system, const wxString& path, Decode decode) {
   std::vector<char> bytes;
-  if (!read_resource_file(file_system, path, bytes)) return wxImage();
-  wxMemoryInputStream in(bytes.data(), bytes.size());
-  wxImage image;
-  image.LoadFile(in, wxBITMAP_TYPE_ANY);
-  return image;
-}
-
-wxAnimation load_animation(wxFileSystem& file_system, const wxString& path) {
-  std::vector<char> bytes;
-  wxAnimation animation;
-  if (!read_resource_file(file_system, path, bytes)) return animation;
-  wxMemoryInputStream in(bytes.data(), bytes.size());
-  animation.Load(in, wxANIMATION_TYPE_ANY);
-  return animation;
+  std::string ignored;  // the handlers report the property
+  T value;
+  if (read_resource_file(file_system, path, bytes)) decode(bytes.data(), bytes.size(), value, ignored);
+  return value;
 }
 
 // Whether the object a handler is about to build may not reach wx (see
@@ -130,7 +123,8 @@ wxObject* wxImageXmlHandler::DoCreateResource() {
     const wxBitmap stock = GetBitmap(bitmap_node);
     if (stock.IsOk()) image = stock.ConvertToImage();
   } else {
-    image = load_image(GetCurFileSystem(), GetFilePath(bitmap_node));
+    image = load_picture<wxImage>(GetCurFileSystem(), GetFilePath(bitmap_node),
+                                  orvix1::detail::decode_image);
   }
   if (!image.IsOk()) {
     ReportParamError("bitmap", "cannot load the image");
@@ -150,7 +144,8 @@ wxObject* wxAnimationXmlHandler::DoCreateResource() {
     ReportError("an animation needs an \"animation\" property");
     return nullptr;
   }
-  const wxAnimation animation = load_animation(GetCurFileSystem(), GetFilePath(animation_node));
+  const wxAnimation animation = load_picture<wxAnimation>(
+      GetCurFileSystem(), GetFilePath(animation_node), orvix1::detail::decode_animation);
   if (!animation.IsOk()) {
     ReportParamError("animation", "cannot load the animation");
     return nullptr;
