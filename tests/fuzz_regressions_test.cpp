@@ -2,11 +2,14 @@
 // (and so under the sanitizers): each gets a clear answer and a warning.
 
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "orvix1/elements/ImageElement.h"
 #include "orvix1/image_loader.h"
 #include "orvix1/resource_loader.h"
+#include "support/fake_element_host.h"
 #include "support/log_capture.h"
 
 namespace {
@@ -29,6 +32,45 @@ TEST(FuzzRegressions, DamagedPictureEntryGivesInvalidPicturesWithAWarningEach) {
   EXPECT_FALSE(images.load_bitmap("icons/logo.png").IsOk());  // by its path
   EXPECT_EQ(capture.warnings(), 2u);
   EXPECT_TRUE(images.load_animation("spin").IsOk());  // the sound entries still serve
+}
+
+// Animations the frame decoder must not see: each is refused before
+// decoding with one warning saying why, and the element stays empty. The
+// decoder allocated 14 GB for the first; for the GIF frames it failed its
+// own argument checks or, for the cleared frame, crashed.
+TEST(FuzzRegressions, AnimationsTheDecoderCannotTakeAreRefusedWithTheReason) {
+  const std::pair<const char*, const char*> inputs[] = {
+      {"regression-huge-declared-size.gif", "declares 60000 x 60000 pixels"},
+      {"regression-gif-frame-without-width.gif", "has no pixels"},
+      {"regression-gif-frame-without-height.gif", "has no pixels"},
+      {"regression-gif-cleared-frame-right-of-the-screen.gif", "not wholly on the 8 x 8 screen"},
+      {"regression-gif-restored-frame-across-the-right-edge.gif", "not wholly on the"},
+      {"regression-gif-restored-frame-across-the-bottom-edge.gif", "(4 x 65518 at 4, 0)"},
+      // An empty control block: the decoder reads on past it, and the
+      // disposal it takes is a stale byte.
+      {"regression-gif-empty-control-block.gif", "(2 x 8 at 4, 11264) is to be cleared or restored"},
+      // Frames cleared or restored within the screen, and a kept frame that
+      // overhangs it, are sound.
+      {"three_frames_loop.gif", nullptr},
+      {"frame_past_the_screen.gif", nullptr}};
+  for (const auto& input : inputs) {
+    SCOPED_TRACE(input.first);
+    const orvix1::elements::element_ptr_t root(new orvix1::elements::UIElement());
+    const orvix1_test::fake_element_host_t host(root);
+    talvar2::intrusive_pointer_t<orvix1::elements::ImageElement> image(
+        new orvix1::elements::ImageElement(root));
+    const orvix1_test::log_capture_t capture("orvix");
+    const bool sound = input.second == nullptr;
+    EXPECT_EQ(image->SetAnimationFile(corpus_file("animation_fuzzer", input.first)), sound);
+    EXPECT_EQ(image->HasAnimation(), sound);
+    if (sound) {
+      EXPECT_EQ(capture.warnings(), 0u);
+    } else {
+      ASSERT_EQ(capture.warnings(), 1u);
+      EXPECT_NE(capture.entries()[0].message.find(input.second), std::string::npos)
+          << capture.entries()[0].message;
+    }
+  }
 }
 
 }  // namespace
