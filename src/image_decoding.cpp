@@ -79,46 +79,82 @@ bool is_png(const bytes_t& bytes, std::size_t at) {
   return bytes.starts_with(at, "\x89PNG\r\n\x1a\n", 8);
 }
 
-// Skips a chain of GIF data sub-blocks starting at `at`.
-std::size_t skip_gif_sub_blocks(const bytes_t& bytes, std::size_t at) {
-  while (bytes.has(at, 1)) {
-    const std::size_t length = bytes.u8(at);
-    at += 1 + length;
-    if (length == 0) break;
-  }
-  return at;
-}
-
 std::size_t gif_colour_table_size(std::uint32_t flags) {
   return (flags & 0x80) != 0 ? 3u << ((flags & 7) + 1) : 0;
 }
 
-// The screen and every frame: each frame is decoded at its own size, and
-// the decoders keep all of them.
+// Skips GIF data sub-blocks (a length byte and that many bytes) up to an
+// empty one.
+std::size_t skip_gif_sub_blocks(const bytes_t& bytes, std::size_t at) {
+  while (bytes.has(at, 1) && bytes.u8(at) != 0) at += 1 + bytes.u8(at);
+  return at + 1;
+}
+
+// The screen and every frame. wx's decoder keeps every frame at its own
+// size; GdkPixbuf's (2.42) also fails on frames that a few mutated bytes
+// make:
+// - a frame of zero width or height: a GLib critical, then a frame made of
+//   nothing;
+// - a frame to be cleared afterwards (disposal 2) that starts right of the
+//   screen: a memset of negative size, a crash when the next frame is
+//   composed;
+// - a frame to be restored afterwards (disposal 3) that crosses an edge of
+//   the screen: criticals, and frames composed from nothing.
+// So frames without pixels are refused, and so are frames to be cleared or
+// restored that are not wholly on the screen. Frames that overhang the
+// screen and stay in place are common and harmless.
+// The blocks are walked as GdkPixbuf walks them: bytes that start no block
+// are skipped, the trailer ends the file; whatever is cut short is left to
+// the decoders, which fail cleanly on it.
 std::string gif_problem(const bytes_t& bytes) {
   if (!bytes.has(0, 13)) return "its GIF header is cut off";
-  std::string problem = size_problem(bytes.le16(6), bytes.le16(8));
+  const std::int64_t screen_width = bytes.le16(6);
+  const std::int64_t screen_height = bytes.le16(8);
+  std::string problem = size_problem(screen_width, screen_height);
   std::size_t at = 13 + gif_colour_table_size(bytes.u8(10));
   std::int64_t pixels = 0;
   std::uint32_t frames = 0;
+  // Kept from one control block to the next, as the decoder keeps it.
+  std::uint32_t disposal = 0;
   while (problem.empty() && bytes.has(at, 1)) {
-    const std::uint32_t block = bytes.u8(at);
-    if (block == 0x21) {
-      at = skip_gif_sub_blocks(bytes, at + 2);
-    } else if (block == 0x2c && bytes.has(at, 10)) {
-      const std::int64_t width = bytes.le16(at + 5);
-      const std::int64_t height = bytes.le16(at + 7);
-      problem = size_problem(width, height);
+    const std::uint32_t introducer = bytes.u8(at++);
+    if (introducer == 0x3b) break;  // the trailer
+    if (introducer == 0x21) {       // an extension: its label, then sub-blocks
+      if (!bytes.has(at, 1)) break;
+      const std::uint32_t label = bytes.u8(at++);
+      const bool empty_first = !bytes.has(at, 1) || bytes.u8(at) == 0;
+      // A control block's disposal comes from its first sub-block; from an
+      // empty one GdkPixbuf takes a stale byte, so any disposal may follow.
+      if (label == 0xf9) disposal = empty_first || !bytes.has(at + 1, 1) ? 7 : (bytes.u8(at + 1) >> 2) & 7;
+      // The first sub-block of a control or application extension is read
+      // on its own, then sub-blocks up to an empty one: after an empty
+      // first one the decoder reads on past it.
+      if ((label == 0xf9 || label == 0xff) && empty_first) ++at;
+      at = skip_gif_sub_blocks(bytes, at);
+    } else if (introducer == 0x2c) {  // a frame: position, size, flags
+      if (!bytes.has(at, 9)) break;
+      const std::int64_t left = bytes.le16(at);
+      const std::int64_t top = bytes.le16(at + 2);
+      const std::int64_t width = bytes.le16(at + 4);
+      const std::int64_t height = bytes.le16(at + 6);
+      const std::string which = "frame " + std::to_string(++frames) + " of the GIF (" +
+                                std::to_string(width) + " x " + std::to_string(height) + " at " +
+                                std::to_string(left) + ", " + std::to_string(top) + ")";
       pixels += width * height;
-      if (problem.empty() && ++frames > k_most_gif_frames)
+      problem = size_problem(width, height);
+      if (problem.empty() && (width == 0 || height == 0)) problem = which + " has no pixels";
+      if (problem.empty() && disposal >= 2 &&
+          (left + width > screen_width || top + height > screen_height))
+        problem = which + " is to be cleared or restored but is not wholly on the " +
+                  std::to_string(screen_width) + " x " + std::to_string(screen_height) + " screen";
+      if (problem.empty() && frames > k_most_gif_frames)
         problem = "it has more than " + std::to_string(k_most_gif_frames) + " frames";
       if (problem.empty() && pixels > k_most_animation_pixels)
         problem = "its frames together declare more than " +
                   std::to_string(k_most_animation_pixels) + " pixels";
-      at = skip_gif_sub_blocks(bytes, at + 10 + gif_colour_table_size(bytes.u8(at + 9)) + 1);
-    } else {
-      break;  // the trailer, or damage the decoders stop at as well
+      at = skip_gif_sub_blocks(bytes, at + 9 + gif_colour_table_size(bytes.u8(at + 8)) + 1);
     }
+    // Any other byte starts nothing: the decoder reads on past it.
   }
   return problem;
 }

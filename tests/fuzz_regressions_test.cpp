@@ -35,9 +35,10 @@ TEST(FuzzRegressions, DamagedPictureEntryGivesInvalidPicturesWithAWarningEach) {
 }
 
 // Animations the frame decoder must not see: each is refused before
-// decoding with one warning saying why, and the element stays empty. The
-// decoder allocated 14 GB for the first; for the GIF frames it failed its
-// own argument checks or, for the cleared frame, crashed.
+// decoding with one warning saying why, by the element (which stays empty)
+// and by the resource loader (whose animations wx hands to the same
+// decoder). The decoder allocated 14 GB for the first; for the GIF frames it
+// failed its own argument checks or, for the cleared frame, crashed.
 TEST(FuzzRegressions, AnimationsTheDecoderCannotTakeAreRefusedWithTheReason) {
   const std::pair<const char*, const char*> inputs[] = {
       {"regression-huge-declared-size.gif", "declares 60000 x 60000 pixels"},
@@ -53,6 +54,9 @@ TEST(FuzzRegressions, AnimationsTheDecoderCannotTakeAreRefusedWithTheReason) {
       // overhangs it, are sound.
       {"three_frames_loop.gif", nullptr},
       {"frame_past_the_screen.gif", nullptr}};
+  orvix1::resource_loader_t resources;
+  ASSERT_TRUE(resources.add_archive(corpus_file("animation_fuzzer", "")));
+  const orvix1::image_loader_t images(resources);
   for (const auto& input : inputs) {
     SCOPED_TRACE(input.first);
     const orvix1::elements::element_ptr_t root(new orvix1::elements::UIElement());
@@ -69,6 +73,11 @@ TEST(FuzzRegressions, AnimationsTheDecoderCannotTakeAreRefusedWithTheReason) {
       ASSERT_EQ(capture.warnings(), 1u);
       EXPECT_NE(capture.entries()[0].message.find(input.second), std::string::npos)
           << capture.entries()[0].message;
+    }
+    EXPECT_EQ(images.load_animation(input.first).IsOk(), sound);
+    if (!sound) {
+      ASSERT_EQ(capture.warnings(), 2u);
+      EXPECT_NE(capture.entries()[1].message.find(input.second), std::string::npos);
     }
   }
 }
