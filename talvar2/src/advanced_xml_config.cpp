@@ -98,7 +98,13 @@ bool advanced_xml_config_t::load(const path_t& path, std::string* error) {
     return false;
   }
   pugi::xml_document document;
-  const pugi::xml_parse_result parsed = document.load_file(path.as_string().c_str());
+  // Values come back as they were saved: line ends are not normalised (a
+  // carriage return is saved as a character reference) and a value of
+  // blanks alone is kept.
+  const unsigned parse_options =
+      (pugi::parse_default & ~pugi::parse_eol) | pugi::parse_ws_pcdata_single;
+  const pugi::xml_parse_result parsed =
+      document.load_file(path.as_string().c_str(), parse_options);
   if (!parsed) {
     set_error(error, "cannot read \"" + path.as_string() + "\": " + parsed.description() +
                          " at offset " + std::to_string(parsed.offset));

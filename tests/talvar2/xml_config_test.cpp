@@ -33,15 +33,18 @@ TEST(AdvancedXmlConfig, RoundTripKeepsValuesOrderAndSpecialCharacters) {
   written.set_value("zeta", "1");
   written.set_value("alpha", "a <b> & \"c\" 'd'");
   written.set_value("empty", "");
+  written.set_value("blanks", "  ");
+  written.set_value("lines", "a\r\nb\rc\n");
   written.set_value("zeta", "2");  // replacing keeps the first position
   ASSERT_TRUE(written.save(folder.file("s.xml")));
 
   advanced_xml_config_t read;
   ASSERT_TRUE(read.load(folder.file("s.xml")));
-  EXPECT_EQ(read.keys(), (std::vector<std::string>{"zeta", "alpha", "empty"}));
+  EXPECT_EQ(read.keys(), (std::vector<std::string>{"zeta", "alpha", "empty", "blanks", "lines"}));
   std::string value;
   for (const auto& [key, expected] : std::map<std::string, std::string>{
-           {"alpha", "a <b> & \"c\" 'd'"}, {"zeta", "2"}, {"empty", ""}}) {
+           {"alpha", "a <b> & \"c\" 'd'"}, {"zeta", "2"}, {"empty", ""}, {"blanks", "  "},
+           {"lines", "a\r\nb\rc\n"}}) {
     EXPECT_TRUE(read.get_value(key, value)) << key;
     EXPECT_EQ(value, expected);
   }
