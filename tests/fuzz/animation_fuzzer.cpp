@@ -110,20 +110,10 @@ void play_in_element(const std::string& path, std::int64_t& budget) {
   if (image->GetSize() != size) fail("the element's size changed while it played");
 }
 
-// A critical from GdkPixbuf, GDK or GLib is a failed argument check (as a
-// wx assertion is), whoever made the call: a finding.
-void abort_on_critical(const gchar* domain, GLogLevelFlags level, const gchar* message,
-                       gpointer data) {
-  if ((level & G_LOG_LEVEL_CRITICAL) == 0) return g_log_default_handler(domain, level, message, data);
-  std::fprintf(stderr, "%s-CRITICAL: %s\n", domain != nullptr ? domain : "", message);
-  std::abort();
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
   orvix1_fuzz::start_environment(argc, argv);
-  g_log_set_default_handler(abort_on_critical, nullptr);
   return 0;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include <glib.h>
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
@@ -24,6 +25,15 @@ void abort_on_assert(const wxString& file, int line, const wxString& function,
                      const wxString& condition, const wxString& message) {
   std::fprintf(stderr, "wx assertion at %s:%d in %s: %s (%s)\n", file.utf8_str().data(), line,
                function.utf8_str().data(), condition.utf8_str().data(), message.utf8_str().data());
+  std::abort();
+}
+
+// A critical from GLib, GDK, GTK or GdkPixbuf is a failed argument check
+// (as a wx assertion is), whoever made the call: a finding.
+void abort_on_critical(const gchar* domain, GLogLevelFlags level, const gchar* message,
+                       gpointer data) {
+  if ((level & G_LOG_LEVEL_CRITICAL) == 0) return g_log_default_handler(domain, level, message, data);
+  std::fprintf(stderr, "%s-CRITICAL: %s\n", domain != nullptr ? domain : "", message);
   std::abort();
 }
 
@@ -55,6 +65,7 @@ void remove_folder() {
 void start_environment(int* argc, char*** argv) {
   std::setlocale(LC_ALL, "C.UTF-8");
   wxSetAssertHandler(abort_on_assert);
+  g_log_set_default_handler(abort_on_critical, nullptr);
   if (!wxEntryStart(*argc, *argv)) {
     std::fprintf(stderr, "cannot start wxWidgets: is there a display?\n");
     std::exit(2);

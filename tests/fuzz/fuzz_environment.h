@@ -12,8 +12,8 @@
 
 namespace orvix1_fuzz {
 
-// Starts wxWidgets and the library. A wx assertion is a finding: it prints
-// its text and aborts, so that libFuzzer keeps the input. The library's log
+// Starts wxWidgets and the library. A wx assertion or a GLib critical is a
+// finding: it prints its text and aborts, so that libFuzzer keeps the input. The library's log
 // lines are computed but not printed (they would drown the fuzzer's output).
 void start_environment(int* argc, char*** argv);
 
