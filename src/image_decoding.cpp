@@ -44,7 +44,9 @@ class bytes_t {
 };
 
 std::string size_problem(std::int64_t width, std::int64_t height) {
-  if (width < 0 || height < 0 || width * height > k_most_pixels)
+  // Each side first: the product of two 32-bit sizes overflows.
+  if (width < 0 || height < 0 || width > k_most_pixels || height > k_most_pixels ||
+      width * height > k_most_pixels)
     return "it declares " + std::to_string(width) + " x " + std::to_string(height) +
            " pixels, more than the " + std::to_string(k_most_pixels) + " decoded";
   return std::string();

@@ -80,6 +80,9 @@ TEST(ImageDecoding, HostileHeadersAreRefusedBeforeDecodingAndSmallPicturesOfEach
       {"bmp palette", bmp(2, 2, 100000), "palette is larger"},
       {"png huge", "\x89PNG\r\n\x1a\n" + be32(13) + "IHDR" + be32(100000) + be32(100000) + "xxxxx",
        "declares 100000 x 100000"},
+      {"png overflow",  // the product of the sides overflows 64 bits
+       "\x89PNG\r\n\x1a\n" + be32(13) + "IHDR" + be32(0xfc000000) + be32(0xf6000002) + "x",
+       "declares 4227858432 x 4127195138"},
       {"gif frame", gif(gif_frame(60000, 60000)), "declares 60000 x 60000"},
       {"gif screen", gif("", 65535, 65535), "declares 65535 x 65535"},
       {"gif frames", gif(repeated(gif_frame(4096, 4096), 9)), "frames together"},
