@@ -21,7 +21,7 @@ class ORVIX1_API IStyled {
   virtual void on_style_updated() = 0;
 };
 /// Holds a widget's style and calls on_style_updated() when the style changes.
-class ORVIX1_API StyledBase : public IStyled, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API StyledBase : public IStyled, public talvar2::subscriber_base_t {
  public:
   StyledBase() = default;
   ~StyledBase() override;

@@ -77,7 +77,7 @@ enum default_metrics_t {
 /// The store that widgets read.
 class ORVIX1_API ui_settings_t : public talvar2::intrusive_pointer_impl_t {
  public:
-  using change_signal_t = talvar2::_internal::signal_t<>;
+  using change_signal_t = talvar2::signal_t<>;
 
   ui_settings_t();
   ~ui_settings_t() override;

@@ -21,9 +21,9 @@
 namespace orvix1 {
 /// A named style: colours and fonts by key, refilled from the palette when it changes.
 class ORVIX1_API ui_style_t : public talvar2::intrusive_pointer_impl_t,
-                              public talvar2::_internal::subscriber_base_t {
+                              public talvar2::subscriber_base_t {
  public:
-  using update_signal_t = talvar2::_internal::signal_t<>;
+  using update_signal_t = talvar2::signal_t<>;
 
   /// Subscribes to the live palette's change signal. A widget's style class
   /// fills its keys by calling set_style_info() from its own constructor.

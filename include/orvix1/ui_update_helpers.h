@@ -41,7 +41,7 @@ struct ORVIX1_API style_t {
 ORVIX1_API void set_font_and_colors(wxWindow* wnd, const style_t& style,
                                     const ui_settings_t& settings);
 /// Applies a palette style to a window tree and again whenever the palette changes.
-class ORVIX1_API style_updater_t : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API style_updater_t : public wxEvtHandler, public talvar2::subscriber_base_t {
  public:
   /// An empty updater: create() gives it a window tree.
   style_updater_t();

@@ -23,7 +23,7 @@
 
 namespace orvix1 {
 /// A window split in two panes by a sash with a collapse button.
-class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscriber_base_t {
  public:
   using element_ptr_t = talvar2::smart_pointer_t<wxSplitterElement>;
 

@@ -24,9 +24,9 @@ class RectangleElement;
 class TextElement;
 }  // namespace elements
 /// An owner-drawn tooltip for any window.
-class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::subscriber_base_t {
  public:
-  using tooltip_signal_t = talvar2::_internal::signal_t<wxCustomTooltip*>;
+  using tooltip_signal_t = talvar2::signal_t<wxCustomTooltip*>;
 
   /// Space around the text: left, top, right, bottom.
   static const elements::margin_t DefaultMargin;

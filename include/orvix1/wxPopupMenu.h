@@ -18,7 +18,7 @@ namespace orvix1 {
 /// An owner-drawn popup menu with images, separators and closable rows.
 class ORVIX1_API wxPopupMenu : public wxPopupWnd {
  public:
-  using row_signal_t = talvar2::_internal::signal_t<int>;
+  using row_signal_t = talvar2::signal_t<int>;
 
   explicit wxPopupMenu(wxWindow* parent);
 

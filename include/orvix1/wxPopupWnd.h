@@ -14,7 +14,7 @@ namespace orvix1 {
 /// What an opener needs of a popup.
 class ORVIX1_API IPopup {
  public:
-  using popup_signal_t = talvar2::_internal::signal_t<IPopup*>;
+  using popup_signal_t = talvar2::signal_t<IPopup*>;
 
   virtual ~IPopup();
 

@@ -26,7 +26,7 @@
 
 namespace orvix1 {
 /// The sash of a splitter, drawn inside a holder window that owns it.
-class ORVIX1_API wxSplitterElement : public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
  public:
   /// Where the collapse button's arrow points: the way the sash travels when
   /// the button is clicked.
@@ -36,8 +36,8 @@ class ORVIX1_API wxSplitterElement : public talvar2::_internal::subscriber_base_
   /// clicks and is drawn greyed.
   enum VisualState { vsNormal = 0, vsHighlighted = 1, vsPressed = 2, vsDisabled = 3 };
 
-  using position_signal_t = talvar2::_internal::signal_t<int>;
-  using state_signal_t = talvar2::_internal::signal_t<VisualState>;
+  using position_signal_t = talvar2::signal_t<int>;
+  using state_signal_t = talvar2::signal_t<VisualState>;
 
   /// Thin enough to stay out of the way, wide enough to grab with the tolerance.
   static const int DefaultSashSize = 6;

@@ -56,8 +56,8 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
     style_no_border = 2      ///< no border at all, whatever SetBorders says
   };
 
-  using id_signal_t = talvar2::_internal::signal_t<int>;
-  using resized_signal_t = talvar2::_internal::signal_t<>;
+  using id_signal_t = talvar2::signal_t<int>;
+  using resized_signal_t = talvar2::signal_t<>;
 
   /// The style every tab button takes unless given another: the palette's
   /// button, border and text colours and the bold normal font.

@@ -29,9 +29,9 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
  public:
   enum panel_index_t { primary_panel = 1, secondary_panel = 2 };
 
-  using panel_int_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int>;
-  using panel_signal_t = talvar2::_internal::signal_t<wxTabPanel*>;
-  using void_signal_t = talvar2::_internal::signal_t<>;
+  using panel_int_signal_t = talvar2::signal_t<wxTabPanel*, int>;
+  using panel_signal_t = talvar2::signal_t<wxTabPanel*>;
+  using void_signal_t = talvar2::signal_t<>;
 
   wxTabPane();
   wxTabPane(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,

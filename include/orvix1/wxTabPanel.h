@@ -41,11 +41,11 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   /// The list a button is counted in, for TranslateIndex.
   enum list_t { list_all, list_shown, list_hidden };
 
-  using panel_int_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int>;
-  using veto_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int, bool&>;
-  using void_signal_t = talvar2::_internal::signal_t<>;
-  using int_signal_t = talvar2::_internal::signal_t<int>;
-  using slide_signal_t = talvar2::_internal::signal_t<wxTabPanel*, int, int>;
+  using panel_int_signal_t = talvar2::signal_t<wxTabPanel*, int>;
+  using veto_signal_t = talvar2::signal_t<wxTabPanel*, int, bool&>;
+  using void_signal_t = talvar2::signal_t<>;
+  using int_signal_t = talvar2::signal_t<int>;
+  using slide_signal_t = talvar2::signal_t<wxTabPanel*, int, int>;
 
   /// The strip background and the colours its buttons start with.
   class ORVIX1_API default_style_t : public wxTabButton::default_style_t {

@@ -68,7 +68,7 @@ ORVIX1_API void process_message_loop();
 /// the host gave none.
 ORVIX1_API talvar2::smart_pointer_t<wxWindow> get_main_window();
 
-using mouse_signal_t = talvar2::_internal::signal_t<wxMouseEvent*>;
+using mouse_signal_t = talvar2::signal_t<wxMouseEvent*>;
 
 /// Mouse events that the host forwards with fire_mouse_signal.
 ORVIX1_API mouse_signal_t& get_mouse_signal();

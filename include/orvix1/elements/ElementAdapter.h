@@ -20,7 +20,7 @@
 namespace orvix1 {
 namespace elements {
 /// Joins a tree of elements to one real wx window, the holder.
-class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::subscriber_base_t {
  public:
   /// The holder must paint with wxBG_STYLE_PAINT.
   explicit ElementAdapter(wxWindow* holder);

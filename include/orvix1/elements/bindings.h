@@ -79,7 +79,7 @@ std::function<void(A...)> adapt(
 /// Connects `signal` (the element's own or any other object's) to `callable`
 /// for as long as `element` lives. Returns the binding's slot on the element.
 template <class Callable, class... A>
-unsigned long bind_signal(const element_ptr_t& element, talvar2::_internal::signal_templ<A...>& signal,
+unsigned long bind_signal(const element_ptr_t& element, talvar2::basic_signal_t<A...>& signal,
                           Callable&& callable) {
   static_assert(std::is_invocable<Callable&, A...>::value || std::is_invocable<Callable&>::value,
                 "the callable takes the signal's arguments or none");

@@ -14,7 +14,7 @@
 namespace orvix1 {
 namespace tasks {
 /// The "main" unit: stages queued for the GUI thread run inside the wx event loop.
-class ORVIX1_API GUIUnit : public wxEvtHandler, public talvar2::_internal::subscriber_base_t {
+class ORVIX1_API GUIUnit : public wxEvtHandler, public talvar2::subscriber_base_t {
  public:
   GUIUnit();
   ~GUIUnit() override;

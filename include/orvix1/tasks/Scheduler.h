@@ -60,7 +60,7 @@ class ORVIX1_API IBatchCancel : public talvar2::intrusive_pointer_impl_t {
 using IBatchCancelPtr = talvar2::intrusive_pointer_t<IBatchCancel>;
 /// The process-wide task scheduler of the GUI (see ITask for the stages).
 class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
-                             public talvar2::_internal::subscriber_base_t {
+                             public talvar2::subscriber_base_t {
  public:
   /// The one instance, created and initialized by the first call (the
   /// callback of later calls is ignored); empty when initialization failed.

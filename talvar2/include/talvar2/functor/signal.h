@@ -256,6 +256,10 @@ class signal_t : public signal_from_arguments<type_list<>, A1, A2, A3, A4, A5, A
 }  // namespace _internal
 
 using _internal::signal_t;
+/// The signal class behind signal_t, by its argument list: what templates
+/// that take any signal deduce.
+template <class... A>
+using basic_signal_t = _internal::signal_templ<A...>;
 /// What a class derives from to receive signals.
 using _internal::subscriber_base_t;
 
