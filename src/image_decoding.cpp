@@ -127,7 +127,8 @@ std::string gif_problem(const bytes_t& bytes) {
       const bool empty_first = !bytes.has(at, 1) || bytes.u8(at) == 0;
       // A control block's disposal comes from its first sub-block; from an
       // empty one GdkPixbuf takes a stale byte, so any disposal may follow.
-      if (label == 0xf9) disposal = empty_first || !bytes.has(at + 1, 1) ? 7 : (bytes.u8(at + 1) >> 2) & 7;
+      if (label == 0xf9)
+        disposal = empty_first || !bytes.has(at + 1, 1) ? 7 : (bytes.u8(at + 1) >> 2) & 7;
       // The first sub-block of a control or application extension is read
       // on its own, then sub-blocks up to an empty one: after an empty
       // first one the decoder reads on past it.

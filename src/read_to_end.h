@@ -11,8 +11,9 @@ namespace detail {
 
 // Reads `stream` to its end into `bytes` (a byte container: std::string or a
 // vector of char-sized elements). False, leaving `bytes` as it was, when the
-// stream holds more than `most` bytes or fails before its end: decoders given a cut file fail in ways wx
-// does not always survive, so a file is read whole before it is decoded.
+// stream holds more than `most` bytes or fails before its end: decoders
+// given a cut file fail in ways wx does not always survive, so a file is
+// read whole before it is decoded.
 template <class Bytes>
 bool read_to_end(wxInputStream& stream, Bytes& bytes,
                  std::size_t most = std::numeric_limits<std::size_t>::max()) {

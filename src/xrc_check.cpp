@@ -77,7 +77,8 @@ problem_t check_colour(const wxXmlNode& param) {
 }
 
 problem_t check_bool(const wxXmlNode& param) {
-  return text_rule(param, "0 or 1", [](const wxString& text) { return is_one_of(text, {"0", "1"}); });
+  return text_rule(param, "0 or 1",
+                   [](const wxString& text) { return is_one_of(text, {"0", "1"}); });
 }
 
 problem_t check_text(const wxXmlNode& param) {
@@ -289,7 +290,8 @@ class object_checker_t {
     const wxString class_name = object.GetAttribute("class");
     if (!is_safe_name(class_name) || class_name == "ids-range")
       return "class \"" + class_name.Left(64) + "\" is not taken";
-    if (class_name == "wxColour") return check_params(object, depth, &object_checker_t::colour_param);
+    if (class_name == "wxColour")
+      return check_params(object, depth, &object_checker_t::colour_param);
     if (class_name == "wxFont") return check_params(object, depth, &object_checker_t::font_param);
     if (class_name == "wxImage") return check_params(object, depth, &object_checker_t::image_param);
     if (class_name == "wxAnimation")
@@ -484,9 +486,10 @@ bool remove_refused_xrc_objects(
     if (child->GetType() == wxXML_ELEMENT_NODE) {
       ++objects;
       const wxString problem =
-          objects > k_max_top_level_objects ? wxString("more objects than a resource file may hold; "
-                                                       "it and all after it are ignored")
-                                            : xrc_object_problem(*child, rules, true);
+          objects > k_max_top_level_objects
+              ? wxString("more objects than a resource file may hold; it and all after it are "
+                         "ignored")
+              : xrc_object_problem(*child, rules, true);
       // Past the limit only the first ignored object is reported.
       if (!problem.empty() && objects <= k_max_top_level_objects + 1)
         refused(child->GetAttribute("name").Left(128), child->GetAttribute("class").Left(64),

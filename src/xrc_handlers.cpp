@@ -62,7 +62,8 @@ T load_picture(wxFileSystem& file_system, const wxString& path, Decode decode) {
   std::vector<char> bytes;
   std::string ignored;  // the handlers report the property
   T value;
-  if (read_resource_file(file_system, path, bytes)) decode(bytes.data(), bytes.size(), value, ignored);
+  if (read_resource_file(file_system, path, bytes))
+    decode(bytes.data(), bytes.size(), value, ignored);
   return value;
 }
 
@@ -100,7 +101,8 @@ bool remove_unsafe_xrc_objects(wxXmlDocument& document, const std::string& sourc
       },
       reason);
   if (!usable)
-    ORVIX_LOG_WARNING(logger, "resource file \"" << source << "\" refused: " << reason.utf8_string());
+    ORVIX_LOG_WARNING(logger,
+                      "resource file \"" << source << "\" refused: " << reason.utf8_string());
   return usable;
 }
 
