@@ -254,7 +254,8 @@ class object_checker_t {
     if (top_level && !is_one_of_classes(object.GetAttribute("class")))
       return "class \"" + object.GetAttribute("class").Left(64) + "\" is not taken here";
     if (top_level && !object.HasAttribute("name")) return "it has no name";
-    return check_object(object, 0);
+    const problem_t problem = enter(object, 0);
+    return problem.empty() ? check_object(object, 0) : problem;
   }
 
  private:
@@ -274,9 +275,8 @@ class object_checker_t {
     return problem_t();
   }
 
+  // An object already counted by enter().
   problem_t check_object(const wxXmlNode& object, int depth) {
-    problem_t problem = enter(object, depth);
-    if (!problem.empty()) return problem;
     for (const wxXmlAttribute* attribute = object.GetAttributes(); attribute != nullptr;
          attribute = attribute->GetNext()) {
       // "subclass" makes wx create any class by name; "platform" is left
@@ -402,7 +402,6 @@ class object_checker_t {
   problem_t check_child_object(const wxXmlNode& child, int depth) {
     if (is_one_of(child.GetAttribute("class"), {"wxColour", "wxFont", "wxImage", "wxAnimation"}))
       return "a resource object inside a window";
-    --m_elements;  // counted again by check_object
     return check_object(child, depth);
   }
 
