@@ -1,48 +1,18 @@
 #ifndef ORVIX1_WXSTATICPICTURE_H
 #define ORVIX1_WXSTATICPICTURE_H
 /// @file
-/// A picture and the small control that shows it.
-///
-/// static_picture_t is the picture as a value: a bitmap with its mask, cheap
-/// to copy (wx bitmaps share their data). Windowless holders such as
-/// elements keep one; wxStaticPicture is the window that shows one and hands
-/// it out again, so a picture moves between the two without conversion.
+/// The small control that shows a picture (static_picture_t, picture.h):
+/// windowless holders such as elements keep the same value, so a picture
+/// moves between the two without conversion.
 
 #include <wx/bitmap.h>
 #include <wx/control.h>
 #include <wx/image.h>
 
 #include "orvix1/export.h"
+#include "orvix1/picture.h"
 
 namespace orvix1 {
-/// A picture as a value: a bitmap with its mask, cheap to copy.
-class ORVIX1_API static_picture_t {
- public:
-  static_picture_t() = default;
-  explicit static_picture_t(const wxBitmap& bitmap);
-  /// The image's mask colour, if it has one, becomes the bitmap's mask.
-  explicit static_picture_t(const wxImage& image);
-
-  void SetBitmap(const wxBitmap& bitmap);
-  void SetImage(const wxImage& image);
-
-  bool IsOk() const { return m_bitmap.IsOk(); }
-  /// (0, 0) for an empty picture.
-  wxSize GetSize() const;
-
-  /// The bitmap, with its mask when `with_mask` is true; otherwise a bitmap
-  /// of the same pixels without a mask (the picture itself keeps its mask).
-  /// An invalid bitmap for an empty picture.
-  wxBitmap getBitmap(bool with_mask) const;
-  /// The image as it was set; a picture set from a bitmap gives the bitmap
-  /// converted. An invalid image for an empty picture.
-  wxImage GetImage() const;
-
- private:
-  wxBitmap m_bitmap;
-  wxImage m_image;
-};
-
 /// Shows a picture at its own size, by default in the top-left corner; the
 /// styles wxALIGN_CENTRE_HORIZONTAL or wxALIGN_RIGHT and
 /// wxALIGN_CENTRE_VERTICAL or wxALIGN_BOTTOM place it otherwise. The rest of

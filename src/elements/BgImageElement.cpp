@@ -1,5 +1,7 @@
 #include "orvix1/elements/BgImageElement.h"
 
+#include "orvix1/wxStaticPicture.h"
+
 namespace orvix1 {
 namespace elements {
 
@@ -13,6 +15,10 @@ BgImageElement::BgImageElement(element_ptr_t parent, int position_flags)
 }
 
 void BgImageElement::Init() { m_image_align = image_align_top_left; }
+
+void BgImageElement::SetBgStaticPicture(const wxStaticPicture& control) {
+  m_picture = control.GetPicture();
+}
 
 void BgImageElement::OnDraw(wxDC& dc, const wxRect& rect) {
   RectangleElement::OnDraw(dc, rect);

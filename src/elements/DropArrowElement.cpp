@@ -2,7 +2,7 @@
 
 #include <wx/renderer.h>
 
-#include "log.h"
+#include "core/log.h"
 
 namespace orvix1 {
 namespace elements {

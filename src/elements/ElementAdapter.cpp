@@ -6,7 +6,7 @@
 
 #include <wx/dcbuffer.h>
 
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

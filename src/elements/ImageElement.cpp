@@ -7,8 +7,8 @@
 #include <wx/mstream.h>
 
 #include "elements/pixbuf_animation.h"
-#include "log.h"
-#include "read_to_end.h"
+#include "core/log.h"
+#include "core/read_to_end.h"
 
 namespace orvix1 {
 namespace elements {

@@ -4,7 +4,7 @@
 #include <climits>
 
 #include "elements/placement_order.h"
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

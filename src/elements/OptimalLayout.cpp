@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "elements/placement_order.h"
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

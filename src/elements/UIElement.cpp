@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "orvix1/elements/OptimalLayout.h"
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

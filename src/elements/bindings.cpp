@@ -1,6 +1,6 @@
 #include "orvix1/elements/bindings.h"
 
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace elements {

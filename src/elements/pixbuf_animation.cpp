@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "image_decoding.h"
+#include "resources/image_decoding.h"
 
 namespace orvix1 {
 namespace elements {

@@ -1,6 +1,6 @@
 #include "orvix1/tasks/Scheduler.h"
 
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace tasks {

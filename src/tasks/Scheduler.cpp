@@ -5,13 +5,13 @@
 
 #include <boost/make_shared.hpp>
 
-#include "log.h"
+#include "core/log.h"
 #include "orvix1/tasks/WaitCallback.h"
 #include "talvar2/threading/batch_cancel.h"
 #include "talvar2/threading/default_task.h"
 #include "talvar2/threading/stage.h"
 #include "tasks/usage_statistics.h"
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace tasks {

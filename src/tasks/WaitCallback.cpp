@@ -6,7 +6,7 @@
 #include "orvix1/native_window.h"
 #include "orvix1/tasks/WaitDialog.h"
 #include "orvix1/wx_dll_application.h"
-#include "wx_assert.h"
+#include "core/wx_assert.h"
 
 namespace orvix1 {
 namespace tasks {

@@ -13,7 +13,7 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
-#include "log4cplus_headers.h"
+#include "core/log4cplus_headers.h"
 #include "orvix1/wx_dll_application.h"
 
 namespace orvix1_fuzz {

@@ -12,7 +12,7 @@
 #include <glib.h>
 
 #include "fuzz_environment.h"
-#include "mailcap.h"
+#include "help/mailcap.h"
 
 namespace {
 

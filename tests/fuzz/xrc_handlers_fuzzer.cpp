@@ -19,7 +19,7 @@
 
 #include "fuzz_environment.h"
 #include "orvix1/xrc_handlers.h"
-#include "wx_log_capture.h"
+#include "core/wx_log_capture.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 // Captures what the library's loggers write while it is alive.
 
-#include "log.h"  // the library's one way into log4cplus
+#include "core/log.h"  // the library's one way into log4cplus
 
 #include <string>
 #include <vector>

@@ -12,9 +12,11 @@
 
 #include "orvix1/elements/RectangleElement.h"
 #include "orvix1/export.h"
-#include "orvix1/wxStaticPicture.h"
+#include "orvix1/picture.h"
 
 namespace orvix1 {
+class wxStaticPicture;
+
 namespace elements {
 /// A rectangle with a picture pinned to a top corner of the holder window.
 class ORVIX1_API BgImageElement : public RectangleElement {
@@ -33,7 +35,7 @@ class ORVIX1_API BgImageElement : public RectangleElement {
   /// background is usually set up before the tree is hosted).
   void SetBgStaticPicture(const static_picture_t& picture) { m_picture = picture; }
   /// Takes the picture the control shows.
-  void SetBgStaticPicture(const wxStaticPicture& control) { m_picture = control.GetPicture(); }
+  void SetBgStaticPicture(const wxStaticPicture& control);
   void SetBgImage(const wxImage& image) { m_picture.SetImage(image); }
   const static_picture_t& GetBgStaticPicture() const { return m_picture; }
   wxImage GetBgImage() const { return m_picture.GetImage(); }

@@ -1,0 +1,72 @@
+#include "orvix1/error_dialog.h"
+
+#include <wx/button.h>
+#include <wx/sizer.h>
+#include <wx/textctrl.h>
+
+#include "core/log.h"
+
+namespace orvix1 {
+namespace {
+
+// Collects the messages reported while it is open; closing destroys it.
+class error_dialog_t : public wxDialog {
+ public:
+  explicit error_dialog_t(wxWindow* parent)
+      : wxDialog(parent, wxID_ANY, _("Error"), wxDefaultPosition, wxDefaultSize,
+                 wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER) {
+    m_messages = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                                FromDIP(wxSize(420, 160)), wxTE_MULTILINE | wxTE_READONLY);
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(m_messages, wxSizerFlags(1).Expand().Border());
+    sizer->Add(CreateButtonSizer(wxOK), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
+    SetSizerAndFit(sizer);
+    Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Destroy(); }, wxID_OK);
+    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
+  }
+  ~error_dialog_t() override;
+
+  // Deletion waits for idle time; new messages go to a new dialog meanwhile.
+  bool Destroy() override;
+
+  void add_message(const wxString& message) {
+    if (!m_messages->IsEmpty()) m_messages->AppendText("\n");
+    m_messages->AppendText(message);
+  }
+
+ private:
+  wxTextCtrl* m_messages;
+};
+
+error_dialog_t* g_error_dialog = nullptr;
+
+error_dialog_t::~error_dialog_t() {
+  if (g_error_dialog == this) g_error_dialog = nullptr;
+}
+
+bool error_dialog_t::Destroy() {
+  if (g_error_dialog == this) g_error_dialog = nullptr;
+  return wxDialog::Destroy();
+}
+
+}  // namespace
+
+void show_error_dlg(const std::string& message, wxWindow* parent) {
+  ORVIX_LOG_ERROR(log::get_logger("orvix.dialogs"), message);
+  if (g_error_dialog == nullptr) g_error_dialog = new error_dialog_t(parent);
+  g_error_dialog->add_message(wxString::FromUTF8(message));
+  g_error_dialog->Show();
+  g_error_dialog->Raise();
+}
+
+wxDialog* get_error_dlg() { return g_error_dialog; }
+
+void destroy_error_dlg() {
+  error_dialog_t* dialog = g_error_dialog;
+  if (dialog == nullptr) return;
+  g_error_dialog = nullptr;
+  // Destroyed at once: the last clean-up may end wxWidgets right after.
+  delete dialog;
+}
+
+}  // namespace orvix1

@@ -1,0 +1,252 @@
+#include "orvix1/wxPopupMenu.h"
+
+#include <algorithm>
+
+#include <wx/dcbuffer.h>
+#include <wx/settings.h>
+
+#include "orvix1/text_utils.h"
+#include "look/tab_cross_images.h"
+
+namespace orvix1 {
+namespace {
+
+const int k_frame = 2;        // space between the frame and the rows
+const int k_padding_x = 8;
+const int k_padding_y = 3;
+const int k_gap = 6;           // between image column, text and cross
+const int k_separator_height = 7;
+const int k_min_image = 16;    // rows are at least as high as a small icon
+
+}  // namespace
+
+wxBEGIN_EVENT_TABLE(wxPopupMenu, wxPopupWnd)
+  EVT_PAINT(wxPopupMenu::OnPaint)
+  EVT_MOTION(wxPopupMenu::OnMotion)
+  EVT_LEAVE_WINDOW(wxPopupMenu::OnLeave)
+  EVT_LEFT_UP(wxPopupMenu::OnLeftUp)
+  EVT_KEY_DOWN(wxPopupMenu::OnKey)
+wxEND_EVENT_TABLE()
+
+wxPopupMenu::wxPopupMenu(wxWindow* parent) : wxPopupWnd(parent) {
+  SetBackgroundStyle(wxBG_STYLE_PAINT);
+  m_cross[0] = wxBitmap(detail::tab_cross_normal_xpm);
+  m_cross[1] = wxBitmap(detail::tab_cross_hovered_xpm);
+}
+
+int wxPopupMenu::Append(const wxString& text, const wxBitmap& bitmap, bool closable,
+                        bool disabled) {
+  item_t item;
+  item.text = text;
+  item.bitmap = bitmap;
+  item.closable = closable;
+  item.disabled = disabled;
+  item.row = m_row_count++;
+  m_items.push_back(item);
+  InvalidateBestSize();
+  return item.row;
+}
+
+void wxPopupMenu::AppendSeparator() {
+  item_t item;
+  item.separator = true;
+  m_items.push_back(item);
+  InvalidateBestSize();
+}
+
+void wxPopupMenu::Clear() {
+  m_items.clear();
+  m_row_count = 0;
+  m_hot_row = -1;
+  m_hot_cross = false;
+  InvalidateBestSize();
+  Refresh();
+}
+
+const wxPopupMenu::item_t* wxPopupMenu::FindRow(int row) const {
+  for (const item_t& item : m_items)
+    if (!item.separator && item.row == row) return &item;
+  return nullptr;
+}
+
+wxString wxPopupMenu::GetRowText(int row) const {
+  const item_t* item = FindRow(row);
+  return item != nullptr ? item->text : wxString();
+}
+
+int wxPopupMenu::RowHeight() const {
+  int image = k_min_image;
+  for (const item_t& item : m_items)
+    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetHeight());
+  return std::max(GetTextSize(this, "Ag").y, image) + 2 * k_padding_y;
+}
+
+int wxPopupMenu::ItemHeight(const item_t& item) const {
+  return item.separator ? k_separator_height : RowHeight();
+}
+
+wxRect wxPopupMenu::GetRowRect(int row) const {
+  const int height = RowHeight();
+  int y = k_frame;
+  for (const item_t& item : m_items) {
+    if (!item.separator && item.row == row)
+      return wxRect(k_frame, y, GetClientSize().x - 2 * k_frame, height);
+    y += item.separator ? k_separator_height : height;
+  }
+  return wxRect();
+}
+
+wxRect wxPopupMenu::GetCrossRect(int row) const {
+  const item_t* item = FindRow(row);
+  if (item == nullptr || !item->closable) return wxRect();
+  const wxRect rect = GetRowRect(row);
+  const wxSize cross = m_cross[0].GetSize();
+  return wxRect(rect.GetRight() - k_padding_x - cross.x, rect.y + (rect.height - cross.y) / 2,
+                cross.x, cross.y);
+}
+
+int wxPopupMenu::HitTest(const wxPoint& position, bool* on_cross) const {
+  if (on_cross != nullptr) *on_cross = false;
+  for (int row = 0; row < m_row_count; ++row) {
+    if (!GetRowRect(row).Contains(position)) continue;
+    // A little slack around the small cross: it is easy to miss.
+    if (on_cross != nullptr) *on_cross = GetCrossRect(row).Inflate(3).Contains(position);
+    return row;
+  }
+  return -1;
+}
+
+void wxPopupMenu::SetHotRow(int row) {
+  if (row < -1 || row >= m_row_count || row == m_hot_row) return;
+  m_hot_row = row;
+  Refresh();
+}
+
+wxSize wxPopupMenu::DoGetBestSize() const {
+  int image = 0;
+  int text = 0;
+  int height = 2 * k_frame;
+  bool closable = false;
+  for (const item_t& item : m_items) {
+    height += ItemHeight(item);
+    if (item.separator) continue;
+    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetWidth());
+    text = std::max(text, GetTextSize(this, item.text).x);
+    closable = closable || item.closable;
+  }
+  int width = 2 * k_frame + 2 * k_padding_x + text;
+  if (image > 0) width += image + k_gap;
+  if (closable) width += m_cross[0].GetWidth() + 2 * k_gap;
+  return wxSize(width, height);
+}
+
+bool wxPopupMenu::Choose(int row) {
+  const item_t* item = FindRow(row);
+  if (item == nullptr || item->disabled) return false;
+  ClosePopup();
+  m_chosen(row);
+  return true;
+}
+
+bool wxPopupMenu::RequestDelete(int row) {
+  const item_t* item = FindRow(row);
+  if (item == nullptr || !item->closable) return false;
+  m_delete_requested(row);
+  return true;
+}
+
+void wxPopupMenu::OnPaint(wxPaintEvent&) {
+  wxBufferedPaintDC dc(this);
+  const wxSize client = GetClientSize();
+  dc.SetBackground(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_MENU)));
+  dc.Clear();
+  dc.SetFont(GetFont());
+  int image_column = 0;
+  for (const item_t& item : m_items)
+    if (item.bitmap.IsOk()) image_column = std::max(image_column, item.bitmap.GetWidth() + k_gap);
+  const int height = RowHeight();
+  int y = k_frame;
+  for (const item_t& item : m_items) {
+    if (item.separator) {
+      dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_3DSHADOW)));
+      dc.DrawLine(k_frame + k_padding_x, y + k_separator_height / 2,
+                  client.x - k_frame - k_padding_x, y + k_separator_height / 2);
+      y += k_separator_height;
+      continue;
+    }
+    const wxRect rect(k_frame, y, client.x - 2 * k_frame, height);
+    const bool hot = item.row == m_hot_row && !item.disabled;
+    if (hot) {
+      dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
+      dc.SetPen(*wxTRANSPARENT_PEN);
+      dc.DrawRectangle(rect);
+    }
+    dc.SetTextForeground(wxSystemSettings::GetColour(
+        item.disabled ? wxSYS_COLOUR_GRAYTEXT : hot ? wxSYS_COLOUR_HIGHLIGHTTEXT : wxSYS_COLOUR_MENUTEXT));
+    const int left = rect.x + k_padding_x;
+    if (item.bitmap.IsOk())
+      dc.DrawBitmap(item.bitmap, left, y + (height - item.bitmap.GetHeight()) / 2, true);
+    dc.DrawLabel(item.text, wxRect(left + image_column, y, rect.width, height),
+                 wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);
+    if (item.closable) {
+      const wxRect cross = GetCrossRect(item.row);
+      dc.DrawBitmap(m_cross[hot && m_hot_cross ? 1 : 0], cross.x, cross.y, true);
+    }
+    y += height;
+  }
+}
+
+void wxPopupMenu::OnMotion(wxMouseEvent& event) {
+  bool on_cross = false;
+  const int row = HitTest(event.GetPosition(), &on_cross);
+  if (row != m_hot_row || on_cross != m_hot_cross) {
+    m_hot_row = row;
+    m_hot_cross = on_cross;
+    Refresh();
+  }
+  event.Skip();
+}
+
+void wxPopupMenu::OnLeave(wxMouseEvent& event) {
+  SetHotRow(-1);
+  event.Skip();
+}
+
+void wxPopupMenu::OnLeftUp(wxMouseEvent& event) {
+  bool on_cross = false;
+  const int row = HitTest(event.GetPosition(), &on_cross);
+  if (row < 0) {
+    event.Skip();
+    return;
+  }
+  // The handlers may refill or close the menu; nothing of the row is used after.
+  if (on_cross)
+    RequestDelete(row);
+  else
+    Choose(row);
+}
+
+void wxPopupMenu::OnKey(wxKeyEvent& event) {
+  switch (event.GetKeyCode()) {
+    case WXK_DOWN:
+      if (m_row_count > 0) SetHotRow((m_hot_row + 1) % m_row_count);
+      break;
+    case WXK_UP:
+      if (m_row_count > 0) SetHotRow(m_hot_row <= 0 ? m_row_count - 1 : m_hot_row - 1);
+      break;
+    case WXK_RETURN:
+    case WXK_NUMPAD_ENTER:
+      Choose(m_hot_row);
+      break;
+    case WXK_DELETE:
+      RequestDelete(m_hot_row);
+      break;
+    case WXK_ESCAPE:
+      ClosePopup();
+      break;
+    default:
+      event.Skip();
+  }
+}
+
+}  // namespace orvix1

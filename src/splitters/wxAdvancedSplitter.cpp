@@ -1,0 +1,557 @@
+#include "orvix1/wxAdvancedSplitter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <locale>
+#include <sstream>
+
+#include <wx/dcbuffer.h>
+
+#include "core/log.h"
+#include "orvix1/dpi.h"
+
+namespace orvix1 {
+namespace {
+
+log4cplus::Logger splitter_logger() { return log::get_logger("orvix.splitters"); }
+
+}  // namespace
+
+wxIMPLEMENT_DYNAMIC_CLASS(wxAdvancedSplitter, wxWindow);
+
+wxBEGIN_EVENT_TABLE(wxAdvancedSplitter, wxWindow)
+  EVT_SIZE(wxAdvancedSplitter::OnSize)
+  EVT_MOUSE_EVENTS(wxAdvancedSplitter::OnMouseEvent)
+  EVT_PAINT(wxAdvancedSplitter::OnPaint)
+  EVT_TIMER(wxID_ANY, wxAdvancedSplitter::OnTimer)
+  EVT_SYS_COLOUR_CHANGED(wxAdvancedSplitter::OnSysColourChanged)
+  EVT_MOUSE_CAPTURE_LOST(wxAdvancedSplitter::OnCaptureLost)
+wxEND_EVENT_TABLE()
+
+wxAdvancedSplitter::wxAdvancedSplitter() = default;
+
+wxAdvancedSplitter::wxAdvancedSplitter(wxWindow* parent, wxWindowID id, const wxPoint& pos,
+                                       const wxSize& size, long style, const wxString& name) {
+  Create(parent, id, pos, size, style, name);
+}
+
+wxAdvancedSplitter::~wxAdvancedSplitter() {
+  m_timer.Stop();
+  Unlink();
+  if (m_element) m_element->SashPositionChanged().disconnect(this, &wxAdvancedSplitter::OnSplitterSashPosChanged);
+}
+
+bool wxAdvancedSplitter::Create(wxWindow* parent, wxWindowID id, const wxPoint& pos,
+                                const wxSize& size, long style, const wxString& name) {
+  // The paint handler covers the whole client area.
+  SetBackgroundStyle(wxBG_STYLE_PAINT);
+  if (!wxWindow::Create(parent, id, pos, size, style | wxFULL_REPAINT_ON_RESIZE, name)) return false;
+  m_element = element_ptr_t(new wxSplitterElement(this, true));
+  m_element->SashPositionChanged().connect(this, &wxAdvancedSplitter::OnSplitterSashPosChanged);
+  m_timer.SetOwner(this);
+  m_last_extent = Extent();
+  UpdateButtonDirection();
+  return true;
+}
+
+// --- panes --------------------------------------------------------------------
+
+bool wxAdvancedSplitter::SplitVertically(wxWindow* panel1, wxWindow* panel2) {
+  return Split(panel1, panel2, false);
+}
+
+bool wxAdvancedSplitter::SplitHorizontally(wxWindow* panel1, wxWindow* panel2) {
+  return Split(panel1, panel2, true);
+}
+
+bool wxAdvancedSplitter::Split(wxWindow* panel1, wxWindow* panel2, bool horizontal) {
+  if (panel1 == nullptr || panel2 == nullptr || !m_element) {
+    ORVIX_LOG_WARNING(splitter_logger(), "a splitter needs two panes and a sash; nothing was split");
+    return false;
+  }
+  AdoptPanel(panel1);
+  AdoptPanel(panel2);
+  m_panel1 = panel1;
+  m_panel2 = panel2;
+  m_horizontal = horizontal;
+  m_element->SetVertical(!horizontal);
+  m_timer.Stop();
+  m_closing = m_second_pane_closed = false;
+  m_panel1->Show();
+  m_panel2->Show();
+  m_last_extent = Extent();
+  UpdateButtonDirection();
+  m_element->SetSashPosition(OpenPosition());
+  CalcLayout();
+  Refresh();
+  return true;
+}
+
+void wxAdvancedSplitter::AdoptPanel(wxWindow* panel) {
+  if (panel != nullptr && panel->GetParent() != this) panel->Reparent(this);
+}
+
+void wxAdvancedSplitter::SetPanel1(wxWindow* panel) {
+  AdoptPanel(panel);
+  m_panel1 = panel;
+  CalcLayout();
+}
+
+void wxAdvancedSplitter::SetPanel2(wxWindow* panel) {
+  AdoptPanel(panel);
+  m_panel2 = panel;
+  CalcLayout();
+}
+
+// A pane destroyed by its owner is forgotten; the other stays where it is.
+void wxAdvancedSplitter::RemoveChild(wxWindowBase* child) {
+  if (child == m_panel1) m_panel1 = nullptr;
+  if (child == m_panel2) m_panel2 = nullptr;
+  wxWindow::RemoveChild(child);
+}
+
+wxWindow* wxAdvancedSplitter::ClosingPanel() const {
+  return m_pane_to_close == ptcSecond ? m_panel2 : m_panel1;
+}
+
+// --- geometry -----------------------------------------------------------------
+
+int wxAdvancedSplitter::Extent() const {
+  const wxSize client = GetClientSize();
+  return m_horizontal ? client.y : client.x;
+}
+
+int wxAdvancedSplitter::OpenPosition() const {
+  return static_cast<int>(m_element->GetMaxSashPosition() * m_relative_position);
+}
+
+int wxAdvancedSplitter::ClosedPosition() const {
+  return m_pane_to_close == ptcSecond ? m_element->GetMaxSashPosition()
+                                      : m_element->GetSashSize() / 2;
+}
+
+int wxAdvancedSplitter::PanelExtentAt(int position) const {
+  const int size = m_element->GetSashSize();
+  const int start = std::max(0, position - size / 2);
+  return m_pane_to_close == ptcSecond ? std::max(0, Extent() - start - size) : start;
+}
+
+int wxAdvancedSplitter::MinimumPanelExtent() const {
+  return calculate_DPI_scaled_size(AutocloseExtent, 0).x;
+}
+
+bool wxAdvancedSplitter::ClosingOrClosed() const {
+  return m_timer.IsRunning() ? m_closing : m_second_pane_closed;
+}
+
+// Stored before the sash moves: linked splitters read it while the move is
+// being reported.
+void wxAdvancedSplitter::MoveSashKeepingRelative(int position) {
+  const int extent = Extent();
+  position = m_element->ClampSashPosition(position);
+  if (extent > 0) m_relative_position = static_cast<float>(position) / extent;
+  m_element->SetSashPosition(position);
+}
+
+void wxAdvancedSplitter::CalcLayout() {
+  if (m_panel1 == nullptr || m_panel2 == nullptr || !m_element) return;
+  PlacePanels(m_element->GetSashRect());
+}
+
+// The closing pane keeps the extent it had when it started to close (or
+// will have when open): it slides behind the edge instead of squeezing its
+// content on every tick.
+void wxAdvancedSplitter::PlacePanels(const wxRect& sash) {
+  const int extent = Extent();
+  const int cross = m_horizontal ? GetClientSize().x : GetClientSize().y;
+  int first_start = 0;
+  int first_extent = m_horizontal ? sash.y : sash.x;
+  const int second_start = m_horizontal ? sash.GetBottom() + 1 : sash.GetRight() + 1;
+  int second_extent = std::max(0, extent - second_start);
+  if (ClosingOrClosed() || m_timer.IsRunning()) {
+    if (m_pane_to_close == ptcSecond) {
+      second_extent = std::max(second_extent, m_closing_panel_extent);
+    } else {
+      first_start = first_extent - std::max(first_extent, m_closing_panel_extent);
+      first_extent = std::max(first_extent, m_closing_panel_extent);
+    }
+  }
+  const auto place = [this, cross](wxWindow* panel, int start, int length) {
+    if (m_horizontal)
+      panel->SetSize(0, start, cross, length);
+    else
+      panel->SetSize(start, 0, length, cross);
+  };
+  place(m_panel1, first_start, first_extent);
+  place(m_panel2, second_start, second_extent);
+}
+
+bool wxAdvancedSplitter::Layout() {
+  CalcLayout();
+  return true;
+}
+
+void wxAdvancedSplitter::CenterSash() {
+  if (!m_element || ClosingOrClosed()) return;
+  MoveSashKeepingRelative(Extent() / 2);
+  CalcLayout();
+}
+
+void wxAdvancedSplitter::SetRelativeSashPosition(float relative) {
+  if (!m_element || ClosingOrClosed()) return;
+  m_relative_position = std::min(1.0f, std::max(0.0f, relative));
+  m_element->SetSashPosition(OpenPosition());
+}
+
+void wxAdvancedSplitter::OnSize(wxSizeEvent&) { ApplySize(); }
+
+void wxAdvancedSplitter::ApplySize() {
+  if (!m_element) return;
+  const int extent = Extent();
+  const int position = m_element->GetSashPosition();
+  if (m_timer.IsRunning()) {
+    m_target_position = m_closing ? ClosedPosition() : OpenPosition();
+  } else if (m_second_pane_closed) {
+    m_element->SetSashPosition(ClosedPosition());
+  } else if (m_resizing_mode == rmProportional) {
+    m_element->SetSashPosition(OpenPosition());
+  } else {
+    const int growth = m_resizing_mode == rmKeepSecond ? extent - m_last_extent : 0;
+    MoveSashKeepingRelative(position + growth);
+  }
+  m_last_extent = extent;
+  CalcLayout();
+  Refresh();
+}
+
+// --- collapsing ---------------------------------------------------------------
+
+void wxAdvancedSplitter::ChangePaneState(bool open) {
+  const bool close = !open;
+  if (!m_element || close == ClosingOrClosed()) return;
+  // A pane reopened next to the edge would look as if nothing happened.
+  if (open && PanelExtentAt(OpenPosition()) < MinimumPanelExtent()) m_relative_position = 0.5f;
+  m_closing = close;
+  const int target = close ? ClosedPosition() : OpenPosition();
+  m_closing_panel_extent = PanelExtentAt(close ? m_element->GetSashPosition() : target);
+  if (open && ClosingPanel() != nullptr) ClosingPanel()->Show();
+  if (m_animation_enabled && IsShownOnScreen()) {
+    StartAnimation(target);
+  } else {
+    m_element->SetSashPosition(target);
+    FinishAnimation();
+  }
+  UpdateButtonDirection();
+  Refresh();
+}
+
+// Closing accelerates from a pixel per tick; opening starts fast and settles.
+void wxAdvancedSplitter::StartAnimation(int target) {
+  m_target_position = target;
+  m_animated_position = static_cast<float>(m_element->GetSashPosition());
+  const float distance = target - m_animated_position;
+  if (distance == 0) {
+    FinishAnimation();
+    return;
+  }
+  if (m_closing)
+    m_speed = distance > 0 ? 1.0f : -1.0f;
+  else
+    m_speed = distance / m_acceleration;
+  m_timer.Start(AnimationInterval);
+}
+
+void wxAdvancedSplitter::OnTimer(wxTimerEvent&) {
+  if (!m_element) return;
+  m_animated_position += m_speed;
+  if (m_closing) {
+    m_speed *= m_acceleration;
+  } else {
+    m_speed /= m_acceleration;
+    if (std::fabs(m_speed) < 1.0f) m_speed = std::copysign(1.0f, m_speed);
+  }
+  const bool passed = (m_target_position - m_animated_position) * m_speed <= 0;
+  if (passed) {
+    m_element->SetSashPosition(m_target_position);
+    FinishAnimation();
+  } else {
+    m_element->SetSashPosition(static_cast<int>(m_animated_position));
+  }
+}
+
+void wxAdvancedSplitter::FinishAnimation() {
+  m_timer.Stop();
+  m_second_pane_closed = m_closing;
+  wxWindow* closing = ClosingPanel();
+  // A closed pane is hidden so that keyboard navigation skips it.
+  if (closing != nullptr) closing->Show(!m_second_pane_closed);
+  UpdateButtonDirection();
+  CalcLayout();
+  Refresh();
+}
+
+void wxAdvancedSplitter::SetAccelerationFactor(float factor) {
+  if (!(factor > 1.0f)) {
+    ORVIX_LOG_WARNING(splitter_logger(), "splitter acceleration factor " << factor
+                                             << " ignored: it must be above 1");
+    return;
+  }
+  m_acceleration = factor;
+}
+
+void wxAdvancedSplitter::EnableCloseButton(bool enable) {
+  if (!m_element) return;
+  m_element->SetButtonState(enable ? wxSplitterElement::vsNormal : wxSplitterElement::vsDisabled);
+  Refresh();
+}
+
+void wxAdvancedSplitter::ShowCloseButton(bool show) {
+  if (!m_element) return;
+  m_element->ShowButton(show);
+  Refresh();
+}
+
+void wxAdvancedSplitter::SetPaneToClose(PaneToClose pane) {
+  m_pane_to_close = pane;
+  UpdateButtonDirection();
+  Refresh();
+}
+
+void wxAdvancedSplitter::UpdateButtonDirection() {
+  if (!m_element) return;
+  const bool toward_end = (m_pane_to_close == ptcSecond) != ClosingOrClosed();
+  if (m_horizontal)
+    m_element->SetButtonDirection(toward_end ? wxSplitterElement::bdDown : wxSplitterElement::bdUp);
+  else
+    m_element->SetButtonDirection(toward_end ? wxSplitterElement::bdRight
+                                             : wxSplitterElement::bdLeft);
+}
+
+// --- mouse --------------------------------------------------------------------
+
+void wxAdvancedSplitter::OnMouseEvent(wxMouseEvent& event) {
+  event.Skip();
+  if (!m_element) return;
+  const wxPoint point = event.GetPosition();
+  if (event.LeftDClick())
+    OnDoubleClick(point);
+  else if (event.LeftDown())
+    OnLeftDown(point);
+  else if (event.LeftUp())
+    OnLeftUp(point);
+  else if (event.Dragging() && m_dragging)
+    DoSashMoving(point);
+  else if (event.Leaving() && !m_dragging)
+    OnLeaveSash();
+  else if (!m_dragging && (event.Moving() || event.Entering()))
+    UpdateHover(point);
+}
+
+bool wxAdvancedSplitter::OnSash(const wxPoint& point) const {
+  if (m_element->GetSashSize() == 0) return false;
+  return m_element->SashHitTest(point.x, point.y) || m_element->ButtonHitTest(point.x, point.y);
+}
+
+bool wxAdvancedSplitter::ButtonTakesClicks() const {
+  return m_element->GetButtonState() != wxSplitterElement::vsDisabled;
+}
+
+void wxAdvancedSplitter::OnLeftDown(const wxPoint& point) {
+  m_down_toggled = false;
+  if (!OnSash(point)) return;
+  const bool on_button = m_element->ButtonHitTest(point.x, point.y);
+  if (ButtonTakesClicks() && (m_second_pane_closed || on_button)) {
+    TogglePane();
+    m_down_toggled = true;
+  }
+  if (on_button && ButtonTakesClicks()) m_element->SetButtonState(wxSplitterElement::vsPressed);
+  m_element->SetSashState(wxSplitterElement::vsPressed);
+  m_dragging = true;
+  m_last_point = point;
+  m_relative_before_drag = m_relative_position;
+  if (!HasCapture()) CaptureMouse();
+  Refresh();
+}
+
+// A double-click toggles the pane once: not again when its first click
+// already did.
+void wxAdvancedSplitter::OnDoubleClick(const wxPoint& point) {
+  if (OnSash(point) && !m_down_toggled && ButtonTakesClicks()) TogglePane();
+  m_down_toggled = false;
+}
+
+void wxAdvancedSplitter::TogglePane() {
+  ChangePaneState(ClosingOrClosed());
+  m_modified_by_user = true;
+}
+
+void wxAdvancedSplitter::DoSashMoving(const wxPoint& point) {
+  const wxPoint movement = point - m_last_point;
+  m_last_point = point;
+  const int step = m_horizontal ? movement.y : movement.x;
+  // The animation owns the sash until it ends.
+  if (step == 0 || m_timer.IsRunning()) return;
+  if (m_second_pane_closed) {  // dragged out by hand
+    m_closing = m_second_pane_closed = false;
+    if (ClosingPanel() != nullptr) ClosingPanel()->Show();
+    UpdateButtonDirection();
+  }
+  MoveSashKeepingRelative(m_element->GetSashPosition() + step);
+  m_modified_by_user = true;
+}
+
+void wxAdvancedSplitter::OnLeftUp(const wxPoint& point) {
+  if (!m_dragging) return;
+  EndDragging();
+  if (m_autoclosing && !ClosingOrClosed() &&
+      PanelExtentAt(m_element->GetSashPosition()) < MinimumPanelExtent()) {
+    // Reopening brings back the size it had before this drag.
+    m_relative_position = m_relative_before_drag;
+    ChangePaneState(false);
+  }
+  UpdateHover(point);
+}
+
+void wxAdvancedSplitter::EndDragging() {
+  m_dragging = false;
+  if (HasCapture()) ReleaseMouse();
+  if (m_element->GetButtonState() == wxSplitterElement::vsPressed)
+    m_element->SetButtonState(wxSplitterElement::vsNormal);
+  m_element->SetSashState(m_hovering ? wxSplitterElement::vsHighlighted : wxSplitterElement::vsNormal);
+  Refresh();
+}
+
+void wxAdvancedSplitter::OnCaptureLost(wxMouseCaptureLostEvent&) { EndDragging(); }
+
+void wxAdvancedSplitter::UpdateHover(const wxPoint& point) {
+  const bool over = OnSash(point);
+  if (over && !m_hovering)
+    OnEnterSash();
+  else if (!over && m_hovering)
+    OnLeaveSash();
+  if (!over) return;
+  const bool on_button = m_element->ButtonHitTest(point.x, point.y) && ButtonTakesClicks();
+  const wxSplitterElement::VisualState button =
+      on_button ? wxSplitterElement::vsHighlighted : wxSplitterElement::vsNormal;
+  if (ButtonTakesClicks() && m_element->GetButtonState() != button) {
+    m_element->SetButtonState(button);
+    Refresh();
+  }
+  SetCursor(wxCursor(on_button ? wxCURSOR_HAND : m_horizontal ? wxCURSOR_SIZENS : wxCURSOR_SIZEWE));
+}
+
+void wxAdvancedSplitter::OnEnterSash() {
+  m_hovering = true;
+  m_element->SetSashState(wxSplitterElement::vsHighlighted);
+  Refresh();
+}
+
+void wxAdvancedSplitter::OnLeaveSash() {
+  m_hovering = false;
+  m_element->SetSashState(wxSplitterElement::vsNormal);
+  if (ButtonTakesClicks()) m_element->SetButtonState(wxSplitterElement::vsNormal);
+  SetCursor(wxCursor(wxCURSOR_ARROW));
+  Refresh();
+}
+
+// --- painting and colours -----------------------------------------------------
+
+void wxAdvancedSplitter::OnPaint(wxPaintEvent&) {
+  wxAutoBufferedPaintDC dc(this);
+  dc.SetBackground(wxBrush(GetBackgroundColour()));
+  dc.Clear();
+  if (m_element) m_element->Draw(dc);
+}
+
+void wxAdvancedSplitter::OnSysColourChanged(wxSysColourChangedEvent& event) {
+  if (m_element) m_element->InitializeDefaultColors();
+  Refresh();
+  event.Skip();
+}
+
+// --- sash signals and linking -------------------------------------------------
+
+void wxAdvancedSplitter::OnSplitterSashPosChanged(int) {
+  CalcLayout();
+  Refresh();
+}
+
+void wxAdvancedSplitter::OnLinkedSplitterSashPosChanged(int position) {
+  if (!m_element || ClosingOrClosed() || m_timer.IsRunning()) return;
+  // The leader's relative position, not this splitter's view of the pixel:
+  // while a sizer lays out linked splitters one after the other their sizes
+  // differ, and a clamped pixel says nothing about where the user wants it.
+  const auto* leader = wxDynamicCast(m_linked->GetHolder(), wxAdvancedSplitter);
+  if (leader != nullptr)
+    m_relative_position = leader->GetRelativeSashPosition();
+  else if (Extent() > 0)
+    m_relative_position = static_cast<float>(m_element->ClampSashPosition(position)) / Extent();
+  m_element->SetSashPosition(position);
+}
+
+void wxAdvancedSplitter::OnLinkedSplitterSashStateChanged(wxSplitterElement::VisualState state) {
+  if (!m_element) return;
+  m_element->SetSashState(state);
+  Refresh();
+}
+
+bool wxAdvancedSplitter::SynchronizeWith(element_ptr_t other) {
+  if (other.get() != nullptr && other.get() == m_element.get()) {
+    ORVIX_LOG_WARNING(splitter_logger(), "a splitter cannot follow its own sash");
+    return false;
+  }
+  Unlink();
+  m_linked = other;
+  if (!m_linked) return true;
+  m_linked->SashPositionChanged().connect(this, &wxAdvancedSplitter::OnLinkedSplitterSashPosChanged);
+  m_linked->SashStateChanged().connect(this, &wxAdvancedSplitter::OnLinkedSplitterSashStateChanged);
+  OnLinkedSplitterSashPosChanged(m_linked->GetSashPosition());
+  return true;
+}
+
+void wxAdvancedSplitter::Unlink() {
+  if (!m_linked) return;
+  m_linked->SashPositionChanged().disconnect(this, &wxAdvancedSplitter::OnLinkedSplitterSashPosChanged);
+  m_linked->SashStateChanged().disconnect(this, &wxAdvancedSplitter::OnLinkedSplitterSashStateChanged);
+  m_linked = element_ptr_t();
+}
+
+// --- saved state --------------------------------------------------------------
+
+std::string wxAdvancedSplitter::SaveState() const {
+  std::ostringstream out;
+  out.imbue(std::locale::classic());
+  out << "position=" << std::fixed << std::setprecision(4) << m_relative_position
+      << ";closed=" << (ClosingOrClosed() ? 1 : 0);
+  return out.str();
+}
+
+bool wxAdvancedSplitter::RestoreState(const std::string& state) {
+  std::istringstream in(state);
+  in.imbue(std::locale::classic());
+  float relative = 0;
+  int closed = -1;
+  std::string position_key(9, '\0'), closed_key(8, '\0');
+  in.read(&position_key[0], 9);
+  in >> relative;
+  in.read(&closed_key[0], 8);
+  in >> closed;
+  const bool readable = in && in.peek() == std::char_traits<char>::eof() &&
+                        position_key == "position=" && closed_key == ";closed=" &&
+                        (closed == 0 || closed == 1) && relative >= 0 && relative <= 1;
+  if (!readable || !m_element) {
+    ORVIX_LOG_WARNING(splitter_logger(), "splitter state \"" << state << "\" not restored: "
+                                             "expected position=<0..1>;closed=<0|1>");
+    return false;
+  }
+  m_timer.Stop();
+  m_relative_position = relative;
+  m_closing = closed == 1;
+  m_closing_panel_extent = PanelExtentAt(OpenPosition());
+  m_element->SetSashPosition(m_closing ? ClosedPosition() : OpenPosition());
+  FinishAnimation();
+  return true;
+}
+
+}  // namespace orvix1

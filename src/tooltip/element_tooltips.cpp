@@ -1,0 +1,66 @@
+// How elements show their tooltips. The element framework only names the
+// tooltip window; making it, attaching it to the holder and watching it die
+// are done here, on the tooltip's side, so that elements/ never includes it.
+//
+// An element's tooltip is made on first use and shown by the root's host
+// while the pointer is over the element. The host attaches it to the holder
+// for that time, since that is the window the pointer is in.
+
+#include "orvix1/elements/ElementAdapter.h"
+#include "orvix1/elements/UIElement.h"
+#include "orvix1/wxCustomTooltip.h"
+#include "core/wx_assert.h"
+
+namespace orvix1 {
+namespace elements {
+
+wxCustomTooltip* UIElement::GetTooltip() {
+  if (m_tooltip == nullptr) {
+    m_tooltip = new wxCustomTooltip();
+    wxCustomTooltip::GetDestroyedSignal().connect(this, &UIElement::OnTooltipDestroyed);
+  }
+  return m_tooltip;
+}
+
+void UIElement::DestroyTooltip() {
+  wxCustomTooltip* tooltip = m_tooltip;
+  if (tooltip == nullptr) return;
+  m_tooltip = nullptr;
+  wxCustomTooltip::GetDestroyedSignal().disconnect(this, &UIElement::OnTooltipDestroyed);
+  tooltip->Destroy();
+}
+
+// Only this element's own tooltip is forgotten.
+void UIElement::OnTooltipDestroyed(wxCustomTooltip* tooltip) {
+  if (m_tooltip != tooltip) return;
+  m_tooltip = nullptr;
+  wxCustomTooltip::GetDestroyedSignal().disconnect(this, &UIElement::OnTooltipDestroyed);
+}
+
+void ElementAdapter::OnRequestSetTooltip(wxCustomTooltip* tip) {
+  if (!ORVIX_ASSERT_AT(m_holder && tip, "m_holder && tip", nullptr, __LINE__)) return;
+  if (m_tooltip != nullptr) OnRequestClearTooltip();
+  // The holder may carry a tooltip of its own: the element's goes first.
+  if (wxCustomTooltip* other = wxCustomTooltip::GetAssociatedTooltip(m_holder))
+    other->Detach(m_holder);
+  tip->Attach(m_holder);
+  tip->Bind(wxEVT_DESTROY, &ElementAdapter::OnTooltipDestroyed, this);
+  m_tooltip = tip;
+  tip->Popup();
+}
+
+void ElementAdapter::OnRequestClearTooltip() {
+  wxCustomTooltip* tip = m_tooltip;
+  if (tip == nullptr) return;
+  m_tooltip = nullptr;
+  tip->Unbind(wxEVT_DESTROY, &ElementAdapter::OnTooltipDestroyed, this);
+  if (m_holder != nullptr) tip->Detach(m_holder);
+}
+
+void ElementAdapter::OnTooltipDestroyed(wxWindowDestroyEvent& event) {
+  event.Skip();
+  if (event.GetEventObject() == m_tooltip) m_tooltip = nullptr;
+}
+
+}  // namespace elements
+}  // namespace orvix1
