@@ -24,6 +24,10 @@ ORVIX1_API wxSize GetTextSize(const wxWindow* window, const wxString& text,
 
 /// `text` when it fits `width` in the DC's font; otherwise its longest head
 /// that fits with "..." appended, or "" when not even the dots fit.
+///
+/// This and wrap_text cut between characters, never inside one: a wxString
+/// is cut by code points, so its UTF-8 form stays valid (the library's rule,
+/// as in elements::TextElement::AddEllipsis).
 ORVIX1_API wxString elide_text(wxDC& dc, const wxString& text, int width);
 
 /// `text` broken into lines no wider than `width` in the DC's font, joined

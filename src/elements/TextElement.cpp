@@ -18,6 +18,27 @@ const char k_ellipsis[] = "...";
 // Text is measured and drawn through the C library's locale conversion.
 wxString to_display(const std::string& text) { return wxString(text.c_str(), wxConvLibc); }
 
+// The byte length a UTF-8 lead byte announces; 1 for anything else, so a
+// stray byte counts as a character of its own.
+std::size_t announced_length(unsigned char lead) {
+  if ((lead & 0xE0) == 0xC0) return 2;
+  if ((lead & 0xF0) == 0xE0) return 3;
+  if ((lead & 0xF8) == 0xF0) return 4;
+  return 1;
+}
+
+// Drops the head of a character the text ends inside of: half a UTF-8
+// sequence makes the whole line unreadable to the locale conversion, so it
+// would draw nothing at all.
+void drop_partial_character(std::string& text) {
+  std::size_t lead = text.size();
+  while (lead > 0 && text.size() - lead < 3 && (static_cast<unsigned char>(text[lead - 1]) & 0xC0) == 0x80)
+    --lead;
+  if (lead == 0) return;
+  const std::size_t present = text.size() - lead + 1;
+  if (present < announced_length(static_cast<unsigned char>(text[lead - 1]))) text.erase(lead - 1);
+}
+
 int width_of(wxDC& dc, const std::string& text) {
   const wxString shown = to_display(text);
   return shown.empty() ? 0 : dc.GetTextExtent(shown).x;
@@ -168,8 +189,9 @@ std::string TextElement::AddEllipsis(const std::string& text, int max_width, boo
     m_truncated = true;
     for (;;) {
       if (result.empty()) break;
-      // Cut by bytes: a multi-byte character may be split where it falls.
+      // Cut by bytes, but a character is removed whole.
       result.pop_back();
+      drop_partial_character(result);
       const std::string candidate = result + k_ellipsis;
       if (width_of(*dc, candidate) <= max_width) {
         result = candidate;

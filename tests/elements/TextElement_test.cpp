@@ -3,12 +3,14 @@
 #include <string>
 #include <vector>
 
+#include <glib.h>
 #include <gtest/gtest.h>
 #include <wx/dcclient.h>
 #include <wx/dcmemory.h>
 #include <wx/frame.h>
 
 #include "orvix1/elements/bindings.h"
+#include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 #include "support/fake_element_host.h"
 #include "support/paint_canvas.h"
@@ -225,18 +227,35 @@ TEST_F(TextElementTest, WithoutTruncationOrInMultilineModeNoEllipsisIsAdded) {
   EXPECT_TRUE(m_truncations.empty());
 }
 
-// Cutting goes by bytes: the last character of "ééééé" is split and the
-// broken byte is kept before the dots. The C library's conversion cannot
-// read such a line, so it measures, and shows, as nothing.
-TEST_F(TextElementTest, CuttingMultiByteTextSplitsTheLastCharacter) {
-  const std::string accented = "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9";  // five é
-  text_ptr_t text = make_text(accented);
-  EXPECT_EQ(text->GetSize().x, client_width(m_bold, accented));  // read as UTF-8
-
-  const std::string cut = text->AddEllipsis(accented, client_width(m_bold, accented) - 1, false);
-  EXPECT_EQ(cut, accented.substr(0, accented.size() - 1) + "...");
-  EXPECT_TRUE(text->IsTruncated());
+// Cuts never split a character: at every width the line stays valid UTF-8,
+// keeps its dots while they fit and is never wider than asked. Text drawn
+// by elide_text and wrapped by wrap_text follows the same rule.
+TEST_F(TextElementTest, CutsNeverSplitACharacterAtAnyWidth) {
+  const std::string texts[] = {
+      "Gr\xC3\xB6\xC3\x9F" "en\xC3\xA4nderung \xC3\xBC" "ber \xC3\x96lf\xC3\xA4sser",  // Größenänderung über Ölfässer
+      "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\xE3\x81\xAE\xE6\x96\x87",  // 日本語の文
+      "ok \xF0\x9F\x98\x80\xF0\x9F\x9A\x80 go",                                   // two emoji
+  };
+  wxClientDC dc(m_window);
+  dc.SetFont(m_bold);
+  const int dots = client_width(m_bold, "...");
+  for (const std::string& whole : texts) {
+    text_ptr_t text = make_text(whole);
+    const wxString wide = wxString::FromUTF8(whole);
+    for (int width = 0; width <= client_width(m_bold, whole); ++width) {
+      SCOPED_TRACE(whole + " at " + std::to_string(width));
+      const std::string cut = text->AddEllipsis(whole, width, false);
+      ASSERT_TRUE(g_utf8_validate(cut.c_str(), static_cast<gssize>(cut.size()), nullptr));
+      EXPECT_EQ(cut.empty(), width < dots);
+      EXPECT_LE(client_width(m_bold, cut), width);
+      const wxString elided = elide_text(dc, wide, width);
+      EXPECT_EQ(elided.empty(), width < dots);
+      EXPECT_LE(dc.GetTextExtent(elided).x, width);
+      ASSERT_EQ(wxString::FromUTF8(elided.utf8_str()), elided);
+    }
+    const wxString wrapped = wrap_text(dc, wide, dots);
+    EXPECT_EQ(wxString::FromUTF8(wrapped.utf8_str()), wrapped);
+  }
 }
-
 
 }  // namespace

@@ -92,8 +92,15 @@ class ORVIX1_API TextElement : public UIElement {
   void ReleaseDC(wxDC* dc);
 
   /// The text to draw in `max_width` pixels: `text` itself when it fits (and
-  /// `force` is false), else its longest byte prefix followed by "..." that
-  /// fits, else "". Updates the cut state and signals a change of it.
+  /// `force` is false), else its longest prefix followed by "..." that fits,
+  /// else "". Updates the cut state and signals a change of it.
+  ///
+  /// The library's rule for cutting text: a cut never splits a character.
+  /// Bytes are removed from the end one at a time, and when a cut lands
+  /// inside a multi-byte UTF-8 character the rest of that character goes
+  /// too, so the result of valid UTF-8 is valid UTF-8. ASCII text is cut
+  /// byte by byte as before. elide_text and wrap_text (text_utils.h) and
+  /// tab captions follow the same rule.
   std::string AddEllipsis(const std::string& text, int max_width, bool force);
 
  private:
