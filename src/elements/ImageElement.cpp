@@ -117,8 +117,10 @@ void ImageElement::StartAnimation(const wxAnimation& animation, GdkPixbufAnimati
   if (m_frames != nullptr) {
     m_image = pixbuf::to_image(gdk_pixbuf_animation_iter_get_pixbuf(GetIter()));
     const int delay = GetFrameDelay();
-    // A first frame shown for ever needs no timer, nor does a hidden one.
-    if (delay >= 0 && IsVisibleOnScreen()) SetTimer(delay);
+    // A first frame shown for ever needs no timer, nor does a hidden
+    // element. The holder's own state does not count: a window built and
+    // shown afterwards tells its children nothing that would start it.
+    if (delay >= 0 && IsVisible()) SetTimer(delay);
   } else if (animation.IsOk() && animation.GetFrameCount() > 0) {
     m_image = animation.GetFrame(0);
   } else {

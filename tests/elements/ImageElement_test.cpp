@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <wx/frame.h>
 #include <wx/generic/animate.h>
 
 #include "support/fake_element_host.h"
@@ -154,10 +155,17 @@ TEST_F(ImageElementTest, HiddenAnimationsAndFramesShownForEverHoldNoTimer) {
 
   m_root->SetVisible(false);  // hiding an ancestor hides it as well
   EXPECT_EQ(take_requests(), (requests_t{"kill img"}));
-  ASSERT_TRUE(m_image->SetAnimationFile(location("once.gif")));
-  EXPECT_EQ(take_requests(), (requests_t{"kill img"}));
   m_root->SetVisible(true);
   EXPECT_EQ(take_requests(), (requests_t{"timer img 100"}));
+
+  // A window not shown yet: the element's own visibility starts the
+  // animation, since showing a frame tells its children nothing.
+  wxFrame* unshown = new wxFrame(nullptr, wxID_ANY, "later");
+  m_host.m_holder = unshown;
+  ASSERT_TRUE(m_image->SetAnimationFile(location("once.gif")));
+  EXPECT_EQ(take_requests(), (requests_t{"kill img", "timer img 100"}));
+  m_host.m_holder = nullptr;
+  unshown->Destroy();
   m_image->tick_after(100);
   take_requests();
   m_image->tick_after(100);  // played once: the last frame stays
