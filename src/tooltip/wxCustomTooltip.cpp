@@ -262,7 +262,10 @@ void wxCustomTooltip::OnMouse(wxMouseEvent& event) {
   event.Skip();  // the content's elements see it too
   if (m_owner == nullptr || event.GetEventType() == wxEVT_LEAVE_WINDOW) return;
   const wxPoint pointer = GetMouseScreenPosition();
-  const wxRect target_rect(m_owner->GetScreenPosition(), m_owner->GetSize());
+  // The target's rectangle as it reports it, in its parent's coordinates:
+  // a pointer over the target on screen does not count as inside, so a
+  // click on a tooltip covering its own target still reaches the target.
+  const wxRect target_rect(m_owner->GetPosition(), m_owner->GetSize());
   if (target_rect.Contains(pointer)) return;
   event.Skip(false);
   DoHideTooltip();

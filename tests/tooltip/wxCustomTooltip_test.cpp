@@ -102,16 +102,38 @@ TEST_F(CustomTooltip, SizedToItsTextPlacedBesideThePointerInsideTheWorkArea) {
   }
 }
 
-TEST_F(CustomTooltip, ClicksOnTheTooltipReachTheTarget) {
-  wxPoint clicked_at(-1, -1);
+// The pointer is tested against the target's position and size as the
+// target reports them (its parent's coordinates), not against where it is
+// on screen: a click on a tooltip over its own target on screen reaches it.
+TEST_F(CustomTooltip, ClicksOnTheTooltipReachTheTargetUnlessThePointerIsInItsReportedRect) {
+  auto* inset = new wxPanel(m_host, wxID_ANY, wxPoint(300, 100), wxSize(200, 100));
+  m_target->Reparent(inset);
+  m_target->Move(10, 10);
+  const wxRect reported(m_target->GetPosition(), m_target->GetSize());
+  const wxPoint on_target_on_screen = m_target->GetScreenPosition() + wxPoint(5, 5);
+  ASSERT_FALSE(reported.Contains(on_target_on_screen));
+  const struct {
+    wxPoint pointer;
+    bool reaches_target;
+  } cases[] = {
+      {on_target_on_screen, true},
+      {m_target->GetScreenPosition() + wxPoint(150, 20), true},  // beside the target
+      {reported.GetPosition() + wxPoint(5, 5), false},             // inside the reported rect
+  };
+  wxPoint clicked_at;
   m_target->Bind(wxEVT_LEFT_DOWN, [&](wxMouseEvent& event) { clicked_at = event.GetPosition(); });
   m_tooltip->SetShowDelay(0);
-  m_tooltip->mouse = m_target->GetScreenPosition() + wxPoint(150, 20);  // outside the target
-  enter_target();
-  ASSERT_TRUE(m_tooltip->IsShown());
-  send_mouse(m_tooltip, wxEVT_LEFT_DOWN, wxPoint(3, 4));
-  EXPECT_FALSE(m_tooltip->IsShown());
-  EXPECT_EQ(clicked_at, m_target->ScreenToClient(m_tooltip->ClientToScreen(wxPoint(3, 4))));
+  for (const auto& c : cases) {
+    clicked_at = wxPoint(-1, -1);
+    m_tooltip->mouse = c.pointer;
+    enter_target();
+    ASSERT_TRUE(m_tooltip->IsShown());
+    send_mouse(m_tooltip, wxEVT_LEFT_DOWN, wxPoint(3, 4));
+    EXPECT_EQ(m_tooltip->IsShown(), !c.reaches_target);
+    const wxPoint forwarded = m_target->ScreenToClient(m_tooltip->ClientToScreen(wxPoint(3, 4)));
+    EXPECT_EQ(clicked_at, c.reaches_target ? forwarded : wxPoint(-1, -1));
+    m_tooltip->DoHideTooltip();
+  }
 }
 
 TEST_F(CustomTooltip, OneTooltipPerTargetForgottenWithItsTargetAndReportedWhenDestroyed) {
