@@ -1,10 +1,13 @@
 #include "orvix1/error_dialog.h"
 
+#include <algorithm>
+
 #include <wx/button.h>
 #include <wx/sizer.h>
 #include <wx/textctrl.h>
 
 #include "core/log.h"
+#include "host/dialog_placement.h"
 
 namespace orvix1 {
 namespace {
@@ -15,12 +18,15 @@ class error_dialog_t : public wxDialog {
   explicit error_dialog_t(wxWindow* parent)
       : wxDialog(parent, wxID_ANY, _("Error"), wxDefaultPosition, wxDefaultSize,
                  wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER) {
+    const wxSize size = FromDIP(wxSize(420, 160));
     m_messages = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                                FromDIP(wxSize(420, 160)), wxTE_MULTILINE | wxTE_READONLY);
+                                wxSize(std::min(size.x, detail::widest_dialog_text(this)), size.y),
+                                wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(m_messages, wxSizerFlags(1).Expand().Border());
     sizer->Add(CreateButtonSizer(wxOK), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
     SetSizerAndFit(sizer);
+    detail::centre_dialog_on(this, parent);
     Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Destroy(); }, wxID_OK);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
   }

@@ -7,6 +7,7 @@
 #include <wx/strconv.h>
 #include <wx/utils.h>
 
+#include "host/dialog_placement.h"
 #include "orvix1/tasks/dialog_info.h"
 #include "orvix1/ui_settings.h"
 
@@ -101,8 +102,11 @@ void WaitDialog::SetMultilineText(wxStaticText* control, const std::string& text
   Fit();
   const wxSize before = GetClientSize();
   control->SetLabel(from_locale(text));
+  // The screen's proportions, but never wider than a share of the work
+  // area: a long message would otherwise make a dialog wider than the screen.
+  const int widest = detail::widest_dialog_text(this);
   const int target = metrics.display_width * before.y / metrics.display_height + metrics.sample_width;
-  control->Wrap(std::max(before.x, target));
+  control->Wrap(std::min(std::max(before.x, target), widest));
   Fit();
 
   // Wrapping made the dialog higher; widen it once more if it is still too
@@ -110,9 +114,9 @@ void WaitDialog::SetMultilineText(wxStaticText* control, const std::string& text
   // wider wrap starts again from the unwrapped text.
   const wxSize after = GetClientSize();
   const int target2 = after.y * metrics.display_width / metrics.display_height + metrics.sample_width;
-  if (after.x < target2) {
+  if (after.x < std::min(target2, widest)) {
     control->SetLabel(from_locale(text));
-    control->Wrap(target2);
+    control->Wrap(std::min(target2, widest));
     Fit();
   }
 }
@@ -142,6 +146,7 @@ void WaitDialog::OnClose(wxCloseEvent& event) {
 void WaitDialog::OnInitDialog(wxInitDialogEvent& event) {
   wxDialog::OnInitDialog(event);  // the standard initialisation: data to the controls
   Layout();
+  detail::centre_dialog_on(this, GetParent());
   if (has_frames(m_animation->GetAnimation())) m_animation->Play();
   m_timer->Start(poll_interval_ms, wxTIMER_CONTINUOUS);
 }

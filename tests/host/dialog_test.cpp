@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <wx/frame.h>
 #include <wx/textctrl.h>
 
 #include "orvix1/error_dialog.h"
@@ -71,9 +72,16 @@ TEST(ErrorDialog, CollectsMessagesUntilClosed) {
   dialog->ProcessWindowEvent(ok);
   EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
   pump_events();
-  orvix1::show_error_dlg("new");
+  // Over the window it belongs to, not at the screen's corner.
+  auto* owner = new wxFrame(nullptr, wxID_ANY, "owner", wxPoint(300, 200), wxSize(500, 400));
+  owner->Show();
+  orvix1::show_error_dlg("new", owner);
   ASSERT_NE(orvix1::get_error_dlg(), nullptr);
+  const wxRect rect = orvix1::get_error_dlg()->GetScreenRect();
+  EXPECT_NEAR(rect.x + rect.width / 2, 550, 1);
+  EXPECT_NEAR(rect.y + rect.height / 2, 400, 1);
   orvix1::destroy_error_dlg();
+  owner->Destroy();
   EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
 }
 

@@ -6,6 +6,8 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 #include <wx/app.h>
+#include <wx/display.h>
+#include <wx/frame.h>
 #include <wx/mstream.h>
 #include <wx/sizer.h>
 
@@ -78,6 +80,25 @@ TEST(WaitDialogLayout, IconTitleSpacerAndMessageInATwoColumnGrid) {
   const wxSize display = wxGetDisplaySize(), client = dialog.GetClientSize();
   EXPECT_GE(client.x, client.y * display.x / display.y);
   EXPECT_LT(client.x, display.x);
+}
+
+// Over its parent, and never wider than 60% of the work area: a message of
+// one long line once made the dialog wider than the screen.
+TEST(WaitDialogLayout, OpensOverItsParentAndWrapsWithinTheWorkArea) {
+  auto* parent = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(240, 160), wxSize(600, 400));
+  parent->Show();
+  auto* dialog = new WaitDialog(parent, boost::shared_ptr<operation_status_t>());
+  std::string text;
+  for (int word = 0; word < 400; ++word) text += "waiting ";
+  dialog->SetMsgText(text);
+  dialog->InitDialog();
+  const wxRect rect = dialog->GetScreenRect();
+  EXPECT_LE(dialog->GetMessageCtrl()->GetSize().x, wxDisplay(0u).GetClientArea().width * 6 / 10);
+  EXPECT_NEAR(rect.x + rect.width / 2, 540, 1);
+  EXPECT_NEAR(rect.y + rect.height / 2, 360, 1);
+  dialog->Destroy();
+  parent->Destroy();
+  pump_events();
 }
 
 // The dialog polls either kind of status every 500 ms, refuses to close
