@@ -18,6 +18,10 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/talvar2/include/" "${PROJECT_SOURCE_DIR
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
   FILES_MATCHING PATTERN "*.h")
 
+# The shipped palettes, for ui_settings_configure_t::apply_theme.
+install(FILES "${PROJECT_SOURCE_DIR}/themes/light.xml" "${PROJECT_SOURCE_DIR}/themes/dark.xml"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/orvix1/themes")
+
 install(EXPORT orvix1Targets
   NAMESPACE orvix1::
   DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}")

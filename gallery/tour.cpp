@@ -227,7 +227,7 @@ class tour_t {
     auto* choice = find<wxChoice>(m_page, k_palette_theme_choice);
     step("switching to the dark theme repaints in its colours", [&]() -> outcome_t {
       if (choice == nullptr) return "no theme choice";
-      const wxColour dark(0x1F, 0x24, 0x30);
+      const wxColour dark(0x1E, 0x1F, 0x22);
       choose(choice, 1);
       if (orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg) != dark)
         return "the palette's window colour is " +
@@ -242,7 +242,7 @@ class tour_t {
       const wxString file = palette_page_file();
       if (wxFileExists(file)) wxRemoveFile(file);
       press(save);
-      if (!file_contains(file, "<value key=\"color_0\">#1F2430</value>"))
+      if (!file_contains(file, "<value key=\"color_0\">#1E1F22</value>"))
         return "the file " + text_of(file) + " does not hold the dark colour";
       return std::string();
     });
@@ -250,7 +250,7 @@ class tour_t {
     return [this, choice] {
       step("switching back to the light theme", [&]() -> outcome_t {
         choose(choice, 0);
-        if (orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg) != wxColour(0xFB, 0xFA, 0xF6))
+        if (orvix1::ui_settings_t::get()->get_color(orvix1::color_window_bg) != *wxWHITE)
           return "the palette did not change back";
         return std::string();
       });

@@ -95,12 +95,12 @@ class palette_view_t : public wxWindow, public StyledBase {
   }
 };
 
-// The palette files shipped with the gallery, by the name the theme choice shows.
+// The themes the library ships, by the name the theme choice shows.
 struct theme_t {
   const char* label;
   const char* file;
 };
-const theme_t k_themes[] = {{"Light", "palette-light.xml"}, {"Dark", "palette-dark.xml"}};
+const theme_t k_themes[] = {{"Light", "light.xml"}, {"Dark", "dark.xml"}};
 
 // Colours that "Change colour" steps through for colour 0.
 const wxColour k_backgrounds[] = {wxColour(255, 250, 235), wxColour(225, 240, 255),
@@ -142,23 +142,13 @@ class palette_page_t : public wxPanel {
     return button;
   }
 
-  // Live theme switching: the theme's file goes into the live palette, and
-  // its change signal makes every styled window repaint in the new colours.
+  // Live theme switching: the theme replaces the live palette's colours and
+  // its one change signal makes every styled window repaint in them.
   void on_theme(int index) {
     if (index < 0 || index >= static_cast<int>(WXSIZEOF(k_themes))) return;
-    const std::string file = std::string(GALLERY_RESOURCES_DIR) + "/" + k_themes[index].file;
-    const bool loaded = m_settings->load(file);
-    // A palette file holds the two background colours: the texts on them
-    // are chosen to read on whichever the theme brought.
-    const bool dark = m_settings->get_color(color_window_bg).GetLuminance() < 0.5;
-    const wxColour text = dark ? wxColour(230, 232, 236) : wxColour(30, 30, 30);
-    for (default_colors_t index : {color_window_text, color_button_text, color_strip_text})
-      m_settings->set_color(index, text);
-    if (dark) m_settings->set_color(color_strip_bg, wxColour(0x3B, 0x42, 0x52));
-    else m_settings->set_color(color_strip_bg, wxColour(210, 221, 226));
-    m_settings->changed()();
-    m_status->SetLabel((loaded ? "Theme: " : "Could not load the theme ") +
-                       wxString::FromUTF8(file));
+    const std::string file = std::string(ORVIX1_THEMES_DIR) + "/" + k_themes[index].file;
+    const bool applied = m_settings->apply_theme(file);
+    m_status->SetLabel((applied ? "Theme: " : "Could not load the theme ") + wxString::FromUTF8(file));
     Layout();
   }
 

@@ -106,6 +106,7 @@ class ORVIX1_API ui_settings_t : public talvar2::intrusive_pointer_impl_t {
 };
 
 class syscolor_handler_t;
+class wx_xml_config_t;
 
 /// The writable store: desktop defaults, explicit overrides, the settings file.
 class ORVIX1_API ui_settings_configure_t : public wxEvtHandler, public ui_settings_t {
@@ -129,6 +130,20 @@ class ORVIX1_API ui_settings_configure_t : public wxEvtHandler, public ui_settin
   /// Writes the same keys from the current entries. False when it fails.
   bool save(const talvar2::path_t& path) const;
 
+  /// Switches to the theme in `path`, a file of the same form with
+  /// "color_0" to "color_25" (the library ships light.xml and dark.xml in
+  /// share/orvix1/themes). The theme replaces the whole colour palette:
+  /// every colour it names is locked, every other colour goes back to the
+  /// desktop, including colours set before. Fonts and metrics change only
+  /// where it names them. Emits changed() once. A file that cannot be read
+  /// changes nothing, emits nothing and gives false.
+  bool apply_theme(const talvar2::path_t& path);
+  /// Hand one entry back to the desktop: it is unlocked and re-derived at
+  /// once. No signal is emitted, as with set_color. False for an index out
+  /// of range.
+  bool unlock_color(default_colors_t index);
+  bool unlock_font(default_fonts_t index);
+
   /// Re-derives every unlocked entry from the desktop.
   void update_system_settings();
 
@@ -140,6 +155,8 @@ class ORVIX1_API ui_settings_configure_t : public wxEvtHandler, public ui_settin
   void on_sys_colors_monitor_destroyed(wxWindowDestroyEvent& event);
 
  private:
+  static bool read_config(wx_xml_config_t& config, const talvar2::path_t& path, const char* what);
+  void read_entries(const wx_xml_config_t& config, const std::string& file, int color_count);
   void update_colors();
   void update_fonts_and_metrics();
 

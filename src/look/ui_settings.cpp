@@ -124,13 +124,48 @@ void ui_settings_configure_t::set_metric(default_metrics_t index, int value) {
 
 bool ui_settings_configure_t::load(const talvar2::path_t& path) {
   wx_xml_config_t config;
+  if (!read_config(config, path, "palette")) return false;
+  read_entries(config, path.as_string(), k_persisted_colors);
+  return true;
+}
+
+bool ui_settings_configure_t::apply_theme(const talvar2::path_t& path) {
+  wx_xml_config_t config;
+  if (!read_config(config, path, "theme")) return false;
+  // The theme replaces the whole colour palette; fonts and metrics change
+  // only where it names them.
+  for (auto& entry : m_colors) entry.second.unlock();
+  read_entries(config, path.as_string(), colors_count);
+  update_system_settings();
+  m_changed();
+  return true;
+}
+
+bool ui_settings_configure_t::unlock_color(default_colors_t index) {
+  if (index < 0 || index >= colors_count) return false;
+  m_colors[index].unlock();
+  update_colors();
+  return true;
+}
+
+bool ui_settings_configure_t::unlock_font(default_fonts_t index) {
+  if (index < 0 || index >= fonts_count) return false;
+  m_fonts[index].unlock();
+  update_fonts_and_metrics();
+  return true;
+}
+
+bool ui_settings_configure_t::read_config(wx_xml_config_t& config, const talvar2::path_t& path,
+                                          const char* what) {
   std::string error;
-  if (!config.load(path, &error)) {
-    ORVIX_LOG_ERROR(log::get_logger("orvix.settings"), "cannot load the palette: " << error);
-    return false;
-  }
-  const std::string& file = path.as_string();
-  for (int i = 0; i < k_persisted_colors; ++i) {
+  if (config.load(path, &error)) return true;
+  ORVIX_LOG_ERROR(log::get_logger("orvix.settings"), "cannot load the " << what << ": " << error);
+  return false;
+}
+
+void ui_settings_configure_t::read_entries(const wx_xml_config_t& config, const std::string& file,
+                                           int color_count) {
+  for (int i = 0; i < color_count; ++i) {
     const auto index = static_cast<default_colors_t>(i);
     load_entry<wxColour>(config, indexed_key("color_", i), file,
                          [this, index](const wxColour& value) { set_color(index, value); });
@@ -145,7 +180,6 @@ bool ui_settings_configure_t::load(const talvar2::path_t& path) {
     load_entry<int>(config, indexed_key("metric_", i), file,
                     [this, index](int value) { set_metric(index, value); });
   }
-  return true;
 }
 
 bool ui_settings_configure_t::save(const talvar2::path_t& path) const {

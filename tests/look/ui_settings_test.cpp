@@ -272,3 +272,58 @@ TEST_F(UiSettingsFile, FailedSavesKeepThePreviousFileWhole) {
 }
 
 }  // namespace
+
+namespace {
+
+std::string shipped_theme(const char* name) { return std::string(ORVIX1_THEMES_DIR "/") + name + ".xml"; }
+
+// Themes switch the whole colour palette with one signal, and back; what a
+// theme leaves out, and what is unlocked, follows the desktop again.
+TEST_F(UiSettingsFile, ThemesSwitchEveryColourWithOneSignalAndUnlockingHandsEntriesBack) {
+  int signals = 0;
+  orvix1_test::log_capture_t capture;
+  talvar2::signal_t<>& changed = m_settings->changed();
+  struct counter_t : talvar2::subscriber_base_t {
+    int* count;
+    void on_change() { ++*count; }
+  } counter;
+  counter.count = &signals;
+  changed.connect(&counter, &counter_t::on_change);
+
+  m_settings->set_color(color_note_text, *wxRED);  // a theme replaces earlier choices too
+  ASSERT_TRUE(m_settings->apply_theme(shipped_theme("dark")));
+  EXPECT_EQ(signals, 1);
+  EXPECT_EQ(m_settings->get_color(color_window_bg), wxColour("#1E1F22"));
+  EXPECT_EQ(m_settings->get_color(color_note_text), wxColour("#F0E6BE"));
+  EXPECT_EQ(m_settings->get_color(color_active_bg), m_settings->get_color(color_selection_bg));
+  EXPECT_TRUE(m_settings->is_locked(color_strip_bg));
+
+  ASSERT_TRUE(m_settings->apply_theme(shipped_theme("light")));
+  EXPECT_EQ(signals, 2);
+  EXPECT_EQ(m_settings->get_color(color_window_bg), *wxWHITE);
+  EXPECT_EQ(m_settings->get_color(color_strip_bg), wxColour(210, 221, 226));
+  EXPECT_EQ(capture.warnings(), 0u);  // the shipped files are read whole
+
+  m_folder.write("partial.xml", "<settings><value key=\"color_24\">#102030</value></settings>");
+  ASSERT_TRUE(m_settings->apply_theme(m_folder.file("partial.xml")));
+  EXPECT_EQ(m_settings->get_color(color_window_bg), get_system_color(wxSYS_COLOUR_WINDOW));
+  EXPECT_FALSE(m_settings->is_locked(color_window_bg));
+
+  // A file that cannot be read changes nothing and says nothing.
+  EXPECT_FALSE(m_settings->apply_theme(m_folder.file("absent.xml")));
+  EXPECT_EQ(signals, 3);
+  EXPECT_EQ(m_settings->get_color(color_note_bg), wxColour("#102030"));
+
+  EXPECT_TRUE(m_settings->unlock_color(color_note_bg));
+  EXPECT_EQ(m_settings->get_color(color_note_bg), wxColour(255, 255, 225));
+  EXPECT_FALSE(m_settings->is_locked(color_note_bg));
+  m_settings->set_font(font_normal, wxFont(wxFontInfo(31)));
+  EXPECT_TRUE(m_settings->unlock_font(font_normal));
+  EXPECT_EQ(m_settings->get_font(font_normal), get_system_default_font(font_normal));
+  EXPECT_FALSE(m_settings->unlock_color(colors_count));
+  EXPECT_FALSE(m_settings->unlock_font(static_cast<default_fonts_t>(-1)));
+  EXPECT_EQ(signals, 3);
+  changed.disconnect(&counter, &counter_t::on_change);
+}
+
+}  // namespace
