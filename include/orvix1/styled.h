@@ -35,6 +35,11 @@ class ORVIX1_API StyledBase : public IStyled, public talvar2::subscriber_base_t 
   /// Widgets override this to refresh.
   void on_style_updated() override;
 
+ protected:
+  /// The style's colour or font under `key`; invalid or null without a style.
+  wxColour StyleColor(const std::string& key) const;
+  wxFont StyleFont(const std::string& key) const;
+
  private:
   talvar2::intrusive_pointer_t<ui_style_t> m_style;
   bool m_inherited = false;

@@ -3,16 +3,20 @@
 /// @file
 /// A small drop-down button that opens a popup below itself. In its active
 /// state it stands out and shows a count beside its arrow (the tab pane
-/// shows how many tabs are hidden).
+/// shows how many tabs are hidden). It draws with a popup_style_t (keys in
+/// wxPopupWnd.h): "clPopupBg" at rest, "clPopupHover" with "clPopupBorder"
+/// under the pointer, "clPopupSelBg" when active; the count and the arrow in
+/// "clPopupText" or, when active, "clPopupSelText"; the count in "fnPopup".
 
 #include <wx/control.h>
 
 #include "orvix1/export.h"
+#include "orvix1/styled.h"
 #include "orvix1/wxPopupWnd.h"
 
 namespace orvix1 {
 /// A small drop-down button that opens a popup below itself.
-class ORVIX1_API wxPopupButton : public wxControl {
+class ORVIX1_API wxPopupButton : public wxControl, public StyledBase {
  public:
   wxPopupButton();
   wxPopupButton(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
@@ -31,6 +35,10 @@ class ORVIX1_API wxPopupButton : public wxControl {
   int GetCount() const { return m_count; }
 
   bool AcceptsFocus() const override { return false; }
+
+  /// Paints the button on `dc` at the client size, as the window does.
+  void DrawButton(wxDC& dc) const;
+  void on_style_updated() override;
 
  protected:
   wxSize DoGetBestSize() const override;

@@ -3,7 +3,10 @@
 /// @file
 /// An owner-drawn popup menu: rows with an optional image, separators, and
 /// rows that carry a close cross of their own. Rows are counted without the
-/// separators.
+/// separators. It draws with a popup_style_t (keys in wxPopupWnd.h):
+/// "clPopupBg" behind the rows, "clPopupText" for them, "clPopupDisabled"
+/// for disabled ones, "clPopupSelBg" and "clPopupSelText" for the hot row,
+/// "clPopupBorder" for separators, and measures and writes in "fnPopup".
 
 #include <vector>
 
@@ -11,12 +14,13 @@
 #include <wx/string.h>
 
 #include "orvix1/export.h"
+#include "orvix1/styled.h"
 #include "orvix1/wxPopupWnd.h"
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
 /// An owner-drawn popup menu with images, separators and closable rows.
-class ORVIX1_API wxPopupMenu : public wxPopupWnd {
+class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
  public:
   using row_signal_t = talvar2::signal_t<int>;
 
@@ -48,6 +52,10 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd {
   /// Chooses a row as a click would; false for a row out of range or disabled.
   bool Choose(int row);
   bool RequestDelete(int row);
+
+  /// Paints the rows on `dc` at the client size, as the window does.
+  void DrawRows(wxDC& dc) const;
+  void on_style_updated() override;
 
  protected:
   wxSize DoGetBestSize() const override;

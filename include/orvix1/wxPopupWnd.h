@@ -7,6 +7,7 @@
 #include <wx/popupwin.h>
 
 #include "orvix1/export.h"
+#include "orvix1/ui_style.h"
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
@@ -34,6 +35,23 @@ class ORVIX1_API IPopup {
   popup_signal_t m_before_popup;
   popup_signal_t m_closed;
 };
+/// The look of the library's popups (the popup menu and the popup button).
+/// They draw with these keys whatever colours or fonts the window itself
+/// carries; the palette entry behind each key:
+/// - "clPopupBg": color_window_bg (0), the menu and the resting button;
+/// - "clPopupText": color_window_text (7), rows, the button's count and arrow;
+/// - "clPopupDisabled": color_shadow_3d (4), disabled rows;
+/// - "clPopupSelBg": color_selection_bg (8), the hot row and the active button;
+/// - "clPopupSelText": color_selection_text (9), text on those;
+/// - "clPopupHover": color_light_3d (3), the hovered button;
+/// - "clPopupBorder": color_shadow_3d (4), separators and the button's frame;
+/// - "fnPopup": font_normal (1).
+class ORVIX1_API popup_style_t : public ui_style_t {
+ public:
+  popup_style_t();
+  void set_style_info() override;
+};
+
 /// A popup window that opens beside an anchor window and closes on a click elsewhere.
 class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
  public:

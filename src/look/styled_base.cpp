@@ -22,4 +22,12 @@ bool StyledBase::IsStyleInherited() const { return m_inherited; }
 
 void StyledBase::on_style_updated() {}
 
+wxColour StyledBase::StyleColor(const std::string& key) const {
+  return m_style ? m_style->get_color(key) : wxColour();
+}
+
+wxFont StyledBase::StyleFont(const std::string& key) const {
+  return m_style ? m_style->get_font(key) : wxNullFont;
+}
+
 }  // namespace orvix1

@@ -3,8 +3,6 @@
 #include <algorithm>
 
 #include <wx/dcbuffer.h>
-#include <wx/renderer.h>
-#include <wx/settings.h>
 
 #include "orvix1/text_utils.h"
 
@@ -39,6 +37,7 @@ bool wxPopupButton::Create(wxWindow* parent, wxWindowID id, const wxPoint& posit
   if (!wxControl::Create(parent, id, position, size, style | wxBORDER_NONE, wxDefaultValidator,
                          "wxPopupButton"))
     return false;
+  SetUiStyle(new popup_style_t);
   SetInitialSize(size);
   return true;
 }
@@ -66,31 +65,52 @@ wxString wxPopupButton::CountText() const {
 }
 
 wxSize wxPopupButton::DoGetBestSize() const {
-  const wxSize text = GetTextSize(this, CountText());
-  const int height = std::max(GetTextSize(this, "Ag").y, k_arrow_width) + 2 * k_padding;
+  const wxFont font = StyleFont("fnPopup");
+  const wxSize text = GetTextSize(this, CountText(), font);
+  const int height = std::max(GetTextSize(this, "Ag", font).y, k_arrow_width) + 2 * k_padding;
   return wxSize(k_arrow_width + text.x + 2 * k_padding, height);
+}
+
+void wxPopupButton::on_style_updated() {
+  InvalidateBestSize();
+  Refresh();
 }
 
 void wxPopupButton::OnPaint(wxPaintEvent&) {
   wxBufferedPaintDC dc(this);
+  DrawButton(dc);
+}
+
+// Painted from the style, not by the desktop's renderer: a native button
+// keeps the desktop's light look under a dark palette.
+void wxPopupButton::DrawButton(wxDC& dc) const {
   const wxRect client(GetClientSize());
-  dc.SetBackground(wxBrush(GetBackgroundColour()));
+  const wxColour background = StyleColor(m_active ? "clPopupSelBg" : m_hovered ? "clPopupHover" : "clPopupBg");
+  dc.SetBackground(wxBrush(background));
   dc.Clear();
-  int flags = 0;
-  if (m_hovered) flags |= wxCONTROL_CURRENT;
-  if (m_active) flags |= wxCONTROL_PRESSED;
-  if (m_hovered || m_active) wxRendererNative::Get().DrawPushButton(this, dc, client, flags);
+  if (m_hovered || m_active) {
+    dc.SetPen(wxPen(StyleColor("clPopupBorder")));
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.DrawRectangle(client);
+  }
+  const wxColour ink = StyleColor(m_active ? "clPopupSelText" : "clPopupText");
   const wxString text = CountText();
   int arrow_x = client.x;
   if (!text.empty()) {
-    dc.SetFont(GetFont());
-    dc.SetTextForeground(GetForegroundColour());
+    dc.SetFont(StyleFont("fnPopup"));
+    dc.SetTextForeground(ink);
     dc.DrawLabel(text, wxRect(client.x + k_padding, client.y, client.width, client.height),
                  wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);
     arrow_x = client.GetRight() - k_arrow_width - k_padding;
   }
-  wxRendererNative::Get().DrawDropArrow(
-      this, dc, wxRect(arrow_x, client.y, client.GetRight() - arrow_x + 1, client.height), flags);
+  // A small downward triangle centred in the arrow's column.
+  const int centre_x = arrow_x + (client.GetRight() - arrow_x + 1) / 2;
+  const int centre_y = client.y + client.height / 2;
+  const wxPoint arrow[] = {wxPoint(centre_x - 4, centre_y - 2), wxPoint(centre_x + 4, centre_y - 2),
+                           wxPoint(centre_x, centre_y + 2)};
+  dc.SetPen(wxPen(ink));
+  dc.SetBrush(wxBrush(ink));
+  dc.DrawPolygon(WXSIZEOF(arrow), arrow);
 }
 
 void wxPopupButton::OnLeftDown(wxMouseEvent& event) {

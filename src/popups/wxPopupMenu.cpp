@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <wx/dcbuffer.h>
-#include <wx/settings.h>
 
 #include "orvix1/text_utils.h"
 #include "look/tab_cross_images.h"
@@ -32,6 +31,12 @@ wxPopupMenu::wxPopupMenu(wxWindow* parent) : wxPopupWnd(parent) {
   SetBackgroundStyle(wxBG_STYLE_PAINT);
   m_cross[0] = wxBitmap(detail::tab_cross_normal_xpm);
   m_cross[1] = wxBitmap(detail::tab_cross_hovered_xpm);
+  SetUiStyle(new popup_style_t);
+}
+
+void wxPopupMenu::on_style_updated() {
+  InvalidateBestSize();
+  Refresh();
 }
 
 int wxPopupMenu::Append(const wxString& text, const wxBitmap& bitmap, bool closable,
@@ -78,7 +83,7 @@ int wxPopupMenu::RowHeight() const {
   int image = k_min_image;
   for (const item_t& item : m_items)
     if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetHeight());
-  return std::max(GetTextSize(this, "Ag").y, image) + 2 * k_padding_y;
+  return std::max(GetTextSize(this, "Ag", StyleFont("fnPopup")).y, image) + 2 * k_padding_y;
 }
 
 int wxPopupMenu::ItemHeight(const item_t& item) const {
@@ -131,7 +136,7 @@ wxSize wxPopupMenu::DoGetBestSize() const {
     height += ItemHeight(item);
     if (item.separator) continue;
     if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetWidth());
-    text = std::max(text, GetTextSize(this, item.text).x);
+    text = std::max(text, GetTextSize(this, item.text, StyleFont("fnPopup")).x);
     closable = closable || item.closable;
   }
   int width = 2 * k_frame + 2 * k_padding_x + text;
@@ -157,10 +162,14 @@ bool wxPopupMenu::RequestDelete(int row) {
 
 void wxPopupMenu::OnPaint(wxPaintEvent&) {
   wxBufferedPaintDC dc(this);
+  DrawRows(dc);
+}
+
+void wxPopupMenu::DrawRows(wxDC& dc) const {
   const wxSize client = GetClientSize();
-  dc.SetBackground(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_MENU)));
+  dc.SetBackground(wxBrush(StyleColor("clPopupBg")));
   dc.Clear();
-  dc.SetFont(GetFont());
+  dc.SetFont(StyleFont("fnPopup"));
   int image_column = 0;
   for (const item_t& item : m_items)
     if (item.bitmap.IsOk()) image_column = std::max(image_column, item.bitmap.GetWidth() + k_gap);
@@ -168,7 +177,7 @@ void wxPopupMenu::OnPaint(wxPaintEvent&) {
   int y = k_frame;
   for (const item_t& item : m_items) {
     if (item.separator) {
-      dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_3DSHADOW)));
+      dc.SetPen(wxPen(StyleColor("clPopupBorder")));
       dc.DrawLine(k_frame + k_padding_x, y + k_separator_height / 2,
                   client.x - k_frame - k_padding_x, y + k_separator_height / 2);
       y += k_separator_height;
@@ -177,12 +186,11 @@ void wxPopupMenu::OnPaint(wxPaintEvent&) {
     const wxRect rect(k_frame, y, client.x - 2 * k_frame, height);
     const bool hot = item.row == m_hot_row && !item.disabled;
     if (hot) {
-      dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
+      dc.SetBrush(wxBrush(StyleColor("clPopupSelBg")));
       dc.SetPen(*wxTRANSPARENT_PEN);
       dc.DrawRectangle(rect);
     }
-    dc.SetTextForeground(wxSystemSettings::GetColour(
-        item.disabled ? wxSYS_COLOUR_GRAYTEXT : hot ? wxSYS_COLOUR_HIGHLIGHTTEXT : wxSYS_COLOUR_MENUTEXT));
+    dc.SetTextForeground(StyleColor(item.disabled ? "clPopupDisabled" : hot ? "clPopupSelText" : "clPopupText"));
     const int left = rect.x + k_padding_x;
     if (item.bitmap.IsOk())
       dc.DrawBitmap(item.bitmap, left, y + (height - item.bitmap.GetHeight()) / 2, true);

@@ -6,6 +6,23 @@ namespace orvix1 {
 
 IPopup::~IPopup() = default;
 
+popup_style_t::popup_style_t() { set_style_info(); }
+
+void popup_style_t::set_style_info() {
+  const talvar2::intrusive_pointer_t<ui_settings_t>& palette = get_settings();
+  const struct {
+    const char* key;
+    default_colors_t index;
+  } colours[] = {
+      {"clPopupBg", color_window_bg},         {"clPopupText", color_window_text},
+      {"clPopupDisabled", color_shadow_3d},   {"clPopupSelBg", color_selection_bg},
+      {"clPopupSelText", color_selection_text}, {"clPopupHover", color_light_3d},
+      {"clPopupBorder", color_shadow_3d},
+  };
+  for (const auto& colour : colours) internal_set_color(colour.key, palette->get_color(colour.index));
+  internal_set_font("fnPopup", palette->get_font(font_normal));
+}
+
 wxPopupWnd::wxPopupWnd(wxWindow* parent) : wxPopupTransientWindow(parent, wxBORDER_SIMPLE) {}
 
 void wxPopupWnd::PopupAt(wxWindow* anchor) {

@@ -441,7 +441,8 @@ void wxTabPane::SetBgStaticPicture(const static_picture_t& picture, bool to_pane
 
 bool wxTabPane::SetBackgroundColour(const wxColour& colour) {
   wxWindow::SetBackgroundColour(colour);
-  m_popup_button->SetBackgroundColour(colour);
+  m_popup_button->GetUiStyle()->lock_color("clPopupBg", colour);
+  m_popup_button->Refresh();
   for (int index : {primary_panel, secondary_panel})
     if (m_slots[index].panel != nullptr) m_slots[index].panel->SetBackgroundColour(colour);
   Refresh();

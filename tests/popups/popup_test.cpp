@@ -1,6 +1,11 @@
 #include "orvix1/wxPopupButton.h"
 #include "orvix1/wxPopupMenu.h"
 
+#include <cstdlib>
+#include <string>
+
+#include "orvix1/ui_settings.h"
+#include "support/paint_canvas.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -64,6 +69,50 @@ TEST_F(Popup, TheButtonOpensTheMenuWhoseRowsAreChosenOrClosedByMouse) {
   m_button->OpenPopup();
   EXPECT_EQ(m_fills, 2);
   EXPECT_FALSE(m_menu->IsPoppedUp());
+}
+
+}  // namespace
+
+namespace {
+
+// How many pixels of `area` stand out from `background` by at least a third
+// of the brightness range: what a reader can make out.
+int readable_pixels(const orvix1_test::paint_canvas_t& canvas, const wxRect& area, const wxColour& background) {
+  int readable = 0;
+  for (int y = area.y; y < area.GetBottom(); ++y)
+    for (int x = area.x; x < area.GetRight(); ++x)
+      if (std::abs(canvas.at(x, y).GetLuminance() - background.GetLuminance()) > 0.33) ++readable;
+  return readable;
+}
+
+// Under either shipped theme the button and the menu paint from the palette:
+// the count and the rows read on their backgrounds.
+TEST_F(Popup, ButtonAndMenuFollowTheThemeAndTheirTextReads) {
+  talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette(new orvix1::ui_settings_configure_t);
+  for (const char* theme : {"dark", "light"}) {
+    SCOPED_TRACE(theme);
+    ASSERT_TRUE(palette->apply_theme(std::string(ORVIX1_THEMES_DIR "/") + theme + ".xml"));
+    auto* button = new orvix1::wxPopupButton(m_host, wxID_ANY);
+    button->SetActive(true, 25);
+    button->SetSize(button->GetBestSize());
+    const wxSize size = button->GetSize();
+    orvix1_test::paint_canvas_t button_canvas(size.x, size.y);
+    button_canvas.paint([&](wxDC& dc) { button->DrawButton(dc); });
+    const wxColour active = palette->get_color(orvix1::color_selection_bg);
+    EXPECT_EQ(button_canvas.at(1, 1), active);
+    EXPECT_GT(readable_pixels(button_canvas, wxRect(size), active), 10);
+
+    auto* menu = new orvix1::wxPopupMenu(button);
+    menu->Append("Readable row");
+    menu->SetSize(menu->GetBestSize());
+    const wxSize menu_size = menu->GetSize();
+    orvix1_test::paint_canvas_t menu_canvas(menu_size.x, menu_size.y);
+    menu_canvas.paint([&](wxDC& dc) { menu->DrawRows(dc); });
+    const wxColour background = palette->get_color(orvix1::color_window_bg);
+    EXPECT_EQ(menu_canvas.at(1, 1), background);
+    EXPECT_GT(readable_pixels(menu_canvas, wxRect(menu_size), background), 20);
+    button->Destroy();
+  }
 }
 
 }  // namespace
