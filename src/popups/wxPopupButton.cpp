@@ -97,7 +97,9 @@ void wxPopupButton::DrawButton(wxDC& dc) const {
   const wxString text = CountText();
   int arrow_x = client.x;
   if (!text.empty()) {
-    dc.SetFont(StyleFont("fnPopup"));
+    // Without a live palette the style has no font: the window's stands in.
+    const wxFont font = StyleFont("fnPopup");
+    dc.SetFont(font.IsOk() ? font : GetFont());
     dc.SetTextForeground(ink);
     dc.DrawLabel(text, wxRect(client.x + k_padding, client.y, client.width, client.height),
                  wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);

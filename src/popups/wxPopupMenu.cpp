@@ -169,7 +169,9 @@ void wxPopupMenu::DrawRows(wxDC& dc) const {
   const wxSize client = GetClientSize();
   dc.SetBackground(wxBrush(StyleColor("clPopupBg")));
   dc.Clear();
-  dc.SetFont(StyleFont("fnPopup"));
+  // Without a live palette the style has no font: the window's stands in.
+  const wxFont font = StyleFont("fnPopup");
+  dc.SetFont(font.IsOk() ? font : GetFont());
   int image_column = 0;
   for (const item_t& item : m_items)
     if (item.bitmap.IsOk()) image_column = std::max(image_column, item.bitmap.GetWidth() + k_gap);
