@@ -2,7 +2,10 @@
 #define ORVIX1_ERROR_DIALOG_H
 /// @file
 /// The process-wide error dialog: a modeless window that collects the error
-/// messages reported to the user until they close it.
+/// messages reported to the user until they close it. It opens centred over
+/// its owner and follows the palette: font_normal (1) on color_face (1) in
+/// color_button_text (6), the messages on color_window_bg (0) in
+/// color_window_text (7).
 
 #include <string>
 

@@ -4,6 +4,8 @@
 /// The library's own HTML help window: a plain frame around a wxHtmlWindow
 /// that shows help pages when the desktop has no browser to show them.
 /// There is at most one; showing another page reuses it. GUI thread only.
+/// The frame follows the palette (font_normal (1), color_window_bg (0),
+/// color_window_text (7)); pages keep the colours they set.
 
 #include <string>
 

@@ -8,6 +8,7 @@
 
 #include "core/log.h"
 #include "core/wx_log_capture.h"
+#include "orvix1/ui_update_helpers.h"
 
 namespace orvix1 {
 namespace {
@@ -37,6 +38,9 @@ class help_window_t : public wxFrame {
     sizer->Add(m_view, wxSizerFlags(1).Expand());
     SetSizer(sizer);
     SetSize(FromDIP(wxSize(640, 480)));
+    // The frame follows the palette; pages keep the colours they set.
+    m_look.create(this, style_t(font_normal, color_window_bg, color_window_text), 0);
+    m_look.propagate_style();
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
   }
   ~help_window_t() override;
@@ -66,6 +70,7 @@ class help_window_t : public wxFrame {
  private:
   help_view_t* m_view;
   wxString m_fixed_title;
+  style_updater_t m_look;
 };
 
 help_window_t* g_help_window = nullptr;

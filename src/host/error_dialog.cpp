@@ -8,11 +8,15 @@
 
 #include "core/log.h"
 #include "host/dialog_placement.h"
+#include "orvix1/ui_update_helpers.h"
 
 namespace orvix1 {
 namespace {
 
-// Collects the messages reported while it is open; closing destroys it.
+// Collects the messages reported while it is open; closing destroys it. It
+// follows the palette: font_normal (1) on color_face (1) in
+// color_button_text (6), the messages on color_window_bg (0) in
+// color_window_text (7).
 class error_dialog_t : public wxDialog {
  public:
   explicit error_dialog_t(wxWindow* parent)
@@ -27,6 +31,10 @@ class error_dialog_t : public wxDialog {
     sizer->Add(CreateButtonSizer(wxOK), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
     SetSizerAndFit(sizer);
     detail::centre_dialog_on(this, parent);
+    // Colours and fonts from the palette, again at every change of it.
+    m_look.create(this, style_t(font_normal, color_face, color_button_text), -1);
+    m_look.add(m_messages, style_t(font_normal, color_window_bg, color_window_text));
+    m_look.propagate_style();
     Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Destroy(); }, wxID_OK);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
   }
@@ -42,6 +50,7 @@ class error_dialog_t : public wxDialog {
 
  private:
   wxTextCtrl* m_messages;
+  style_updater_t m_look;
 };
 
 error_dialog_t* g_error_dialog = nullptr;

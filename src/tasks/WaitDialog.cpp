@@ -83,6 +83,10 @@ void WaitDialog::Initialize(wxWindow* parent) {
 
   box->Add(grid, 0, wxEXPAND | wxALL, 10);
   SetSizer(box);
+  // Colours and fonts from the palette, again at every change of it.
+  m_look.create(this, style_t(font_normal, color_face, color_button_text), -1);
+  m_look.add(m_title, style_t(font_title, color_face, color_button_text));
+  m_look.propagate_style();
 }
 
 void WaitDialog::SetAnimation(const wxAnimation& animation) { m_animation->SetAnimation(animation); }
@@ -106,7 +110,8 @@ void WaitDialog::SetMultilineText(wxStaticText* control, const std::string& text
   // area: a long message would otherwise make a dialog wider than the screen.
   const int widest = detail::widest_dialog_text(this);
   const int target = metrics.display_width * before.y / metrics.display_height + metrics.sample_width;
-  control->Wrap(std::min(std::max(before.x, target), widest));
+  int wrap = std::min(std::max(before.x, target), widest);
+  control->Wrap(wrap);
   Fit();
 
   // Wrapping made the dialog higher; widen it once more if it is still too
@@ -115,8 +120,21 @@ void WaitDialog::SetMultilineText(wxStaticText* control, const std::string& text
   const wxSize after = GetClientSize();
   const int target2 = after.y * metrics.display_width / metrics.display_height + metrics.sample_width;
   if (after.x < std::min(target2, widest)) {
+    wrap = std::min(target2, widest);
     control->SetLabel(from_locale(text));
-    control->Wrap(std::min(target2, widest));
+    control->Wrap(wrap);
+    Fit();
+  }
+  KeepWithin(control, text, wrap, widest);
+}
+
+// GTK may lay a line out wider than the DC measured it (slanted faces
+// overhang): the wrap narrows by the overshoot until the control fits.
+void WaitDialog::KeepWithin(wxStaticText* control, const std::string& text, int wrap, int widest) {
+  for (int attempt = 0; attempt < 3 && control->GetBestSize().x > widest; ++attempt) {
+    wrap -= control->GetBestSize().x - widest;
+    control->SetLabel(from_locale(text));
+    control->Wrap(std::max(wrap, 1));
     Fit();
   }
 }

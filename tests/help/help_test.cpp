@@ -13,6 +13,7 @@
 #include <wx/frame.h>
 
 #include "orvix1/html_help_window.h"
+#include "orvix1/ui_settings.h"
 #include "support/fake_programs.h"
 #include "support/log_capture.h"
 #include "support/wx_test_environment.h"
@@ -168,6 +169,7 @@ class HelpHtml : public HelpTest {};
 // in order until one opens: the missing PDF starts nothing, the manual finds
 // no viewer, the page opens in the help window once it is there.
 TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGetsTheFileAddress) {
+  const auto palette = orvix1::ui_settings_configure_t::get();
   orvix1_test::log_capture_t capture("orvix.help");
   EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));
   EXPECT_FALSE(orvix1::open_in_default_browser("file://" + m_fakes.folder().file("gone.html"), ""));
@@ -195,6 +197,7 @@ TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGets
   ASSERT_NE(window, nullptr);
   EXPECT_TRUE(window->IsShown());
   EXPECT_EQ(window->GetTitle(), "Manual");
+  EXPECT_EQ(window->GetBackgroundColour(), palette->get_color(orvix1::color_window_bg));
   EXPECT_EQ(wxFileSystem::URLToFileName(orvix1::get_html_help_window_page()).GetFullPath(), first);
 
   ASSERT_TRUE(orvix1::open_in_default_browser("file://" + write_page("topic.html", "Topic"), "Guide"));

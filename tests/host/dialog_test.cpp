@@ -7,6 +7,8 @@
 #include <wx/textctrl.h>
 
 #include "orvix1/error_dialog.h"
+#include "orvix1/tasks/WaitDialog.h"
+#include "orvix1/ui_settings.h"
 #include "support/wx_test_environment.h"
 
 namespace {
@@ -83,6 +85,29 @@ TEST(ErrorDialog, CollectsMessagesUntilClosed) {
   orvix1::destroy_error_dlg();
   owner->Destroy();
   EXPECT_EQ(orvix1::get_error_dlg(), nullptr);
+}
+
+}  // namespace
+
+namespace {
+
+// The library's plain windows follow a theme switch while they are open.
+TEST(LibraryDialogs, FollowTheThemeWhileOpen) {
+  talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette(new orvix1::ui_settings_configure_t);
+  orvix1::show_error_dlg("themed");
+  auto* wait = new orvix1::tasks::WaitDialog(nullptr, boost::shared_ptr<talvar2::threading::scheduler_operation_status_t>());
+  for (const char* theme : {"dark", "light"}) {
+    SCOPED_TRACE(theme);
+    ASSERT_TRUE(palette->apply_theme(std::string(ORVIX1_THEMES_DIR "/") + theme + ".xml"));
+    for (wxWindow* dialog : {static_cast<wxWindow*>(orvix1::get_error_dlg()), static_cast<wxWindow*>(wait)}) {
+      EXPECT_EQ(dialog->GetBackgroundColour(), palette->get_color(orvix1::color_face));
+      EXPECT_EQ(dialog->GetForegroundColour(), palette->get_color(orvix1::color_button_text));
+    }
+    EXPECT_EQ(wait->GetMessageCtrl()->GetForegroundColour(), palette->get_color(orvix1::color_button_text));
+    EXPECT_EQ(wait->GetTitleCtrl()->GetFont(), palette->get_font(orvix1::font_title));
+  }
+  wait->Destroy();
+  orvix1::destroy_error_dlg();
 }
 
 }  // namespace

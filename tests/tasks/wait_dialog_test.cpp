@@ -85,6 +85,7 @@ TEST(WaitDialogLayout, IconTitleSpacerAndMessageInATwoColumnGrid) {
 // Over its parent, and never wider than 60% of the work area: a message of
 // one long line once made the dialog wider than the screen.
 TEST(WaitDialogLayout, OpensOverItsParentAndWrapsWithinTheWorkArea) {
+  const auto palette = orvix1::ui_settings_configure_t::get();
   auto* parent = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(240, 160), wxSize(600, 400));
   parent->Show();
   auto* dialog = new WaitDialog(parent, boost::shared_ptr<operation_status_t>());

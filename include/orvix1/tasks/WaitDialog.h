@@ -16,11 +16,14 @@
 #include "orvix1/dialog.h"
 #include "orvix1/export.h"
 #include "orvix1/tasks/ISchedulerStatus.h"
+#include "orvix1/ui_update_helpers.h"
 #include "talvar2/threading/operation_status.h"
 
 namespace orvix1 {
 namespace tasks {
 /// The modal please-wait window shown while the GUI thread waits for an operation.
+/// It follows the palette: the dialog and its texts take font_normal (1) on
+/// color_face (1) in color_button_text (6), the title font_title (3).
 class ORVIX1_API WaitDialog : public modal_flavor<wxDialog> {
  public:
   enum { poll_timer_id = 123, poll_interval_ms = 500 };
@@ -51,6 +54,7 @@ class ORVIX1_API WaitDialog : public modal_flavor<wxDialog> {
   void Initialize(wxWindow* parent);
   bool IsOperationFinished() const;
   void OnTimer(wxTimerEvent& event);
+  void KeepWithin(wxStaticText* control, const std::string& text, int wrap, int widest);
   void OnClose(wxCloseEvent& event);
   void OnInitDialog(wxInitDialogEvent& event);
 
@@ -58,6 +62,7 @@ class ORVIX1_API WaitDialog : public modal_flavor<wxDialog> {
   ISchedulerStatus* m_scheduler_status = nullptr;
   wxAnimationCtrl* m_animation = nullptr;
   wxStaticText* m_title = nullptr;
+  style_updater_t m_look;
   wxStaticText* m_message = nullptr;
   bool m_closing = false;
   wxTimer* m_timer = nullptr;
