@@ -11,7 +11,7 @@
 #include "talvar2/threading/default_task.h"
 #include "talvar2/threading/stage.h"
 #include "tasks/usage_statistics.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -110,7 +110,7 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
   }
 
   void task_scheduling_error(const task_ptr_t&, const std::string&) override {
-    ORVIX_FAIL_AT("Scheduling error detected", __LINE__);
+    contract_fails(contract::site_t::scheduling_error);
   }
 
  private:
@@ -135,7 +135,7 @@ class BatchCancelImpl : public IBatchCancel {
       case long_tasks_context:
         return talvar2::threading::long_tasks_unit_name;
     }
-    ORVIX_FAIL_AT("Invalid condition", __LINE__);
+    contract_fails(contract::site_t::batch_cancel_context_unknown);
     return talvar2::threading::service_unit_name;
   }
 
@@ -246,7 +246,7 @@ void Scheduler::CancelAndWait(const dialog_info_t& info, bool shut_down) {
 
 void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down) {
   const usage_statistics_scope_t usage("scheduler.cancel_and_wait", ".start", ".finish");
-  if (!ORVIX_ASSERT_AT(wxThread::IsMain() == true, "wxThread::IsMain() == true", nullptr, __LINE__)) {
+  if (!contract_holds(wxThread::IsMain(), contract::site_t::cancel_and_wait_off_gui_thread)) {
     Cancel(group);
   } else if (info.empty()) {
     m_scheduler->cancel_and_wait(group);  // the default wait callback keeps the loop turning
@@ -350,7 +350,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
                                                          << ", it's group " << group
                                                          << "is being canceled");
   else
-    ORVIX_FAIL_AT("Failed to schedule task. See debug output for details.", __LINE__);
+    contract_fails(contract::site_t::schedule_failed);
   return status;
 }
 
