@@ -108,8 +108,8 @@ bool wxSplitterElement::ButtonHitTest(int x, int y) const {
 bool wxSplitterElement::SetButtonImage(ButtonDirection direction, const wxImage& normal,
                                        const wxImage& highlighted, const wxImage& pressed) {
   if (!images_ok(normal, highlighted, pressed)) {
-    ORVIX_LOG_WARNING(splitter_logger(), "splitter button images for direction "
-                                             << direction << " are not valid; kept the old ones");
+    ORVIX_LOG_ERROR(splitter_logger(), "splitter button images for direction "
+                                           << direction << " are not valid; kept the old ones");
     return false;
   }
   m_images[direction] = button_images_t{normal, highlighted, pressed};

@@ -322,6 +322,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
   // lookup takes the logging library's global lock, on every task.
   if (m_shut_down) {
     const log4cplus::Logger logger = scheduler_logger();
+    // An error by documentation, though the task is still handed on.
     if (logger.isEnabledFor(log4cplus::ERROR_LOG_LEVEL))
       ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
                                   << task.get()->GetDisplayName());
@@ -345,6 +346,8 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
     if (isGroupEmpty(group)) notifyGroupEnd(group);
   }
   const log4cplus::Logger logger = scheduler_logger();
+  // A warning by documentation, though the task is refused. The missing space
+  // before "is being canceled" is the documented text: hosts match it as is.
   if (status == talvar2::threading::schedule_group_canceling)
     ORVIX_LOG_WARNING(logger, "Failed to schedule task " << task.get()->GetDisplayName()
                                                          << ", it's group " << group
@@ -374,6 +377,7 @@ void Scheduler::HandleTaskComplete(const task_ptr_t& companion) {
 void Scheduler::HandleTaskException(const task_ptr_t& companion, const std::string&) {
   const ITaskPtr task = FindTask(companion);
   const std::string name = task ? task.get()->GetDisplayName() : std::string("UNKNOWN_TASK");
+  // No space after the name: the documented text, which hosts match as is.
   ORVIX_LOG_ERROR(scheduler_logger(),
                   "Task: " << name << "has generated exception which wasn't appropriately handled.");
 }
