@@ -24,9 +24,12 @@ namespace orvix1 {
 /// Lookups go from the archive added last to the one added first: a later
 /// archive overrides the names and files of earlier ones.
 ///
-/// Failures are logged on the "orvix.resources" logger, one warning line for
-/// each failure; a query for a name that is simply absent logs nothing here
-/// (the caller decides whether absence is an error). GUI thread only.
+/// Failures are logged on the "orvix.resources" logger, one line for each:
+/// an archive that is not added is an error; a part of one that is refused,
+/// or a file or object that cannot be opened or loaded, is a warning (the
+/// caller goes on without it). A query for a name that is simply absent logs
+/// nothing here (the caller decides whether absence is an error). GUI thread
+/// only.
 class ORVIX1_API resource_loader_t {
  public:
   resource_loader_t();
@@ -35,8 +38,8 @@ class ORVIX1_API resource_loader_t {
   resource_loader_t& operator=(const resource_loader_t&) = delete;
 
   /// Adds a zip file or a folder as the newest archive. A path that is
-  /// already registered is read again and becomes the newest. False, with a
-  /// warning and nothing changed, for a missing path, a file that is not a
+  /// already registered is read again and becomes the newest. False, with an
+  /// error logged and nothing changed, for a missing path, a file that is not a
   /// zip archive, or a resources.xrc that cannot be parsed.
   bool add_archive(const std::string& path);
   /// Removes an archive given by the path it was added with (relative paths

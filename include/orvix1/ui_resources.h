@@ -48,8 +48,8 @@ class ORVIX1_API ui_resources_t : public talvar2::intrusive_pointer_impl_t {
   ui_resources_t(const ui_resources_t&) = delete;
   ui_resources_t& operator=(const ui_resources_t&) = delete;
 
-  /// See resource_loader_t: false, with a warning, leaves the registry as it
-  /// was.
+  /// See resource_loader_t: false, with an error logged, leaves the registry
+  /// as it was.
   bool add_archive(const std::string& path);
   bool remove_archive(const std::string& path);
   std::vector<std::string> get_archives() const;

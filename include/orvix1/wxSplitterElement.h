@@ -96,7 +96,7 @@ class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
   /// Pictures of the button for one direction: normal, highlighted, pressed
   /// (a disabled button is the normal picture in grey). Without pictures
   /// the button is drawn as an arrow. Invalid pictures are refused (false,
-  /// with a warning) and the direction keeps what it had.
+  /// with an error logged) and the direction keeps what it had.
   bool SetButtonImage(ButtonDirection direction, const wxImage& normal, const wxImage& highlighted,
                       const wxImage& pressed);
   bool SetButtonBitmap(ButtonDirection direction, const wxBitmap& normal,

@@ -15,6 +15,22 @@ log4cplus::Logger get_logger(const char* name);
 // Error and warning messages are always written (forced past level checks),
 // with the source file and line. An error also raises a debug assertion with
 // the message as its text when ORVIX_DEBUG_USE_RELEASE_ASSERT is non-empty.
+//
+// Which level, judged from the call that writes the message:
+// - A warning means input was ignored: a value, an entry of a file or a
+//   candidate could not be used and the call went on without it (to the rest
+//   of the file, the next archive, viewer or help source, a still picture).
+//   Lookups that yield an empty value their callers go on with (resources,
+//   pictures), program starts and the help openers are such candidates: the
+//   library itself tries them in turn, so they warn, and the loss, if any, is
+//   reported where the chain ends.
+// - An error means work was lost: something the caller asked for did not
+//   happen (nothing loaded, saved, split, set, added or started), or the
+//   machine refused the means to do it (memory, pipes, processes), which no
+//   other candidate would escape.
+// Messages whose level the library has always documented keep it, even where
+// this rule would choose the other one (the scheduler's, see Scheduler.cpp;
+// show_error_dlg logs the host's message as an error).
 void write_error(const log4cplus::Logger& logger, const std::string& message, const char* file,
                  int line, const char* function);
 void write_warning(const log4cplus::Logger& logger, const std::string& message, const char* file,

@@ -6,7 +6,7 @@
 
 #include <wx/dcbuffer.h>
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -38,7 +38,7 @@ bool chain_contains(const std::vector<element_ptr_t>& chain, const element_ptr_t
 }  // namespace
 
 ElementAdapter::ElementAdapter(wxWindow* holder) : m_holder(holder) {
-  if (!ORVIX_ASSERT_AT(holder != nullptr, "holder != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(holder != nullptr, contract::site_t::adapter_holder_null)) return;
   BindHolder();
 }
 
@@ -55,10 +55,8 @@ ElementAdapter::~ElementAdapter() {
 void ElementAdapter::SetRootElement(element_ptr_t element) {
   if (element) {
     const int centred = UIElement::pfVCenter | UIElement::pfHCenter;
-    ORVIX_ASSERT_AT((element->GetPositionFlags() & centred) == centred,
-                    "(element->GetPositionFlags()&(UIElement::pfVCenter|UIElement::pfHCenter)) == "
-                    "(UIElement::pfVCenter|UIElement::pfHCenter)",
-                    nullptr, __LINE__);
+    contract_holds((element->GetPositionFlags() & centred) == centred,
+                   contract::site_t::adapter_root_not_centred);
   }
   if (element == m_root_element) return;
   DisconnectRoot();
@@ -247,16 +245,12 @@ void ElementAdapter::StartTimer(int milliseconds) {
   // wxTimer reads 0 and less as "the previous interval"; the shortest
   // interval that means something is one millisecond.
   const bool timer_started = m_timer->Start(std::max(milliseconds, 1));
-  ORVIX_ASSERT_AT(timer_started, "timer_started == true",
-                  "Cannot create new timer. From wxWidgets documentation, Timers are limited "
-                  "resource on windows",
-                  __LINE__);
+  contract_holds(timer_started, contract::site_t::adapter_timer_not_started);
 }
 
 void ElementAdapter::OnRequestSetTimer(element_ptr_t sender, int milliseconds) {
   if (m_holder == nullptr) return;
-  ORVIX_ASSERT_AT(m_timers.find(sender) == m_timers.end(),
-                  "m_timers.find(sender) == m_timers.end()", nullptr, __LINE__);
+  contract_holds(m_timers.find(sender) == m_timers.end(), contract::site_t::adapter_second_timer);
   m_timers[sender] = timer_info_t{milliseconds, 0};
   StartTimer(SmallestInterval());
 }
@@ -328,8 +322,8 @@ void ElementAdapter::CatchUpHover() {
 
 void ElementAdapter::OnRequestCaptureMouse(element_ptr_t element) {
   if (m_holder == nullptr) return;
-  const bool free = ORVIX_ASSERT_AT(!m_mouse_capture_element,
-                                    "m_mouse_capture_element == __null", nullptr, __LINE__);
+  const bool free =
+      contract_holds(!m_mouse_capture_element, contract::site_t::adapter_second_capture);
   m_mouse_capture_element = element;
   // Otherwise the window holds the capture already: wx would stack a second
   // capture, and one release would no longer undo it.
@@ -398,7 +392,7 @@ void ElementAdapter::OnKeyPress(wxKeyEvent& event) {
     if (!previous) event.Skip();
     return;
   }
-  if (!ORVIX_ASSERT_AT(m_root_element, "m_root_element != 0", nullptr, __LINE__)) return;
+  if (!contract_holds(m_root_element.get() != nullptr, contract::site_t::adapter_root_null)) return;
   element_ptr_t root = m_root_element;
   const bool backward = event.ShiftDown();
   element_ptr_t next =

@@ -87,22 +87,22 @@ void ImageElement::SetAnimation(const wxAnimation& animation) {
 bool ImageElement::SetAnimationFile(const wxString& location) {
   std::string bytes;
   if (!read_location(location, bytes)) {
-    ORVIX_LOG_WARNING(logger(), "cannot open the animation \"" << location.utf8_string() << "\"");
+    ORVIX_LOG_ERROR(logger(), "cannot open the animation \"" << location.utf8_string() << "\"");
     return false;
   }
   std::string error;
   GdkPixbufAnimation* frames = pixbuf::load_animation(bytes, error);
   if (frames == nullptr) {
-    ORVIX_LOG_WARNING(logger(), "cannot read the animation \"" << location.utf8_string()
-                                                               << "\": " << error);
+    ORVIX_LOG_ERROR(logger(), "cannot read the animation \"" << location.utf8_string()
+                                                             << "\": " << error);
     return false;
   }
   wxAnimation animation;
   wxMemoryInputStream stream(bytes.data(), bytes.size());
   if (!animation.Load(stream)) {
     g_object_unref(frames);
-    ORVIX_LOG_WARNING(logger(), "wx cannot read the animation \"" << location.utf8_string()
-                                                                  << "\"");
+    ORVIX_LOG_ERROR(logger(), "wx cannot read the animation \"" << location.utf8_string()
+                                                                << "\"");
     return false;
   }
   StartAnimation(animation, frames);

@@ -4,7 +4,7 @@
 #include <climits>
 
 #include "elements/placement_order.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -103,7 +103,7 @@ void Layout::SetControlledElement(UIElement* element) {
 }
 
 element_ptr_t Layout::GetControlledElement() const {
-  ORVIX_ASSERT_AT(m_element != nullptr, "element != __null", nullptr, __LINE__);
+  contract_holds(m_element != nullptr, contract::site_t::layout_element_null);
   return element_ptr_t(m_element);
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "elements/placement_order.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -22,8 +22,8 @@ void OptimalLayout::OnInvalidate() {
   ArrangeChildren();
   const outcome_t outcome = PlaceWithinRect(*element);
   if (outcome != outcome_t::fitted) PlaceOverVirtualArea(*element, outcome);
-  ORVIX_ASSERT_AT(CountChildRects() == element->GetChildren().size(),
-                  "m_rects.size() == children.size()", nullptr, __LINE__);
+  contract_holds(CountChildRects() == element->GetChildren().size(),
+                 contract::site_t::optimal_child_lost);
 }
 
 void OptimalLayout::ArrangeChildren() {

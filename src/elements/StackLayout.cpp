@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -42,7 +42,7 @@ wxRect StackLayout::GetChildRect(const wxRect& /*parent_rect*/, const element_pt
   // rectangle, so the one the caller passes adds nothing.
   wxRect rect;
   const bool found = child && FindChildRect(*child, rect);
-  ORVIX_ASSERT_AT(found, "it != m_rects.end()", nullptr, __LINE__);
+  contract_holds(found, contract::site_t::stack_child_unknown);
   return found ? rect : wxRect();
 }
 

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "orvix1/elements/OptimalLayout.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
 namespace {
+
+using contract::site_t;
 
 // A counted reference to an element that is known to be alive, for the
 // signal arguments and the calls that take one.
@@ -33,7 +35,7 @@ UIElement::UIElement(element_ptr_t parent) : UIElement(parent, pfLeft | pfVCente
 
 UIElement::UIElement(element_ptr_t parent, int position_flags) : m_position_flags(position_flags) {
   SetLayoutLogic(new OptimalLayout);
-  if (!ORVIX_ASSERT_AT(parent, "parent != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(parent.get() != nullptr, site_t::element_parent_null)) return;
   m_tab_order = parent->GenerateUniqueTabOrder();
   // The parent's list takes the first reference of this element.
   parent->AddChild(this);
@@ -51,8 +53,7 @@ UIElement::~UIElement() {
 
 wxSize UIElement::GetSize() const {
   if (m_parent != nullptr) return m_layout->GetSize();
-  if (!ORVIX_ASSERT_AT(!RequestClientRect.empty(), "RequestClientRect.empty() == false", nullptr,
-                       __LINE__))
+  if (!contract_holds(!RequestClientRect.empty(), site_t::element_size_unanswered))
     return wxSize();
   wxRect rect(0, 0, 0, 0);
   RequestClientRect(rect);
@@ -66,7 +67,7 @@ void UIElement::SetResizable(bool resizable) { m_resizable = resizable; }
 bool UIElement::IsResizable() const { return m_resizable; }
 
 void UIElement::SetLayoutLogic(talvar2::intrusive_pointer_t<Layout> layout) {
-  if (!ORVIX_ASSERT_AT(layout, "layout != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(layout.get() != nullptr, site_t::element_layout_null)) return;
   if (m_layout && m_layout != layout) m_layout->SetControlledElement(nullptr);
   m_layout = layout;
   m_layout->SetControlledElement(this);
@@ -86,14 +87,11 @@ std::list<element_ptr_t>::iterator UIElement::FindChild(const UIElement* child) 
 }
 
 void UIElement::AddChild(element_ptr_t child) {
-  if (!ORVIX_ASSERT_AT(child, "child != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(child.get() != nullptr, site_t::add_child_null)) return;
   // Only an element that names this one as its parent can be in the list
   // already; for the others the walk is skipped.
   const bool listed = child->m_parent == this && FindChild(child.get()) != m_children.end();
-  if (!ORVIX_ASSERT_AT(!listed,
-                       "std::find(m_children.begin(),m_children.end(),element) == m_children.end()",
-                       nullptr, __LINE__))
-    return;
+  if (!contract_holds(!listed, site_t::add_child_present)) return;
   if (child->m_parent != nullptr && child->m_parent != this) child->m_parent->RemoveChild(child);
   m_children.push_back(child);
   child->m_parent = this;
@@ -109,12 +107,9 @@ void UIElement::AddChild(element_ptr_t child) {
 }
 
 void UIElement::RemoveChild(element_ptr_t child) {
-  if (!ORVIX_ASSERT_AT(child, "child != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(child.get() != nullptr, site_t::remove_child_null)) return;
   const auto found = FindChild(child.get());
-  if (!ORVIX_ASSERT_AT(found != m_children.end(),
-                       "std::find(m_children.begin(),m_children.end(),element) != m_children.end()",
-                       nullptr, __LINE__))
-    return;
+  if (!contract_holds(found != m_children.end(), site_t::remove_child_absent)) return;
   m_children.erase(found);  // `child` keeps it alive until the signal is out
   child->m_parent = nullptr;
   if (child->m_tab_order == m_largest_child_tab_order) m_largest_child_tab_order_known = false;
@@ -125,47 +120,42 @@ void UIElement::RemoveChild(element_ptr_t child) {
 
 void UIElement::ChangeZOrderToTop(element_ptr_t child) {
   const auto element = FindChild(child.get());
-  if (!ORVIX_ASSERT_AT(element != m_children.end(), "element != m_children.end()", nullptr, __LINE__))
-    return;
+  if (!contract_holds(element != m_children.end(), site_t::to_top_child_absent)) return;
   m_children.splice(m_children.begin(), m_children, element);
   Invalidate(true);
 }
 
 void UIElement::ChangeZOrderToBack(element_ptr_t child) {
   const auto element = FindChild(child.get());
-  if (!ORVIX_ASSERT_AT(element != m_children.end(), "element != m_children.end()", nullptr, __LINE__))
-    return;
+  if (!contract_holds(element != m_children.end(), site_t::to_back_child_absent)) return;
   m_children.splice(m_children.end(), m_children, element);
   Invalidate(true);
 }
 
 void UIElement::ChangeZOrderToBeforeElement(element_ptr_t child, element_ptr_t pos) {
-  MoveChildNextTo(child.get(), pos.get(), false, __func__);
+  MoveChildNextTo(child.get(), pos.get(), false);
 }
 
 void UIElement::ChangeZOrderToAfterElement(element_ptr_t child, element_ptr_t pos) {
-  MoveChildNextTo(child.get(), pos.get(), true, __func__);
+  MoveChildNextTo(child.get(), pos.get(), true);
 }
 
 // The assertions report the public caller's name, as wxASSERT in it would.
-void UIElement::MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after,
-                                const char* caller) {
+void UIElement::MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after) {
   const auto element = FindChild(child);
-  if (element == m_children.end()) {
-    detail::report_wx_assert(__FILE__, __LINE__, caller, "element != m_children.end()", nullptr);
+  if (!contract_holds(element != m_children.end(),
+                      after ? site_t::after_child_absent : site_t::before_child_absent))
     return;
-  }
   const auto position = FindChild(pos);
-  if (position == m_children.end()) {
-    detail::report_wx_assert(__FILE__, __LINE__, caller, "pos != m_children.end()", nullptr);
+  if (!contract_holds(position != m_children.end(),
+                      after ? site_t::after_pos_absent : site_t::before_pos_absent))
     return;
-  }
   if (element != position) m_children.splice(after ? std::next(position) : position, m_children, element);
   Invalidate(true);
 }
 
 void UIElement::ChangeParent(element_ptr_t new_parent) {
-  if (!ORVIX_ASSERT_AT(new_parent, "parent != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(new_parent.get() != nullptr, site_t::new_parent_null)) return;
   const element_ptr_t self(this);  // the old parent's list may hold the last reference
   if (m_parent != nullptr) m_parent->RemoveChild(self);
   m_parent = new_parent.get();
@@ -177,10 +167,9 @@ void UIElement::ChangeParent(element_ptr_t new_parent) {
 }
 
 void UIElement::ReplaceChild(element_ptr_t old_child, element_ptr_t new_child) {
-  if (!ORVIX_ASSERT_AT(old_child && new_child, "child != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(old_child && new_child, site_t::replace_child_null)) return;
   const auto element = FindChild(old_child.get());
-  if (!ORVIX_ASSERT_AT(element != m_children.end(), "element != m_children.end()", nullptr, __LINE__))
-    return;
+  if (!contract_holds(element != m_children.end(), site_t::replace_child_absent)) return;
   if (new_child->m_parent != nullptr && new_child->m_parent != this)
     new_child->m_parent->RemoveChild(new_child);
   *element = new_child;
@@ -219,8 +208,7 @@ UIElement* UIElement::GetRootElement() const {
 
 wxWindow* UIElement::GetHolder() const {
   if (m_parent != nullptr) return GetRootElement()->GetHolder();
-  if (!ORVIX_ASSERT_AT(!RequestHolderWindow.empty(), "RequestHolderWindow.empty() == false", nullptr,
-                       __LINE__))
+  if (!contract_holds(!RequestHolderWindow.empty(), site_t::element_holder_unanswered))
     return nullptr;
   wxWindow* window = nullptr;
   RequestHolderWindow(&window);
@@ -233,8 +221,7 @@ wxRect UIElement::GetRect() const {
   if (m_parent != nullptr)
     return m_parent->m_layout->GetChildRect(m_parent->GetRect(), self_of(this));
   wxRect rect(0, 0, 0, 0);
-  if (ORVIX_ASSERT_AT(!RequestClientRect.empty(), "RequestClientRect.empty() == false", nullptr,
-                      __LINE__))
+  if (contract_holds(!RequestClientRect.empty(), site_t::element_rect_unanswered))
     RequestClientRect(rect);
   return rect;
 }
@@ -248,7 +235,7 @@ void UIElement::SetPositionFlags(int flags) {
 
 void UIElement::RefreshLayoutIfDirty() const {
   const UIElement* root = GetRootElement();
-  if (!ORVIX_ASSERT_AT(root != nullptr, "GetRootElement() != 0", nullptr, __LINE__)) return;
+  if (!contract_holds(root != nullptr, site_t::element_root_null)) return;
   if (root->m_layout_dirty && m_layout) m_layout.get()->Invalidate();
 }
 
@@ -483,17 +470,14 @@ element_ptr_t UIElement::FindNextFocusedElement(element_ptr_t current) {
 
 void UIElement::SetTimer(int milliseconds) {
   UIElement* root = GetRootElement();
-  if (!ORVIX_ASSERT_AT(!root->RequestSetTimer.empty(),
-                       "GetRootElement()->RequestSetTimer.empty() == false", nullptr, __LINE__))
-    return;
+  if (!contract_holds(!root->RequestSetTimer.empty(), site_t::set_timer_unanswered)) return;
   m_timer_running = true;
   root->RequestSetTimer(self_of(this), milliseconds);
 }
 
 void UIElement::KillTimer() {
   UIElement* root = GetRootElement();
-  if (ORVIX_ASSERT_AT(!root->RequestKillTimer.empty(),
-                      "GetRootElement()->RequestKillTimer.empty() == false", nullptr, __LINE__))
+  if (contract_holds(!root->RequestKillTimer.empty(), site_t::kill_timer_unanswered))
     root->RequestKillTimer(self_of(this));
   m_timer_running = false;
 }
@@ -504,15 +488,13 @@ void UIElement::OnTimer() {}
 
 void UIElement::CaptureMouse() {
   UIElement* root = GetRootElement();
-  if (ORVIX_ASSERT_AT(!root->RequestCaptureMouse.empty(),
-                      "GetRootElement()->RequestCaptureMouse.empty() == false", nullptr, __LINE__))
+  if (contract_holds(!root->RequestCaptureMouse.empty(), site_t::capture_mouse_unanswered))
     root->RequestCaptureMouse(self_of(this));
 }
 
 void UIElement::ReleaseMouse() {
   UIElement* root = GetRootElement();
-  if (ORVIX_ASSERT_AT(!root->RequestReleaseMouse.empty(),
-                      "GetRootElement()->RequestReleaseMouse.empty() == false", nullptr, __LINE__))
+  if (contract_holds(!root->RequestReleaseMouse.empty(), site_t::release_mouse_unanswered))
     root->RequestReleaseMouse();
 }
 

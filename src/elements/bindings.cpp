@@ -1,6 +1,6 @@
 #include "orvix1/elements/bindings.h"
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -8,7 +8,8 @@ namespace bindings {
 namespace detail {
 
 unsigned long keep_with(const element_ptr_t& element, const boost::any& binding) {
-  if (!ORVIX_ASSERT_AT(element, "element != __null", nullptr, __LINE__)) return no_binding;
+  if (!contract_holds(element.get() != nullptr, contract::site_t::binding_element_null))
+    return no_binding;
   return element.get()->AddBinding(binding);
 }
 
@@ -26,7 +27,7 @@ unsigned long bind_own(const element_ptr_t& element, Signal UIElement::*signal, 
 }  // namespace
 
 void unbind(const element_ptr_t& element, unsigned long slot) {
-  if (!ORVIX_ASSERT_AT(element, "element != __null", nullptr, __LINE__)) return;
+  if (!contract_holds(element.get() != nullptr, contract::site_t::unbind_element_null)) return;
   element.get()->RemoveBinding(slot);
 }
 

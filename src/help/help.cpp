@@ -142,8 +142,8 @@ bool open_help_helper_t::try_open_help() const {
     if (try_source(source)) return true;
     ORVIX_LOG_DEBUG(help_logger(), "help from '" << source.location << "' did not open");
   }
-  ORVIX_LOG_WARNING(help_logger(), (m_sources.empty() ? "no help to open"
-                                                      : "none of the help sources could be opened"));
+  ORVIX_LOG_ERROR(help_logger(), (m_sources.empty() ? "no help to open"
+                                                    : "none of the help sources could be opened"));
   return false;
 }
 

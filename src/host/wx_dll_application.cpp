@@ -13,7 +13,7 @@
 #include "orvix1/html_help_window.h"
 #include "orvix1/native_window.h"
 #include "orvix1/xrc_handlers.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace {
@@ -25,8 +25,6 @@ modal_callback_t g_modal_callback = nullptr;
 
 // Whoever starts wxWidgets in this process gets a wxDLLGlobalApp.
 const wxAppInitializer g_app_initializer(reinterpret_cast<wxAppInitializerFunction>(wxCreateApp));
-
-constexpr int k_cleanup_assert_line = 158;
 
 void register_handlers() {
   wxInitAllImageHandlers();
@@ -51,9 +49,7 @@ void flush_clipboard() {
 }
 
 void assert_not_over_cleaned() {
-  ORVIX_ASSERT_AT(g_initialization_counter > 0, "g_initialization_counter > 0",
-                  "cleanup_wxwidgets() was called more times than initialize_wxwidgets()",
-                  k_cleanup_assert_line);
+  contract_holds(g_initialization_counter > 0, contract::site_t::cleanup_unbalanced);
 }
 
 }  // namespace

@@ -6,12 +6,11 @@
 #include "core/log.h"
 #include "orvix1/locked_color.h"
 #include "orvix1/wx_xml_config.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace {
 
-constexpr int k_color_ex_assert_line = 195;
 // Only these ranges are persisted; the narrow colour range is intentional.
 constexpr int k_persisted_colors = 2;
 
@@ -321,7 +320,7 @@ wxColour get_system_color(wxSystemColour colour) { return wxSystemSettings::GetC
 
 wxColour get_system_color_ex(default_colors_t index) {
   if (index == color_info_text) return get_system_color(wxSYS_COLOUR_INFOTEXT);
-  ORVIX_FAIL_AT("Specified color index is not supported", k_color_ex_assert_line);
+  contract_fails(contract::site_t::system_color_ex_unsupported);
   return wxColour();
 }
 

@@ -1,20 +1,14 @@
 #include "orvix1/ui_update_helpers.h"
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
-namespace {
-
-constexpr int k_null_window_assert_line = 111;
-
-}  // namespace
-
 style_t style_t::create_dialog_style() { return style_t(font_normal, color_face, -1); }
 
 style_t style_t::create_inplace_style() { return style_t(font_normal, color_window_bg, -1); }
 
 void set_font_and_colors(wxWindow* wnd, const style_t& style, const ui_settings_t& settings) {
-  if (!ORVIX_ASSERT_AT(wnd != nullptr, "wnd", nullptr, k_null_window_assert_line)) return;
+  if (!contract_holds(wnd != nullptr, contract::site_t::style_window_null)) return;
   if (style.font != -1) wnd->SetFont(settings.get_font(static_cast<default_fonts_t>(style.font)));
   if (style.background != -1)
     wnd->SetBackgroundColour(settings.get_color(static_cast<default_colors_t>(style.background)));

@@ -7,7 +7,7 @@
 #include <wx/settings.h>
 
 #include "core/log.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 
@@ -87,8 +87,8 @@ void for_each_pixel(int width, int height, const wxImage& other, Visit visit) {
 
 wxImage image_helpers_t::create_watermark_image(wxImage image, const wxColour& front,
                                                 const wxColour& back) {
-  if (!ORVIX_ASSERT_AT(image.IsOk() && image.HasAlpha(),
-                       "image.IsOk() == true && image.HasAlpha() == true", nullptr, 64))
+  if (!contract_holds(image.IsOk() && image.HasAlpha(),
+                      contract::site_t::watermark_image_invalid))
     return wxImage();
 
   pixel_buffers_t out(image.GetWidth(), image.GetHeight());
@@ -114,15 +114,13 @@ wxImage image_helpers_t::create_watermark_image(wxImage image) {
 
 wxImage image_helpers_t::create_composite_image(const wxImage& image_front,
                                                 const wxImage& image_back) {
-  if (!ORVIX_ASSERT_AT(
-          image_front.IsOk() && image_front.HasAlpha() && image_back.IsOk(),
-          "image_front.IsOk() == true && image_front.HasAlpha() == true && image_back.IsOk()",
-          nullptr, 107))
+  if (!contract_holds(image_front.IsOk() && image_front.HasAlpha() && image_back.IsOk(),
+                      contract::site_t::composite_images_invalid))
     return wxImage();
   const int w = image_front.GetWidth();
   const int h = image_front.GetHeight();
-  ORVIX_ASSERT_AT(w == image_back.GetWidth() && h == image_back.GetHeight(),
-                  "w == image_back.GetWidth() && h == image_back.GetHeight()", nullptr, 115);
+  contract_holds(w == image_back.GetWidth() && h == image_back.GetHeight(),
+                 contract::site_t::composite_sizes_differ);
 
   pixel_buffers_t out(w, h);
   if (!out.allocated()) return wxImage();
@@ -148,13 +146,13 @@ wxImage image_helpers_t::create_composite_image(const wxImage& image_front,
 
 wxImage image_helpers_t::create_alpha_image(const wxImage& image_alpha_mask,
                                             const wxImage& image) {
-  if (!ORVIX_ASSERT_AT(image_alpha_mask.IsOk() && image.IsOk(),
-                       "image_alpha_mask.IsOk() == true && image.IsOk()", nullptr, 150))
+  if (!contract_holds(image_alpha_mask.IsOk() && image.IsOk(),
+                      contract::site_t::alpha_images_invalid))
     return image;
   const int w = image_alpha_mask.GetWidth();
   const int h = image_alpha_mask.GetHeight();
-  ORVIX_ASSERT_AT(w == image.GetWidth() && h == image.GetHeight(),
-                  "w == image.GetWidth() && h == image.GetHeight()", nullptr, 158);
+  contract_holds(w == image.GetWidth() && h == image.GetHeight(),
+                 contract::site_t::alpha_sizes_differ);
 
   pixel_buffers_t out(w, h);
   if (!out.allocated()) return wxImage();
@@ -177,7 +175,7 @@ wxImage image_helpers_t::create_alpha_image(const wxImage& image_alpha_mask,
 }
 
 wxImage image_helpers_t::create_paletteless_image(wxImage image) {
-  if (!ORVIX_ASSERT_AT(image.IsOk(), "image.IsOk() == true", nullptr, 192)) return wxImage();
+  if (!contract_holds(image.IsOk(), contract::site_t::paletteless_image_invalid)) return wxImage();
   // A sub-image carries the pixels, alpha and mask but not the palette.
   if (image.HasPalette())
     return image.GetSubImage(wxRect(0, 0, image.GetWidth(), image.GetHeight()));

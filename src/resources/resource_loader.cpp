@@ -104,8 +104,8 @@ struct resource_loader_t::archive_t {
       archive->read_zip_directory(reason);
     if (reason.empty()) archive->read_declarations(reason);
     if (reason.empty()) return archive;
-    ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger),
-                      "resource archive \"" << utf8(path) << "\" not added: " << utf8(reason));
+    ORVIX_LOG_ERROR(orvix1::log::get_logger(k_logger),
+                    "resource archive \"" << utf8(path) << "\" not added: " << utf8(reason));
     return nullptr;
   }
 
@@ -209,8 +209,8 @@ resource_loader_t::~resource_loader_t() = default;
 bool resource_loader_t::add_archive(const std::string& path) {
   const wxString absolute = absolute_path(path);
   if (absolute.empty()) {
-    ORVIX_LOG_WARNING(orvix1::log::get_logger(k_logger),
-                      "resource archive not added: the path is empty");
+    ORVIX_LOG_ERROR(orvix1::log::get_logger(k_logger),
+                    "resource archive not added: the path is empty");
     return false;
   }
   std::unique_ptr<archive_t> archive = archive_t::open(absolute);

@@ -67,7 +67,7 @@ bool wxAdvancedSplitter::SplitHorizontally(wxWindow* panel1, wxWindow* panel2) {
 
 bool wxAdvancedSplitter::Split(wxWindow* panel1, wxWindow* panel2, bool horizontal) {
   if (panel1 == nullptr || panel2 == nullptr || !m_element) {
-    ORVIX_LOG_WARNING(splitter_logger(), "a splitter needs two panes and a sash; nothing was split");
+    ORVIX_LOG_ERROR(splitter_logger(), "a splitter needs two panes and a sash; nothing was split");
     return false;
   }
   AdoptPanel(panel1);
@@ -293,8 +293,8 @@ void wxAdvancedSplitter::FinishAnimation() {
 
 void wxAdvancedSplitter::SetAccelerationFactor(float factor) {
   if (!(factor > 1.0f)) {
-    ORVIX_LOG_WARNING(splitter_logger(), "splitter acceleration factor " << factor
-                                             << " ignored: it must be above 1");
+    ORVIX_LOG_ERROR(splitter_logger(), "splitter acceleration factor " << factor
+                                           << " ignored: it must be above 1");
     return;
   }
   m_acceleration = factor;
@@ -498,7 +498,7 @@ void wxAdvancedSplitter::OnLinkedSplitterSashStateChanged(wxSplitterElement::Vis
 
 bool wxAdvancedSplitter::SynchronizeWith(element_ptr_t other) {
   if (other.get() != nullptr && other.get() == m_element.get()) {
-    ORVIX_LOG_WARNING(splitter_logger(), "a splitter cannot follow its own sash");
+    ORVIX_LOG_ERROR(splitter_logger(), "a splitter cannot follow its own sash");
     return false;
   }
   Unlink();
@@ -541,8 +541,8 @@ bool wxAdvancedSplitter::RestoreState(const std::string& state) {
                         position_key == "position=" && closed_key == ";closed=" &&
                         (closed == 0 || closed == 1) && relative >= 0 && relative <= 1;
   if (!readable || !m_element) {
-    ORVIX_LOG_WARNING(splitter_logger(), "splitter state \"" << state << "\" not restored: "
-                                             "expected position=<0..1>;closed=<0|1>");
+    ORVIX_LOG_ERROR(splitter_logger(), "splitter state \"" << state << "\" not restored: "
+                                           "expected position=<0..1>;closed=<0|1>");
     return false;
   }
   m_timer.Stop();

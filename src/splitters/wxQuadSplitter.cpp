@@ -39,8 +39,8 @@ bool wxQuadSplitter::SplitHorizontally(wxWindow* w1, wxWindow* w2, wxWindow* w3,
 
 bool wxQuadSplitter::Split(wxWindow* w1, wxWindow* w2, wxWindow* w3, wxWindow* w4, bool vertical) {
   if (w1 == nullptr || w2 == nullptr || w3 == nullptr || w4 == nullptr || m_major == nullptr) {
-    ORVIX_LOG_WARNING(log::get_logger("orvix.splitters"),
-                      "a quad splitter needs four windows; nothing was split");
+    ORVIX_LOG_ERROR(log::get_logger("orvix.splitters"),
+                    "a quad splitter needs four windows; nothing was split");
     return false;
   }
   if (vertical) {

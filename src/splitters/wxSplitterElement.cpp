@@ -8,7 +8,7 @@
 #include "orvix1/dpi.h"
 #include "orvix1/ui_resources.h"
 #include "orvix1/ui_settings.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace {
@@ -34,7 +34,7 @@ wxSplitterElement::wxSplitterElement(wxWindow* holder, bool vertical, int sash_s
       m_sash_size(std::max(0, sash_size)),
       m_hit_tolerance(std::max(0, hit_tolerance)),
       m_button_direction(vertical ? bdRight : bdDown) {
-  ORVIX_ASSERT_AT(m_holder_wnd != nullptr, "m_holder_wnd != __null", nullptr, __LINE__);
+  contract_holds(m_holder_wnd != nullptr, contract::site_t::splitter_holder_null);
   InitializeDefaultColors();
 }
 
@@ -108,8 +108,8 @@ bool wxSplitterElement::ButtonHitTest(int x, int y) const {
 bool wxSplitterElement::SetButtonImage(ButtonDirection direction, const wxImage& normal,
                                        const wxImage& highlighted, const wxImage& pressed) {
   if (!images_ok(normal, highlighted, pressed)) {
-    ORVIX_LOG_WARNING(splitter_logger(), "splitter button images for direction "
-                                             << direction << " are not valid; kept the old ones");
+    ORVIX_LOG_ERROR(splitter_logger(), "splitter button images for direction "
+                                           << direction << " are not valid; kept the old ones");
     return false;
   }
   m_images[direction] = button_images_t{normal, highlighted, pressed};

@@ -6,6 +6,7 @@
 
 #include <wx/dcbuffer.h>
 
+#include "core/contract_sites.h"
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 
@@ -721,7 +722,7 @@ void wxTabPanel::OnPaint(wxPaintEvent&) {
   // Slot k sits before shown button k, the slot after the run behind it.
   const size_t slots = std::min(m_shown.size() + 1, m_splitters.size());
   for (size_t k = 0; k < slots; ++k) {
-    wxASSERT(k < m_splitters.size());
+    contract_holds(k < m_splitters.size(), contract::site_t::tab_splitter_slot_beyond);
     const splitter_t& splitter = m_splitters[k];
     if (splitter.image.IsOk()) dc.DrawBitmap(wxBitmap(splitter.image), splitter.x, splitter.y, true);
   }

@@ -1,18 +1,15 @@
 #include "orvix1/tasks/Scheduler.h"
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace tasks {
 namespace _internal {
 
 bool check_post_signal_scheduler() {
-  if (Scheduler::IsInitialized()) return true;
   // Reported under the name of the public template, where the misuse is.
-  ::orvix1::detail::report_wx_assert(
-      __FILE__, __LINE__, "PostSignal", "Scheduler::IsInitialized()",
-      "Attempt to schedule a task in uninitialized Scheduler. Task will not complete.");
-  return false;
+  return contract_holds(Scheduler::IsInitialized(),
+                        contract::site_t::post_signal_without_scheduler);
 }
 
 }  // namespace _internal

@@ -11,7 +11,7 @@
 #include "talvar2/threading/default_task.h"
 #include "talvar2/threading/stage.h"
 #include "tasks/usage_statistics.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -110,7 +110,7 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
   }
 
   void task_scheduling_error(const task_ptr_t&, const std::string&) override {
-    ORVIX_FAIL_AT("Scheduling error detected", __LINE__);
+    contract_fails(contract::site_t::scheduling_error);
   }
 
  private:
@@ -135,7 +135,7 @@ class BatchCancelImpl : public IBatchCancel {
       case long_tasks_context:
         return talvar2::threading::long_tasks_unit_name;
     }
-    ORVIX_FAIL_AT("Invalid condition", __LINE__);
+    contract_fails(contract::site_t::batch_cancel_context_unknown);
     return talvar2::threading::service_unit_name;
   }
 
@@ -246,7 +246,7 @@ void Scheduler::CancelAndWait(const dialog_info_t& info, bool shut_down) {
 
 void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down) {
   const usage_statistics_scope_t usage("scheduler.cancel_and_wait", ".start", ".finish");
-  if (!ORVIX_ASSERT_AT(wxThread::IsMain() == true, "wxThread::IsMain() == true", nullptr, __LINE__)) {
+  if (!contract_holds(wxThread::IsMain(), contract::site_t::cancel_and_wait_off_gui_thread)) {
     Cancel(group);
   } else if (info.empty()) {
     m_scheduler->cancel_and_wait(group);  // the default wait callback keeps the loop turning
@@ -322,6 +322,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
   // lookup takes the logging library's global lock, on every task.
   if (m_shut_down) {
     const log4cplus::Logger logger = scheduler_logger();
+    // An error by documentation, though the task is still handed on.
     if (logger.isEnabledFor(log4cplus::ERROR_LOG_LEVEL))
       ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
                                   << task.get()->GetDisplayName());
@@ -345,12 +346,14 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
     if (isGroupEmpty(group)) notifyGroupEnd(group);
   }
   const log4cplus::Logger logger = scheduler_logger();
+  // A warning by documentation, though the task is refused. The missing space
+  // before "is being canceled" is the documented text: hosts match it as is.
   if (status == talvar2::threading::schedule_group_canceling)
     ORVIX_LOG_WARNING(logger, "Failed to schedule task " << task.get()->GetDisplayName()
                                                          << ", it's group " << group
                                                          << "is being canceled");
   else
-    ORVIX_FAIL_AT("Failed to schedule task. See debug output for details.", __LINE__);
+    contract_fails(contract::site_t::schedule_failed);
   return status;
 }
 
@@ -374,6 +377,7 @@ void Scheduler::HandleTaskComplete(const task_ptr_t& companion) {
 void Scheduler::HandleTaskException(const task_ptr_t& companion, const std::string&) {
   const ITaskPtr task = FindTask(companion);
   const std::string name = task ? task.get()->GetDisplayName() : std::string("UNKNOWN_TASK");
+  // No space after the name: the documented text, which hosts match as is.
   ORVIX_LOG_ERROR(scheduler_logger(),
                   "Task: " << name << "has generated exception which wasn't appropriately handled.");
 }

@@ -2,7 +2,7 @@
 
 #include <typeinfo>
 
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -77,8 +77,7 @@ bool WaitableTask::IsFinished() {
 }
 
 void WaitableTask::Wait() {
-  if (!ORVIX_ASSERT_AT(wxThread::IsMain() == false, "wxThread::IsMain() == false", nullptr, __LINE__))
-    return;
+  if (!contract_holds(!wxThread::IsMain(), contract::site_t::wait_on_gui_thread)) return;
   // The flag is read under the condition's mutex too, so a broadcast between
   // the check and the wait cannot be missed.
   wxMutexLocker lock(m_condition_mutex);

@@ -6,7 +6,7 @@
 #include "orvix1/native_window.h"
 #include "orvix1/tasks/WaitDialog.h"
 #include "orvix1/wx_dll_application.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -26,7 +26,7 @@ void WaitCallback::SetDialogInfo(const dialog_info_t& info) {
 
 void WaitCallback::wait(boost::weak_ptr<scheduler_operation_status_t> status) {
   const boost::shared_ptr<scheduler_operation_status_t> locked = status.lock();
-  if (!ORVIX_ASSERT_AT(locked, "status_callback", nullptr, __LINE__)) return;
+  if (!contract_holds(locked != nullptr, contract::site_t::wait_without_status)) return;
   if (locked->is_finished()) return;
   if (m_info.empty())
     PumpUntilFinished(*locked);

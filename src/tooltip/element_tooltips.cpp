@@ -9,7 +9,7 @@
 #include "orvix1/elements/ElementAdapter.h"
 #include "orvix1/elements/UIElement.h"
 #include "orvix1/wxCustomTooltip.h"
-#include "core/wx_assert.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 namespace elements {
@@ -38,7 +38,7 @@ void UIElement::OnTooltipDestroyed(wxCustomTooltip* tooltip) {
 }
 
 void ElementAdapter::OnRequestSetTooltip(wxCustomTooltip* tip) {
-  if (!ORVIX_ASSERT_AT(m_holder && tip, "m_holder && tip", nullptr, __LINE__)) return;
+  if (!contract_holds(m_holder && tip, contract::site_t::element_tooltip_unusable)) return;
   if (m_tooltip != nullptr) OnRequestClearTooltip();
   // The holder may carry a tooltip of its own: the element's goes first.
   if (wxCustomTooltip* other = wxCustomTooltip::GetAssociatedTooltip(m_holder))

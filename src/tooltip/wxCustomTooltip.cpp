@@ -7,7 +7,7 @@
 #include "orvix1/elements/RectangleElement.h"
 #include "orvix1/elements/TextElement.h"
 #include "orvix1/ui_settings.h"
-#include "talvar2/debug/assertion.h"
+#include "core/contract_sites.h"
 
 namespace orvix1 {
 
@@ -78,16 +78,12 @@ bool wxCustomTooltip::Destroy() {
 // --- targets ------------------------------------------------------------------
 
 void wxCustomTooltip::Attach(wxWindow* target) {
-  if (target == nullptr || m_owner != nullptr) {
-    talvar2::debug::assertion_failed("target != 0 && m_owner == 0", __FILE__, __LINE__,
-                                     __PRETTY_FUNCTION__);
+  if (!contract_holds(target != nullptr && m_owner == nullptr,
+                      contract::site_t::tooltip_target_taken))
     return;
-  }
-  if (m_active_tooltips.find(target) != m_active_tooltips.end()) {
-    talvar2::debug::assertion_failed("m_active_tooltips.find(target) == m_active_tooltips.end()",
-                                     "src/wxCustomTooltip", __LINE__, __PRETTY_FUNCTION__);
+  if (!contract_holds(m_active_tooltips.find(target) == m_active_tooltips.end(),
+                      contract::site_t::tooltip_target_has_one))
     return;
-  }
   m_owner = target;
   BindTarget(target, true);
   m_active_tooltips[target] = this;

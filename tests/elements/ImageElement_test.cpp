@@ -128,6 +128,7 @@ TEST_F(ImageElementTest, AnAnimationTicksAtEachFrameDelayAndPollsWhenNothingChan
   for (const char* name : {"missing.gif", "broken.gif", "empty.gif", "res.zip#zip:anim/none.gif"})
     EXPECT_FALSE(m_image->SetAnimationFile(location(name))) << name;
   EXPECT_EQ(log.entries().size(), 4u);
+  EXPECT_EQ(log.errors(), 4u);  // no animation was set
   EXPECT_EQ(take_requests(), requests_t{});  // the running animation goes on
   EXPECT_TRUE(m_image->HasAnimation());
 }
@@ -188,7 +189,8 @@ TEST_F(ImageElementTest, AnAnimationLoadedByWxSharesItsFramesAGenericOneIsShownS
   m_image->SetAnimation(generic);
   EXPECT_EQ(take_requests(), (requests_t{"kill img"}));
   EXPECT_TRUE(draw().all(wxRect(2, 3, 8, 8), k_red));
-  EXPECT_EQ(log.entries().size(), 1u);  // the warning
+  EXPECT_EQ(log.entries().size(), 1u);
+  EXPECT_EQ(log.warnings(), 1u);  // shown, if still
 }
 
 

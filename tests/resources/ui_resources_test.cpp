@@ -180,7 +180,8 @@ TEST_F(UiResources, BadArchivesAreRefusedAndTheRegistryKeepsWhatItHad) {
     SCOPED_TRACE(path);
     const orvix1_test::log_capture_t capture("orvix.resources");
     EXPECT_FALSE(m_resources->add_archive(path));
-    EXPECT_EQ(capture.warnings(), 1u);
+    EXPECT_EQ(capture.errors(), 1u);
+    EXPECT_EQ(capture.entries().size(), 1u);
   }
   EXPECT_EQ(m_resources->get_archives(), paths_t{good});
   // Broken in place and added again: refused, and its old contents stay.

@@ -29,10 +29,14 @@ const std::vector<captured_log_t>& log_capture_t::entries() const {
   return static_cast<const appender_t&>(*m_appender).entries;
 }
 
-size_t log_capture_t::warnings() const {
+size_t log_capture_t::at_level(int level) const {
   size_t count = 0;
-  for (const captured_log_t& entry : entries()) count += entry.level == log4cplus::WARN_LOG_LEVEL ? 1 : 0;
+  for (const captured_log_t& entry : entries()) count += entry.level == level ? 1 : 0;
   return count;
 }
+
+size_t log_capture_t::warnings() const { return at_level(log4cplus::WARN_LOG_LEVEL); }
+
+size_t log_capture_t::errors() const { return at_level(log4cplus::ERROR_LOG_LEVEL); }
 
 }  // namespace orvix1_test

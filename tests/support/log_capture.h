@@ -27,8 +27,10 @@ class log_capture_t {
 
   const std::vector<captured_log_t>& entries() const;
   size_t warnings() const;
+  size_t errors() const;
 
  private:
+  size_t at_level(int level) const;
   class appender_t;
   log4cplus::Logger m_logger;
   log4cplus::SharedAppenderPtr m_appender;

@@ -54,7 +54,7 @@ class ORVIX1_API ImageElement : public UIElement {
   const wxAnimation& GetAnimation() const { return m_animation; }
   /// The animation in the file at `location` (any wxFileSystem location).
   /// A location that cannot be read or holds no picture changes nothing,
-  /// logs a warning and gives false.
+  /// logs an error and gives false.
   bool SetAnimationFile(const wxString& location);
   /// Whether frames are being played (a still picture has none).
   bool HasAnimation() const { return m_frames != nullptr; }

@@ -221,7 +221,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   element_ptr_t FindNextFocusedElement(element_ptr_t current);
   unsigned long GenerateUniqueBindingSlotId() const;
   std::list<element_ptr_t>::iterator FindChild(const UIElement* child);
-  void MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after, const char* caller);
+  void MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after);
   void ChildTabOrderChanged(int old_order, int new_order);
 
   wxDC* m_current_dc = nullptr;
