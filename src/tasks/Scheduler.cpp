@@ -26,6 +26,10 @@ using talvar2::threading::task_ptr_t;
 
 namespace {
 
+// The scheduler's documented messages name their source in the text itself,
+// as hosts have always read them.
+const char k_at_file[] = ", at file: src/tasks/Scheduler";
+
 log4cplus::Logger scheduler_logger() { return log::get_logger("orvix.scheduler"); }
 
 // One ITask as a staged task: [wait on "delay tasks"], TaskStarted on
@@ -351,7 +355,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
   if (status == talvar2::threading::schedule_group_canceling)
     ORVIX_LOG_WARNING(logger, "Failed to schedule task " << task.get()->GetDisplayName()
                                                          << ", it's group " << group
-                                                         << "is being canceled");
+                                                         << "is being canceled" << k_at_file);
   else
     contract_fails(contract::site_t::schedule_failed);
   return status;
@@ -379,7 +383,8 @@ void Scheduler::HandleTaskException(const task_ptr_t& companion, const std::stri
   const std::string name = task ? task.get()->GetDisplayName() : std::string("UNKNOWN_TASK");
   // No space after the name: the documented text, which hosts match as is.
   ORVIX_LOG_ERROR(scheduler_logger(),
-                  "Task: " << name << "has generated exception which wasn't appropriately handled.");
+                  "Task: " << name << "has generated exception which wasn't appropriately handled."
+                           << k_at_file);
 }
 
 ITaskPtr Scheduler::FindTask(const task_ptr_t& companion) {

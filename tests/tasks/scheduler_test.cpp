@@ -173,7 +173,7 @@ TEST_F(SchedulerTest, RefusedWhileItsGroupIsCanceledWithOneWarningAndNoCallbacks
   ASSERT_EQ(log.entries().size(), 1u);
   EXPECT_EQ(log.entries()[0].level, log4cplus::WARN_LOG_LEVEL);
   EXPECT_EQ(log.entries()[0].message,
-            "Failed to schedule task " + refused->GetDisplayName() + ", it's group busyis being canceled");
+            "Failed to schedule task " + refused->GetDisplayName() + ", it's group busyis being canceled, at file: src/tasks/Scheduler");
   EXPECT_EQ(refused->ref_count(), 1u);  // nothing kept it
 
   // After the shut-down a task still runs, with an error logged.
@@ -324,7 +324,7 @@ TEST_F(SchedulerTest, ThrowsFromEveryCallbackAreLoggedOnceAndTheSchedulerGoesOn)
       EXPECT_EQ(log.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
       if (in_work && standard) {
         EXPECT_EQ(log.entries()[0].message, "Task: " + task->GetDisplayName() +
-                                                "has generated exception which wasn't appropriately handled.");
+                                                "has generated exception which wasn't appropriately handled., at file: src/tasks/Scheduler");
       }
     }
   }
