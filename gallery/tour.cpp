@@ -137,6 +137,7 @@ class tour_t {
   int run() {
     const std::vector<page_t>& pages = all_pages();
     for (size_t index = 0; index < pages.size(); ++index) visit(pages[index], static_cast<int>(index));
+    dark_pictures(pages);
     step("host", "every modal dialog closed again", [this]() -> outcome_t {
       if (m_hooks.dialogs_opened() != m_hooks.dialogs_closed() || m_host.is_marked_modal())
         return "opened " + std::to_string(m_hooks.dialogs_opened()) + ", closed " +
@@ -179,8 +180,30 @@ class tour_t {
     if (after) after();
   }
 
-  void screenshot() {
-    const std::string path = m_out_dir + "/" + m_page_name + ".png";
+  // The workspace pages once more under the dark theme, then light again:
+  // every widget follows the palette, and the pictures show it.
+  void dark_pictures(const std::vector<page_t>& pages) {
+    auto palette = orvix1::ui_settings_configure_t::get();
+    m_page_name = "dark theme";
+    step("switching every page to the dark theme", [&]() -> outcome_t {
+      return palette->apply_theme(ORVIX1_THEMES_DIR "/dark.xml") ? "" : "the theme did not load";
+    });
+    for (size_t index = 0; index < pages.size(); ++index) {
+      const std::string name = pages[index].name;
+      if (name != "tabs" && name != "splitters" && name != "elements") continue;
+      m_page_name = name;
+      wxTabButton* tab = m_view.strip()->GetButton(static_cast<int>(index));
+      click(tab, centre_of(tab));
+      screenshot("-dark");
+    }
+    m_page_name = "light theme";
+    step("switching back to the light theme", [&]() -> outcome_t {
+      return palette->apply_theme(ORVIX1_THEMES_DIR "/light.xml") ? "" : "the theme did not load";
+    });
+  }
+
+  void screenshot(const char* suffix = "") {
+    const std::string path = m_out_dir + "/" + m_page_name + suffix + ".png";
     step("picture", [&]() -> outcome_t {
       // The page as the steps left it: panes may have gone, others repaint.
       m_view.watch_selected_page();
