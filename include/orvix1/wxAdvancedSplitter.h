@@ -131,7 +131,6 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashStateChanged(wxSplitterElement::VisualState state);
-  void OnCaptureLost(wxMouseCaptureLostEvent& event);
 
   wxTimer& GetAnimationTimer() { return m_timer; }
 
@@ -154,6 +153,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnLeftDown(const wxPoint& point);
   void OnLeftUp(const wxPoint& point);
   void EndDragging();
+  void OnCaptureLost(wxMouseCaptureLostEvent& event);
   void OnDoubleClick(const wxPoint& point);
   void UpdateHover(const wxPoint& point);
   void TogglePane();

@@ -4,7 +4,7 @@
 
 namespace orvix1 {
 namespace tasks {
-namespace _internal {
+namespace detail {
 
 bool check_post_signal_scheduler() {
   if (Scheduler::IsInitialized()) return true;
@@ -15,6 +15,6 @@ bool check_post_signal_scheduler() {
   return false;
 }
 
-}  // namespace _internal
+}  // namespace detail
 }  // namespace tasks
 }  // namespace orvix1
