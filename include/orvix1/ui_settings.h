@@ -170,9 +170,10 @@ class ORVIX1_API syscolor_handler_t : public wxFrame {
                      const wxPoint& position, const wxSize& size, long style);
 
   bool ShouldPreventAppExit() const override { return false; }
-  void OnSysColourChanged(wxSysColourChangedEvent& event);
 
  private:
+  void OnSysColourChanged(wxSysColourChangedEvent& event);
+
   wxDECLARE_EVENT_TABLE();
 };
 

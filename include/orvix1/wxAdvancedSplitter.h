@@ -11,6 +11,7 @@
 /// The panes are the splitter's children: a pane given with another parent
 /// is moved into the splitter.
 
+#include <memory>
 #include <string>
 
 #include <wx/timer.h>
@@ -22,6 +23,10 @@
 #include "talvar2/pointers/smart_pointer.h"
 
 namespace orvix1 {
+namespace detail {
+class collapse_motion_t;
+}
+
 /// A window split in two panes by a sash with a collapse button.
 class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscriber_base_t {
  public:
@@ -83,7 +88,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   /// animated when the animation is on.
   void ChangePaneState(bool open);
   /// True once the closing pane has finished closing, until it has reopened.
-  bool IsSecondPaneClosed() const { return m_second_pane_closed; }
+  bool IsSecondPaneClosed() const;
   bool IsAnimating() const { return m_timer.IsRunning(); }
   bool IsModifiedByUser() const { return m_modified_by_user; }
   void ResetModifiedByUser() { m_modified_by_user = false; }
@@ -91,7 +96,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void EnableAnimation(bool enable) { m_animation_enabled = enable; }
   bool IsAnimationEnabled() const { return m_animation_enabled; }
   void SetAccelerationFactor(float factor);
-  float GetAccelerationFactor() const { return m_acceleration; }
+  float GetAccelerationFactor() const;
   void EnableAutoclosing(bool enable) { m_autoclosing = enable; }
   bool IsAutoclosingEnabled() const { return m_autoclosing; }
   /// A disabled button is drawn greyed, and no click on the sash toggles the
@@ -126,7 +131,6 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashStateChanged(wxSplitterElement::VisualState state);
-  void OnCaptureLost(wxMouseCaptureLostEvent& event);
 
   wxTimer& GetAnimationTimer() { return m_timer; }
 
@@ -141,7 +145,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   int MinimumPanelExtent() const;
   bool ClosingOrClosed() const;
   void MoveSashKeepingRelative(int position);
-  void StartAnimation(int target);
+  void StartAnimation(bool close, int target);
   void FinishAnimation();
   void DoSashMoving(const wxPoint& point);
   bool OnSash(const wxPoint& point) const;
@@ -149,6 +153,7 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnLeftDown(const wxPoint& point);
   void OnLeftUp(const wxPoint& point);
   void EndDragging();
+  void OnCaptureLost(wxMouseCaptureLostEvent& event);
   void OnDoubleClick(const wxPoint& point);
   void UpdateHover(const wxPoint& point);
   void TogglePane();
@@ -162,8 +167,6 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   element_ptr_t m_element;
   element_ptr_t m_linked;
   bool m_horizontal = false;
-  bool m_second_pane_closed = false;
-  bool m_closing = false;  ///< the direction of a running or last animation
   bool m_modified_by_user = false;
   bool m_animation_enabled = true;
   bool m_autoclosing = false;
@@ -178,10 +181,8 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   int m_last_extent = 0;
   int m_closing_panel_extent = 0;  ///< what the closing pane keeps while it slides out
   wxTimer m_timer;
-  float m_speed = 0;
-  float m_acceleration = DefaultAccelerationFactor;
-  float m_animated_position = 0;
-  int m_target_position = 0;
+  /// Closed, open or on the way, and where the sash goes next.
+  std::unique_ptr<detail::collapse_motion_t> m_motion;
 
   wxDECLARE_DYNAMIC_CLASS(wxAdvancedSplitter);
   wxDECLARE_EVENT_TABLE();

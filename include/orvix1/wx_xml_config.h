@@ -36,6 +36,7 @@ class ORVIX1_API wx_xml_config_t : public talvar2::advanced_xml_config_t {
   bool write(const std::string& key, const wxFont& font);
   void write(const std::string& key, int number);
 
+ private:
   static std::string colour_to_text(const wxColour& colour);
   static std::string font_to_text(const wxFont& font);
 };

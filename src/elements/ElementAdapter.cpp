@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <tuple>
 #include <vector>
 
 #include <wx/dcbuffer.h>
@@ -33,6 +34,36 @@ std::vector<element_ptr_t> ancestor_chain(const element_ptr_t& element) {
 
 bool chain_contains(const std::vector<element_ptr_t>& chain, const element_ptr_t& element) {
   return std::find(chain.begin(), chain.end(), element) != chain.end();
+}
+
+// One of the root's request signals and the adapter's answer to it.
+template <class Signal, class Handler>
+struct request_route_t {
+  Signal UIElement::*signal;
+  Handler handler;
+};
+
+template <class Signal, class Handler>
+constexpr request_route_t<Signal, Handler> route(Signal UIElement::*signal, Handler handler) {
+  return {signal, handler};
+}
+
+// Everything the root asks of its host. Connecting and disconnecting walk
+// this one table, so that a request cannot stay connected to a former root.
+constexpr auto request_routes = std::make_tuple(
+    route(&UIElement::RequestClientRect, &ElementAdapter::OnRequestClientRect),
+    route(&UIElement::RequestHolderWindow, &ElementAdapter::OnRequestHolderWindow),
+    route(&UIElement::RequestSetTimer, &ElementAdapter::OnRequestSetTimer),
+    route(&UIElement::RequestKillTimer, &ElementAdapter::OnRequestKillTimer),
+    route(&UIElement::RequestCaptureMouse, &ElementAdapter::OnRequestCaptureMouse),
+    route(&UIElement::RequestReleaseMouse, &ElementAdapter::OnRequestReleaseMouse),
+    route(&UIElement::RequestSetTooltip, &ElementAdapter::OnRequestSetTooltip),
+    route(&UIElement::RequestClearTooltip, &ElementAdapter::OnRequestClearTooltip),
+    route(&UIElement::RequestChangeFocus, &ElementAdapter::OnRequestChangeFocus));
+
+template <class Action>
+void for_each_request_route(Action action) {
+  std::apply([&action](const auto&... routes) { (action(routes), ...); }, request_routes);
 }
 
 }  // namespace
@@ -71,29 +102,15 @@ void ElementAdapter::SetRootElement(element_ptr_t element) {
 void ElementAdapter::ConnectRoot() {
   if (!m_root_element) return;
   UIElement& root = *m_root_element;
-  root.RequestClientRect.connect(this, &ElementAdapter::OnRequestClientRect);
-  root.RequestHolderWindow.connect(this, &ElementAdapter::OnRequestHolderWindow);
-  root.RequestSetTimer.connect(this, &ElementAdapter::OnRequestSetTimer);
-  root.RequestKillTimer.connect(this, &ElementAdapter::OnRequestKillTimer);
-  root.RequestCaptureMouse.connect(this, &ElementAdapter::OnRequestCaptureMouse);
-  root.RequestReleaseMouse.connect(this, &ElementAdapter::OnRequestReleaseMouse);
-  root.RequestSetTooltip.connect(this, &ElementAdapter::OnRequestSetTooltip);
-  root.RequestClearTooltip.connect(this, &ElementAdapter::OnRequestClearTooltip);
-  root.RequestChangeFocus.connect(this, &ElementAdapter::OnRequestChangeFocus);
+  for_each_request_route(
+      [this, &root](const auto& route) { (root.*route.signal).connect(this, route.handler); });
 }
 
 void ElementAdapter::DisconnectRoot() {
   if (!m_root_element) return;
   UIElement& root = *m_root_element;
-  root.RequestClientRect.disconnect(this, &ElementAdapter::OnRequestClientRect);
-  root.RequestHolderWindow.disconnect(this, &ElementAdapter::OnRequestHolderWindow);
-  root.RequestSetTimer.disconnect(this, &ElementAdapter::OnRequestSetTimer);
-  root.RequestKillTimer.disconnect(this, &ElementAdapter::OnRequestKillTimer);
-  root.RequestCaptureMouse.disconnect(this, &ElementAdapter::OnRequestCaptureMouse);
-  root.RequestReleaseMouse.disconnect(this, &ElementAdapter::OnRequestReleaseMouse);
-  root.RequestSetTooltip.disconnect(this, &ElementAdapter::OnRequestSetTooltip);
-  root.RequestClearTooltip.disconnect(this, &ElementAdapter::OnRequestClearTooltip);
-  root.RequestChangeFocus.disconnect(this, &ElementAdapter::OnRequestChangeFocus);
+  for_each_request_route(
+      [this, &root](const auto& route) { (root.*route.signal).disconnect(this, route.handler); });
 }
 
 void ElementAdapter::ForgetTreeState() {

@@ -1,7 +1,6 @@
 #include "orvix1/wxAdvancedSplitter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iomanip>
 #include <locale>
 #include <sstream>
@@ -10,6 +9,7 @@
 
 #include "core/log.h"
 #include "orvix1/dpi.h"
+#include "splitters/collapse_motion.h"
 
 namespace orvix1 {
 namespace {
@@ -29,10 +29,12 @@ wxBEGIN_EVENT_TABLE(wxAdvancedSplitter, wxWindow)
   EVT_MOUSE_CAPTURE_LOST(wxAdvancedSplitter::OnCaptureLost)
 wxEND_EVENT_TABLE()
 
-wxAdvancedSplitter::wxAdvancedSplitter() = default;
+wxAdvancedSplitter::wxAdvancedSplitter()
+    : m_motion(new detail::collapse_motion_t(DefaultAccelerationFactor)) {}
 
 wxAdvancedSplitter::wxAdvancedSplitter(wxWindow* parent, wxWindowID id, const wxPoint& pos,
-                                       const wxSize& size, long style, const wxString& name) {
+                                       const wxSize& size, long style, const wxString& name)
+    : wxAdvancedSplitter() {
   Create(parent, id, pos, size, style, name);
 }
 
@@ -77,7 +79,7 @@ bool wxAdvancedSplitter::Split(wxWindow* panel1, wxWindow* panel2, bool horizont
   m_horizontal = horizontal;
   m_element->SetVertical(!horizontal);
   m_timer.Stop();
-  m_closing = m_second_pane_closed = false;
+  m_motion->settle(false);
   m_panel1->Show();
   m_panel2->Show();
   m_last_extent = Extent();
@@ -141,9 +143,9 @@ int wxAdvancedSplitter::MinimumPanelExtent() const {
   return calculate_DPI_scaled_size(AutocloseExtent, 0).x;
 }
 
-bool wxAdvancedSplitter::ClosingOrClosed() const {
-  return m_timer.IsRunning() ? m_closing : m_second_pane_closed;
-}
+bool wxAdvancedSplitter::ClosingOrClosed() const { return m_motion->closing_or_closed(); }
+
+bool wxAdvancedSplitter::IsSecondPaneClosed() const { return m_motion->pane_closed(); }
 
 // Stored before the sash moves: linked splitters read it while the move is
 // being reported.
@@ -211,8 +213,8 @@ void wxAdvancedSplitter::ApplySize() {
   const int extent = Extent();
   const int position = m_element->GetSashPosition();
   if (m_timer.IsRunning()) {
-    m_target_position = m_closing ? ClosedPosition() : OpenPosition();
-  } else if (m_second_pane_closed) {
+    m_motion->retarget(ClosingOrClosed() ? ClosedPosition() : OpenPosition());
+  } else if (m_motion->pane_closed()) {
     m_element->SetSashPosition(ClosedPosition());
   } else if (m_resizing_mode == rmProportional) {
     m_element->SetSashPosition(OpenPosition());
@@ -232,60 +234,41 @@ void wxAdvancedSplitter::ChangePaneState(bool open) {
   if (!m_element || close == ClosingOrClosed()) return;
   // A pane reopened next to the edge would look as if nothing happened.
   if (open && PanelExtentAt(OpenPosition()) < MinimumPanelExtent()) m_relative_position = 0.5f;
-  m_closing = close;
   const int target = close ? ClosedPosition() : OpenPosition();
   m_closing_panel_extent = PanelExtentAt(close ? m_element->GetSashPosition() : target);
   if (open && ClosingPanel() != nullptr) ClosingPanel()->Show();
   if (m_animation_enabled && IsShownOnScreen()) {
-    StartAnimation(target);
+    StartAnimation(close, target);
   } else {
+    // Whoever hears of the jump sees a running motion heading the new way.
+    m_motion->turn(close);
     m_element->SetSashPosition(target);
+    m_motion->settle(close);
     FinishAnimation();
   }
   UpdateButtonDirection();
   Refresh();
 }
 
-// Closing accelerates from a pixel per tick; opening starts fast and settles.
-void wxAdvancedSplitter::StartAnimation(int target) {
-  m_target_position = target;
-  m_animated_position = static_cast<float>(m_element->GetSashPosition());
-  const float distance = target - m_animated_position;
-  if (distance == 0) {
-    FinishAnimation();
-    return;
-  }
-  if (m_closing)
-    m_speed = distance > 0 ? 1.0f : -1.0f;
+void wxAdvancedSplitter::StartAnimation(bool close, int target) {
+  if (m_motion->start(close, m_element->GetSashPosition(), target))
+    m_timer.Start(AnimationInterval);
   else
-    m_speed = distance / m_acceleration;
-  m_timer.Start(AnimationInterval);
+    FinishAnimation();
 }
 
 void wxAdvancedSplitter::OnTimer(wxTimerEvent&) {
-  if (!m_element) return;
-  m_animated_position += m_speed;
-  if (m_closing) {
-    m_speed *= m_acceleration;
-  } else {
-    m_speed /= m_acceleration;
-    if (std::fabs(m_speed) < 1.0f) m_speed = std::copysign(1.0f, m_speed);
-  }
-  const bool passed = (m_target_position - m_animated_position) * m_speed <= 0;
-  if (passed) {
-    m_element->SetSashPosition(m_target_position);
-    FinishAnimation();
-  } else {
-    m_element->SetSashPosition(static_cast<int>(m_animated_position));
-  }
+  if (!m_element || !m_motion->moving()) return;
+  m_element->SetSashPosition(m_motion->next());
+  if (m_motion->arrived()) FinishAnimation();
 }
 
 void wxAdvancedSplitter::FinishAnimation() {
   m_timer.Stop();
-  m_second_pane_closed = m_closing;
+  m_motion->finish();
   wxWindow* closing = ClosingPanel();
   // A closed pane is hidden so that keyboard navigation skips it.
-  if (closing != nullptr) closing->Show(!m_second_pane_closed);
+  if (closing != nullptr) closing->Show(!m_motion->pane_closed());
   UpdateButtonDirection();
   CalcLayout();
   Refresh();
@@ -297,8 +280,10 @@ void wxAdvancedSplitter::SetAccelerationFactor(float factor) {
                                            << " ignored: it must be above 1");
     return;
   }
-  m_acceleration = factor;
+  m_motion->set_acceleration(factor);
 }
+
+float wxAdvancedSplitter::GetAccelerationFactor() const { return m_motion->acceleration(); }
 
 void wxAdvancedSplitter::EnableCloseButton(bool enable) {
   if (!m_element) return;
@@ -361,7 +346,7 @@ void wxAdvancedSplitter::OnLeftDown(const wxPoint& point) {
   m_down_toggled = false;
   if (!OnSash(point)) return;
   const bool on_button = m_element->ButtonHitTest(point.x, point.y);
-  if (ButtonTakesClicks() && (m_second_pane_closed || on_button)) {
+  if (ButtonTakesClicks() && (m_motion->pane_closed() || on_button)) {
     TogglePane();
     m_down_toggled = true;
   }
@@ -392,8 +377,8 @@ void wxAdvancedSplitter::DoSashMoving(const wxPoint& point) {
   const int step = m_horizontal ? movement.y : movement.x;
   // The animation owns the sash until it ends.
   if (step == 0 || m_timer.IsRunning()) return;
-  if (m_second_pane_closed) {  // dragged out by hand
-    m_closing = m_second_pane_closed = false;
+  if (m_motion->pane_closed()) {  // dragged out by hand
+    m_motion->settle(false);
     if (ClosingPanel() != nullptr) ClosingPanel()->Show();
     UpdateButtonDirection();
   }
@@ -546,10 +531,11 @@ bool wxAdvancedSplitter::RestoreState(const std::string& state) {
     return false;
   }
   m_timer.Stop();
+  m_motion->halt();
   m_relative_position = relative;
-  m_closing = closed == 1;
   m_closing_panel_extent = PanelExtentAt(OpenPosition());
-  m_element->SetSashPosition(m_closing ? ClosedPosition() : OpenPosition());
+  m_element->SetSashPosition(closed == 1 ? ClosedPosition() : OpenPosition());
+  m_motion->settle(closed == 1);
   FinishAnimation();
   return true;
 }

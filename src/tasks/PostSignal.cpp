@@ -4,7 +4,7 @@
 
 namespace orvix1 {
 namespace tasks {
-namespace _internal {
+namespace detail {
 
 bool check_post_signal_scheduler() {
   // Reported under the name of the public template, where the misuse is.
@@ -12,6 +12,6 @@ bool check_post_signal_scheduler() {
                         contract::site_t::post_signal_without_scheduler);
 }
 
-}  // namespace _internal
+}  // namespace detail
 }  // namespace tasks
 }  // namespace orvix1

@@ -144,7 +144,7 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   static wxMutex m_self_mutex;
 };
 
-namespace _internal {
+namespace detail {
 
 /// Reports a PostSignal without a scheduler; false then.
 ORVIX1_API bool check_post_signal_scheduler();
@@ -161,16 +161,16 @@ class PostSignalTask : public GUITask {
   Argument m_value;
 };
 
-}  // namespace _internal
+}  // namespace detail
 
 /// Makes `signal` fire with `value` on the GUI thread; callable from any
 /// thread once the scheduler exists.
 template <class Signal, class Argument>
 void PostSignal(Signal signal, Argument value) {
-  if (!_internal::check_post_signal_scheduler()) return;
+  if (!detail::check_post_signal_scheduler()) return;
   SchedulerPtr scheduler = Scheduler::Get(ISchedulerStatusCallbackPtr());
   if (scheduler)
-    scheduler->AddTask(new _internal::PostSignalTask<Signal, Argument>(signal, value), std::string());
+    scheduler->AddTask(new detail::PostSignalTask<Signal, Argument>(signal, value), std::string());
 }
 
 }  // namespace tasks
