@@ -15,7 +15,7 @@ namespace gallery {
 // The library's side of the gallery: the wrapper around the host's main
 // window, filled with a tabbed workspace that holds one tab per page. A
 // page is made when its tab is first selected.
-class gallery_view_t : public talvar2::_internal::subscriber_base_t {
+class gallery_view_t : public talvar2::subscriber_base_t {
  public:
   // `main_window` must hold the library's wrapper of the host's window;
   // `first` is the page whose tab is selected at the start.

@@ -45,7 +45,7 @@ wxBitmap document_icon(const wxColour& colour) {
   return bitmap;
 }
 
-class tabs_page_t : public wxPanel, public talvar2::_internal::subscriber_base_t {
+class tabs_page_t : public wxPanel, public talvar2::subscriber_base_t {
  public:
   explicit tabs_page_t(wxWindow* parent) : wxPanel(parent) {
     m_pane = new wxTabPane(this, wxID_ANY);

@@ -18,7 +18,7 @@ const wxColour k_subtitle(170, 185, 205);
 const wxColour k_shape_colours[] = {wxColour(231, 111, 81), wxColour(244, 162, 97),
                                     wxColour(233, 196, 106), wxColour(42, 157, 143)};
 
-class welcome_page_t : public wxWindow, public talvar2::_internal::subscriber_base_t {
+class welcome_page_t : public wxWindow, public talvar2::subscriber_base_t {
  public:
   explicit welcome_page_t(wxWindow* parent) {
     // The paint handler covers every pixel; wx must not erase first.

@@ -55,7 +55,7 @@ void assert_not_over_cleaned() {
 }  // namespace
 
 // The process-wide mouse signal: built at load, destroyed at unload.
-talvar2::_internal::signal_t<wxMouseEvent*> g_signal;
+talvar2::signal_t<wxMouseEvent*> g_signal;
 
 bool wxDLLGlobalApp::OnInit() { return true; }
 

@@ -52,7 +52,7 @@ TEST(MessageLoop, DispatchesButDoesNotIdleUnderAModalDialog) {
   pump_events();
 }
 
-struct mouse_listener_t : talvar2::_internal::subscriber_base_t {
+struct mouse_listener_t : talvar2::subscriber_base_t {
   void on_mouse(wxMouseEvent* event) { seen.push_back(event); }
   std::vector<wxMouseEvent*> seen;
 };

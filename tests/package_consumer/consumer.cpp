@@ -11,7 +11,7 @@ namespace {
 
 int answer_modal(wxWindow*) { return wxID_OK; }
 
-class summer_t : public talvar2::_internal::subscriber_base_t {
+class summer_t : public talvar2::subscriber_base_t {
  public:
   void add(int value) { total += value; }
   int total = 0;

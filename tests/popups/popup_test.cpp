@@ -13,7 +13,7 @@ namespace {
 using namespace orvix1_test;
 
 // The menu is filled on opening: `m_rows` closable rows, a separator, a plain row.
-class Popup : public tab_frame_test_t, public talvar2::_internal::subscriber_base_t {
+class Popup : public tab_frame_test_t, public talvar2::subscriber_base_t {
  protected:
   void SetUp() override {
     tab_frame_test_t::SetUp();

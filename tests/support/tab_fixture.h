@@ -67,7 +67,7 @@ inline void middle_click(wxWindow* window, const wxPoint& at) {
 }
 
 // Vetoes closes unless `allow`.
-struct strip_listener_t : talvar2::_internal::subscriber_base_t {
+struct strip_listener_t : talvar2::subscriber_base_t {
   bool allow = true;
   std::vector<int> close_requests;
   std::vector<int> selections;
@@ -78,7 +78,7 @@ struct strip_listener_t : talvar2::_internal::subscriber_base_t {
   void on_selection(orvix1::wxTabPanel*, int index) { selections.push_back(index); }
 };
 
-struct int_recorder_t : talvar2::_internal::subscriber_base_t {
+struct int_recorder_t : talvar2::subscriber_base_t {
   std::vector<int> values;
   void on(int value) { values.push_back(value); }
 };

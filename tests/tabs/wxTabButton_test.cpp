@@ -75,7 +75,7 @@ TEST_F(TabButton, CrossEdgeIsAPlainClickAndLeavingOrDisabledRaisesNothing) {
 }
 
 TEST_F(TabButton, AHandlerMayDestroyTheButtonItClosesWith) {
-  struct destroyer_t : talvar2::_internal::subscriber_base_t {
+  struct destroyer_t : talvar2::subscriber_base_t {
     wxTabButton* button = nullptr;
     void on_delete(int) {
       button->Destroy();

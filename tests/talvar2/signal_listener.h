@@ -15,7 +15,7 @@ namespace talvar2_test {
 
 using call_log_t = std::vector<std::string>;
 
-class listener_t : public talvar2::_internal::subscriber_base_t {
+class listener_t : public talvar2::subscriber_base_t {
  public:
   using action_t = std::function<void(int)>;
 

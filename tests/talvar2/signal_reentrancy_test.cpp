@@ -168,7 +168,7 @@ TEST(SignalReentrancy, SlotDestroyingTheSignalEndsOnlyThatEmission) {
       // The outer signal reaches the inner one's slots; the inner one's death cuts the link.
       {"forwarded from an outer signal", true, {"a:1", "b:1", "z:1"}},
   };
-  using base_t = talvar2::_internal::signal_templ<int>;
+  using base_t = talvar2::basic_signal_t<int>;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     three_listeners l;

@@ -17,7 +17,7 @@ namespace talvar2_test {
 namespace {
 
 using talvar2::signal_t;
-using talvar2::_internal::subscriber_base_t;
+using talvar2::subscriber_base_t;
 
 template <class... A>
 class capture_t : public subscriber_base_t {

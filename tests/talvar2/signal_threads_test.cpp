@@ -22,7 +22,7 @@ enum life_t { k_alive = 1, k_dead };
 // subscriber living beside emitting threads must (its own part is gone by
 // the time its base cuts the connections). Its life is recorded outside it,
 // so a call arriving after its death is counted, not lost.
-class leaving_subscriber_t : public talvar2::intrusive_pointer_impl_t, public talvar2::_internal::subscriber_base_t {
+class leaving_subscriber_t : public talvar2::intrusive_pointer_impl_t, public talvar2::subscriber_base_t {
  public:
   leaving_subscriber_t(signal_t<int>& hub, std::atomic<int>& life, std::atomic<long>& late_calls)
       : m_hub(hub), m_life(life), m_late_calls(late_calls) {
@@ -49,7 +49,7 @@ class leaving_subscriber_t : public talvar2::intrusive_pointer_impl_t, public ta
 using leaving_ptr = talvar2::intrusive_pointer_t<leaving_subscriber_t>;
 
 // Stays on the hub throughout and notices two emissions running at once.
-class serial_probe_t : public talvar2::_internal::subscriber_base_t {
+class serial_probe_t : public talvar2::subscriber_base_t {
  public:
   void on_value(int) {
     if (m_in_flight.fetch_add(1) != 0) overlaps.fetch_add(1);

@@ -188,7 +188,7 @@ class signal_templ : public signal_base_t {
   template <class Class, class Member>
   static connection_t make_connection(Class* target, Member member) {
     static_assert(std::is_base_of<subscriber_base_t, Class>::value,
-                  "signal targets derive from talvar2::_internal::subscriber_base_t");
+                  "signal targets derive from talvar2::subscriber_base_t");
     static_assert(sizeof(Member) == sizeof(typeless_connection_t),
                   "a member-function pointer is two machine words");
     connection_t connection;
