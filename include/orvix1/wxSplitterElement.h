@@ -21,11 +21,27 @@
 #include <wx/window.h>
 
 #include "orvix1/export.h"
+#include "orvix1/ui_style.h"
 #include "talvar2/functor/signal.h"
 #include "talvar2/value_locker.h"
 
 namespace orvix1 {
-/// The sash of a splitter, drawn inside a holder window that owns it.
+/// The look of a splitter: the sash, its button and the holder around it.
+/// Keys, with the palette entry behind each:
+/// - "clSash": color_face (1), the resting sash and the splitter's background;
+/// - "clSashHot": color_selection_bg (8), the hovered or dragged sash and button;
+/// - "clSashPressed": color_shadow_3d (4), the pressed button;
+/// - "clSashArrow": color_button_text (6), the button's arrow;
+/// - "clSashArrowDisabled": color_shadow_3d (4), the arrow of a disabled button.
+class ORVIX1_API splitter_style_t : public ui_style_t {
+ public:
+  splitter_style_t();
+  void set_style_info() override;
+};
+
+/// The sash of a splitter, drawn inside a holder window that owns it. It
+/// draws with a splitter_style_t and follows every palette change: the
+/// holder repaints. Colours set with SetSashColor stay.
 class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
  public:
   /// Where the collapse button's arrow points: the way the sash travels when
@@ -113,6 +129,8 @@ class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
   /// The palette's button face and selection colours, for colours not set
   /// explicitly; the holder calls it again when the desktop's colours change.
   void InitializeDefaultColors();
+  /// The splitter's look; holders paint their background with its "clSash".
+  const talvar2::intrusive_pointer_t<ui_style_t>& GetUiStyle() const { return m_style; }
 
   /// Paints the sash flat in the normal colour, or the highlighted one while
   /// it is highlighted or pressed, and then the button when shown: the
@@ -134,6 +152,8 @@ class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
   void DrawButton(wxDC& dc) const;
   void DrawArrow(wxDC& dc, const wxRect& rect) const;
   wxImage ImageForState(const button_images_t& images) const;
+  wxColour StyleColor(const char* key, wxSystemColour fallback) const;
+  void OnStyleUpdated();
 
   wxWindow* m_holder_wnd;
   bool m_vertical;
@@ -147,6 +167,7 @@ class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
   std::map<ButtonDirection, button_images_t> m_images;
   talvar2::value_locker_t<wxColour> m_normal_color;
   talvar2::value_locker_t<wxColour> m_highlighted_color;
+  talvar2::intrusive_pointer_t<ui_style_t> m_style;
   bool m_setting_position = false;
   /// Cleared by the destructor: an emission checks it before touching the
   /// element again, since a listener may destroy it.

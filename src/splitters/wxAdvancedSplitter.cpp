@@ -444,7 +444,10 @@ void wxAdvancedSplitter::OnLeaveSash() {
 
 void wxAdvancedSplitter::OnPaint(wxPaintEvent&) {
   wxAutoBufferedPaintDC dc(this);
-  dc.SetBackground(wxBrush(GetBackgroundColour()));
+  // The palette's, whatever an updater set on the window: only the sash
+  // area shows it, and it must match the sash.
+  const wxColour background = m_element ? m_element->GetUiStyle()->get_color("clSash") : wxColour();
+  dc.SetBackground(wxBrush(background.IsOk() ? background : GetBackgroundColour()));
   dc.Clear();
   if (m_element) m_element->Draw(dc);
 }

@@ -15,12 +15,6 @@ namespace {
 
 log4cplus::Logger splitter_logger() { return log::get_logger("orvix.splitters"); }
 
-// The palette's colour, or the desktop's when no palette holds one.
-wxColour palette_color(default_colors_t index, wxSystemColour fallback) {
-  const wxColour colour = ui_settings_t::get()->get_color(index);
-  return colour.IsOk() ? colour : wxSystemSettings::GetColour(fallback);
-}
-
 bool images_ok(const wxImage& normal, const wxImage& highlighted, const wxImage& pressed) {
   return normal.IsOk() && highlighted.IsOk() && pressed.IsOk();
 }
@@ -35,7 +29,31 @@ wxSplitterElement::wxSplitterElement(wxWindow* holder, bool vertical, int sash_s
       m_hit_tolerance(std::max(0, hit_tolerance)),
       m_button_direction(vertical ? bdRight : bdDown) {
   contract_holds(m_holder_wnd != nullptr, contract::site_t::splitter_holder_null);
+  m_style = new splitter_style_t;
+  m_style->updated().connect(this, &wxSplitterElement::OnStyleUpdated);
   InitializeDefaultColors();
+}
+
+splitter_style_t::splitter_style_t() { set_style_info(); }
+
+void splitter_style_t::set_style_info() {
+  const talvar2::intrusive_pointer_t<ui_settings_t>& palette = get_settings();
+  internal_set_color("clSash", palette->get_color(color_face));
+  internal_set_color("clSashHot", palette->get_color(color_selection_bg));
+  internal_set_color("clSashPressed", palette->get_color(color_shadow_3d));
+  internal_set_color("clSashArrow", palette->get_color(color_button_text));
+  internal_set_color("clSashArrowDisabled", palette->get_color(color_shadow_3d));
+}
+
+// The style's colour, or the desktop's when no palette gave the style one.
+wxColour wxSplitterElement::StyleColor(const char* key, wxSystemColour fallback) const {
+  const wxColour colour = m_style->get_color(key);
+  return colour.IsOk() ? colour : wxSystemSettings::GetColour(fallback);
+}
+
+void wxSplitterElement::OnStyleUpdated() {
+  InitializeDefaultColors();
+  if (m_holder_wnd != nullptr) m_holder_wnd->Refresh();
 }
 
 wxSplitterElement::~wxSplitterElement() { *m_alive = false; }
@@ -141,8 +159,8 @@ void wxSplitterElement::SetSashColor(const wxColour& normal, const wxColour& hig
 }
 
 void wxSplitterElement::InitializeDefaultColors() {
-  m_normal_color.refresh(palette_color(color_face, wxSYS_COLOUR_BTNFACE));
-  m_highlighted_color.refresh(palette_color(color_selection_bg, wxSYS_COLOUR_HIGHLIGHT));
+  m_normal_color.refresh(StyleColor("clSash", wxSYS_COLOUR_BTNFACE));
+  m_highlighted_color.refresh(StyleColor("clSashHot", wxSYS_COLOUR_HIGHLIGHT));
 }
 
 void wxSplitterElement::Draw(wxDC& dc) const {
@@ -183,7 +201,7 @@ void wxSplitterElement::DrawButton(wxDC& dc) const {
   if (m_button_state == vsHighlighted || m_button_state == vsPressed) {
     dc.SetPen(*wxTRANSPARENT_PEN);
     dc.SetBrush(wxBrush(m_button_state == vsPressed
-                            ? palette_color(color_shadow_3d, wxSYS_COLOUR_BTNSHADOW)
+                            ? StyleColor("clSashPressed", wxSYS_COLOUR_BTNSHADOW)
                             : m_highlighted_color.value));
     dc.DrawRectangle(button);
   }
@@ -192,8 +210,8 @@ void wxSplitterElement::DrawButton(wxDC& dc) const {
 
 void wxSplitterElement::DrawArrow(wxDC& dc, const wxRect& rect) const {
   const wxColour colour = m_button_state == vsDisabled
-                              ? palette_color(color_shadow_3d, wxSYS_COLOUR_BTNSHADOW)
-                              : palette_color(color_button_text, wxSYS_COLOUR_BTNTEXT);
+                              ? StyleColor("clSashArrowDisabled", wxSYS_COLOUR_BTNSHADOW)
+                              : StyleColor("clSashArrow", wxSYS_COLOUR_BTNTEXT);
   // As deep as the sash is thick less a margin, and twice as wide.
   const int depth = std::max(2, std::min(rect.width, rect.height) - 2);
   const int half_depth = depth / 2;

@@ -1,5 +1,9 @@
 #include "orvix1/wxSplitterElement.h"
 
+#include <string>
+
+#include "orvix1/ui_settings.h"
+#include "support/paint_canvas.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -55,6 +59,27 @@ TEST_F(SplitterElementTest, ANullHolderIsReported) {
   EXPECT_EQ(asserts[0].condition, "m_holder_wnd != __null");
   orphan.SetSashPosition(10);  // no holder: an extent of 0, and no crash
   EXPECT_EQ(orphan.GetSashRect(), wxRect());
+}
+
+// The sash follows a theme switch until a colour is set for it.
+TEST(SplitterElementLook, SashFollowsThePaletteUntilColoursAreSet) {
+  talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette(new orvix1::ui_settings_configure_t);
+  auto* frame = new wxFrame(nullptr, wxID_ANY, "sash", wxDefaultPosition, wxSize(200, 100));
+  {
+    wxSplitterElement sash(frame, true);
+    sash.SetSashPosition(50);
+    for (const char* theme : {"dark", "light"}) {
+      ASSERT_TRUE(palette->apply_theme(std::string(ORVIX1_THEMES_DIR "/") + theme + ".xml"));
+      EXPECT_EQ(sash.GetSashNormalColor(), palette->get_color(orvix1::color_face)) << theme;
+      paint_canvas_t canvas(200, 100);
+      canvas.paint([&](wxDC& dc) { sash.Draw(dc); });
+      EXPECT_EQ(canvas.at(50, 5), palette->get_color(orvix1::color_face)) << theme;
+    }
+    sash.SetSashColor(*wxRED, *wxGREEN);
+    ASSERT_TRUE(palette->apply_theme(ORVIX1_THEMES_DIR "/dark.xml"));
+    EXPECT_EQ(sash.GetSashNormalColor(), *wxRED);
+  }
+  frame->Destroy();
 }
 
 }  // namespace
