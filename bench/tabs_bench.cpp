@@ -1,7 +1,8 @@
 // Layout of a tab strip with many tabs: the positions computed for a size
-// that holds every tab, in both width modes, and the full relayout a resize
-// of a window causes (the tabs that fit shown and moved, the others
-// hidden). The cost per tab should not grow with the number of tabs.
+// that holds every tab, in both width modes, the full relayout a resize of a
+// window causes (the tabs that fit shown and moved, the others hidden), and
+// measuring every tab again after the font changed. The cost per tab should
+// not grow with the number of tabs.
 
 #include <benchmark/benchmark.h>
 
@@ -84,8 +85,27 @@ void BM_TabRelayoutAfterResize(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * count);
 }
 
+// A new font drops every tab's measured size: the next layout measures
+// every caption again.
+void BM_TabMeasureAfterFontChange(benchmark::State& state) {
+  const strip_t& strip = strip_t::get(static_cast<int>(state.range(0)), false);
+  const wxFont font = strip.panel()->GetFont();
+  const int width = strip.width();
+  int extra = 0;
+  wxSize laid_out;
+  for (auto _ : state) {
+    extra ^= 1;
+    strip.panel()->ChangeFont(font);
+    laid_out = strip.panel()->CalculatePositions(wxSize(width + extra, 30), false);
+    benchmark::DoNotOptimize(laid_out);
+  }
+  state.counters["strip_px"] = laid_out.x;
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 }  // namespace
 
 BENCHMARK(BM_TabPositionsVariable)->Name("tab_positions/orvix_variable")->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TabPositionsEqual)->Name("tab_positions/orvix_equal")->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TabRelayoutAfterResize)->Name("tab_relayout/orvix_resize")->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TabMeasureAfterFontChange)->Name("tab_measure/orvix_font_change")->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);

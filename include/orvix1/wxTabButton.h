@@ -24,6 +24,13 @@
 namespace orvix1 {
 
 class wxCustomTooltip;
+class wxTabPanel;
+
+namespace detail {
+class tab_art_t;
+class tab_measurer_t;
+struct tab_face_t;
+}  // namespace detail
 
 /// Strictly inside: a point on any edge of `rect` is outside.
 ORVIX1_API bool PointInRect(int x, int y, const wxRect& rect);
@@ -201,15 +208,17 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   wxBorder GetDefaultBorder() const override { return wxBORDER_NONE; }
 
  private:
+  // A strip measures all its buttons with one measurer.
+  friend class wxTabPanel;
+
   void init(const wxString& label);
   void ContentChanged();
+  wxSize CalculateSize(detail::tab_measurer_t& measurer) const;
+  detail::tab_face_t Face(const wxBitmap& image, const wxString& caption) const;
   void UpdateShownText(const wxSize& size);
-  wxRect GetContentRect() const;
   void UpdateAnimationBg(color_type_t type);
   void PlaceAnimation();
   bool RaiseSignal(id_signal_t& signal);
-  wxColour StateColor(color_type_t normal, color_type_t hover, color_type_t pressed,
-                      color_type_t disabled) const;
   wxBitmap ImageToDraw() const;
 
   void OnPaint(wxPaintEvent& event);
@@ -235,7 +244,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   mutable wxBitmap m_grey_bitmap;
   wxImage m_background_image;
   wxAnimationCtrl* m_animation_ctrl = nullptr;
-  wxBitmap m_cross_images[3];  ///< normal, hovered, pressed
+  std::unique_ptr<detail::tab_art_t> m_art;
   color_slot_t m_colors[color_types_end];
 
   bool m_hovered = false;

@@ -116,6 +116,10 @@ class ORVIX1_API wxTabPane : public wxWindow, public StyledBase {
   bool IsKeyScope() const;
   void ApplyBackground(bool to_panels);
   void AlignPanelBackground(wxTabPanel* panel);
+  int PanelsHeight() const;
+  int PlacePrimaryPanel(int available, int height);
+  void PlaceSecondaryPanel(int available, int x, int height);
+  void PlacePopupButton(const wxSize& popup, int height);
 
   void OnButtonPressed(wxTabPanel* panel, int index);
   void OnPanelSlid(wxTabPanel* panel, int sliding, int offset);

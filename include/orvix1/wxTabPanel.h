@@ -6,6 +6,7 @@
 /// widths, and the buttons that do not fit kept in a hidden list for the
 /// overflow menu. Closing a tab passes through a veto signal.
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,13 @@
 namespace orvix1 {
 
 class wxTabPanel;
+
+namespace detail {
+class tab_art_t;
+struct tab_margins_t;
+struct tab_strip_layout_t;
+struct tab_strip_params_t;
+}  // namespace detail
 
 /// Whether `button` is one of `buttons`.
 ORVIX1_API bool ButtonIsInVector(const wxTabButton* button, const std::vector<wxTabButton*>& buttons);
@@ -132,8 +140,10 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
 
   // --- layout ---
   wxSize CalculatePositions(bool apply);
+  /// The strip's size for `size`; only with apply are the buttons shown,
+  /// hidden and moved.
   wxSize CalculatePositions(const wxSize& size, bool apply);
-  wxSize GetOptimalSize();
+  wxSize GetOptimalSize() const;
   void SetMinSize(const wxSize& size) override;
   void FullRefresh(bool relayout);
   int GetMargin() const { return m_margin; }
@@ -144,6 +154,9 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void SetDesiredButtonHeight(int height);
   int GetDesiredButtonHeight() const { return m_desired_height; }
   int GetMinButtonWidth() const { return m_min_button_width; }
+  /// The largest preferred height among all buttons, shown or hidden; -1
+  /// without buttons.
+  int GetTallestButtonHeight() const;
   int GetEqualWidthCap() const { return m_equal_width_cap; }
 
   // --- flags ---
@@ -189,13 +202,17 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void init();
   void ApplyLookTo(wxTabButton* button) const;
   void MeasureWidths();
-  int ChooseVariableCount(int width) const;
-  int SplitterWidth(int slot) const;
-  void ProcessOneSplitterPosition(int slot, bool place, int& x, int row_height);
+  detail::tab_margins_t Margins() const;
+  detail::tab_strip_params_t LayoutParams(const wxSize& room) const;
+  std::vector<wxSize> SlotSizes() const;
+  int AnchorIndex() const;
+  const detail::tab_strip_layout_t& ComputeLayout(const wxSize& room) const;
+  wxSize MeasureFor(const wxSize& room) const;
+  void ApplyLayout(const detail::tab_strip_layout_t& layout);
+  void PlaceSlots(const detail::tab_strip_layout_t& layout);
   void ShowOnly(int first, int count);
   void Renumber(int from);
-  void ShiftContent(int dx);
-  void UpdateBestSizes();
+  void UpdateBestSizes() const;
   void InvalidateBestSizes();
   void SelectAfterRemoval(int removed);
 
@@ -204,6 +221,8 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void on_button_resized();
 
   void OnPaint(wxPaintEvent& event);
+  void DrawBgImage(wxDC& dc) const;
+  void DrawSplitters(wxDC& dc) const;
   void OnResize(wxSizeEvent& event);
 
   std::vector<wxTabButton*> m_buttons;
@@ -229,11 +248,14 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   bool m_in_layout = false;
   /// Kept in the shown run by the next layouts, until the selection changes.
   wxTabButton* m_brought_into_view = nullptr;
-  std::vector<wxSize> m_best_sizes;  // by button index
-  bool m_best_sizes_valid = false;
-  int m_first_shown = 0;
-  wxSize m_cached_for = wxDefaultSize;
-  wxSize m_cached_result;
+  /// Measures the buttons for the layout.
+  std::unique_ptr<detail::tab_art_t> m_art;
+  /// The last layout made; its buffers serve the next one.
+  std::unique_ptr<detail::tab_strip_layout_t> m_layout;
+  mutable std::vector<wxSize> m_best_sizes;  // by button index
+  mutable bool m_best_sizes_valid = false;
+  mutable wxSize m_cached_for = wxDefaultSize;
+  mutable wxSize m_cached_result;
 
   panel_int_signal_t m_selection_changed;
   veto_signal_t m_delete_requested;

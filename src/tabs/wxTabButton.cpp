@@ -1,6 +1,6 @@
 #include "orvix1/wxTabButton.h"
 
-#include <algorithm>
+#include <memory>
 
 #include <wx/dcbuffer.h>
 #include <wx/dcclient.h>
@@ -9,15 +9,11 @@
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
-#include "look/tab_cross_images.h"
+#include "tabs/tab_art.h"
 
 namespace orvix1 {
 namespace {
 
-// Space between the border and the content, and between image and text.
-const int k_padding_x = 4;
-const int k_padding_y = 3;
-const int k_gap = 4;
 // Tooltips of tabs wrap at this width.
 const int k_tooltip_width = 400;
 
@@ -30,6 +26,33 @@ const char* const k_color_keys[wxTabButton::color_types_end] = {
 const char k_font_key[] = "fnNormalBold";
 
 bool is_color_type(int type) { return type >= wxTabButton::bg_normal && type < wxTabButton::color_types_end; }
+
+detail::tab_state_t state_of(const wxTabButton& button) {
+  return {button.IsHovered(), button.IsLeftPressed(), button.IsSelected(), button.GetDisabled(),
+          button.IsCrossHovered()};
+}
+
+int border_sides(const wxTabButton& button) {
+  return (button.GetStyle() & wxTabButton::style_no_border) != 0 ? 0 : button.GetBorders();
+}
+
+// Hovering changes the background and the border, not the text.
+detail::tab_look_t look_of(const wxTabButton& button) {
+  const auto colour = [&button](wxTabButton::color_type_t type) { return button.GetColor(type); };
+  detail::tab_look_t look;
+  look.normal = {colour(wxTabButton::bg_normal), colour(wxTabButton::border_normal),
+                 colour(wxTabButton::text_normal)};
+  look.hovered = {colour(wxTabButton::bg_hover), colour(wxTabButton::border_hover),
+                  colour(wxTabButton::text_normal)};
+  look.pressed = {colour(wxTabButton::bg_pressed), colour(wxTabButton::border_pressed),
+                  colour(wxTabButton::text_pressed)};
+  look.disabled = {colour(wxTabButton::bg_disabled), colour(wxTabButton::border_disabled),
+                   colour(wxTabButton::text_disabled)};
+  look.background = button.GetBackgroundImage();
+  look.border_sides = border_sides(button);
+  look.centred_label = (button.GetStyle() & wxTabButton::style_centre_label) != 0;
+  return look;
+}
 
 // The animation control of a tab: whatever mouse input lands on it is the
 // button's. A static event table, because the button's handler may destroy
@@ -140,24 +163,25 @@ wxBEGIN_EVENT_TABLE(wxTabButton, wxControl)
   EVT_MIDDLE_UP(wxTabButton::OnMiddleUp)
 wxEND_EVENT_TABLE()
 
-wxTabButton::wxTabButton() = default;
+wxTabButton::wxTabButton() : m_art(std::make_unique<detail::tab_art_t>(this)) {}
 
 wxTabButton::wxTabButton(wxWindow* parent, wxWindowID id, const wxString& label,
-                         const wxPoint& position, const wxSize& size, long style) {
+                         const wxPoint& position, const wxSize& size, long style)
+    : m_art(std::make_unique<detail::tab_art_t>(this)) {
   Create(parent, id, label, position, size, style);
 }
 
 wxTabButton::wxTabButton(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap,
                          const wxString& label, const wxPoint& position, const wxSize& size,
                          long style)
-    : m_bitmap(bitmap) {
+    : m_bitmap(bitmap), m_art(std::make_unique<detail::tab_art_t>(this)) {
   Create(parent, id, label, position, size, style);
 }
 
 wxTabButton::wxTabButton(wxWindow* parent, wxWindowID id, const picture_t& picture,
                          const wxString& label, const wxPoint& position, const wxSize& size,
                          long style)
-    : m_bitmap(picture.GetBitmap()) {
+    : m_bitmap(picture.GetBitmap()), m_art(std::make_unique<detail::tab_art_t>(this)) {
   Create(parent, id, label, position, size, style);
 }
 
@@ -180,9 +204,6 @@ bool wxTabButton::Create(wxWindow* parent, wxWindowID id, const wxString& label,
 }
 
 void wxTabButton::init(const wxString& label) {
-  m_cross_images[0] = wxBitmap(detail::tab_cross_normal_xpm);
-  m_cross_images[1] = wxBitmap(detail::tab_cross_hovered_xpm);
-  m_cross_images[2] = wxBitmap(detail::tab_cross_pressed_xpm);
   m_caption = label;
   SetUiStyle(new default_style_t);  // applies fonts and colours
 }
@@ -311,7 +332,7 @@ bool wxTabButton::IsPlaying() const { return HasAnimation() && m_animation_ctrl-
 void wxTabButton::PlaceAnimation() {
   if (!HasAnimation()) return;
   const wxSize size = m_animation_ctrl->GetSize();
-  const wxRect content = GetContentRect();
+  const wxRect content = detail::tab_art_t::content_rect(GetClientSize(), m_crossed);
   m_animation_ctrl->Move(content.x, (GetClientSize().y - size.y) / 2);
 }
 
@@ -440,75 +461,48 @@ void wxTabButton::on_style_updated() {
 
 // --- size ---------------------------------------------------------------------
 
+wxSize wxTabButton::CalculateSize() const {
+  detail::tab_measurer_t measurer(*m_art);
+  return CalculateSize(measurer);
+}
+
 // Strips lay out all their buttons on every resize: the measured size is
 // kept until the content, the font or the flags change. A check box depends
 // on the current width and is measured each time.
-wxSize wxTabButton::CalculateSize() const {
-  if (m_checkbox_style) return DoCalculateSize(m_bitmap, m_caption);
-  if (m_size_cache == wxDefaultSize) m_size_cache = DoCalculateSize(m_bitmap, m_caption);
-  return m_size_cache;
+wxSize wxTabButton::CalculateSize(detail::tab_measurer_t& measurer) const {
+  if (!m_checkbox_style && m_size_cache != wxDefaultSize) return m_size_cache;
+  const wxSize size = measurer.measure(Face(m_bitmap, m_caption), GetFont());
+  if (!m_checkbox_style) m_size_cache = size;
+  return size;
 }
 
 wxSize wxTabButton::DoCalculateSize(const wxBitmap& bitmap, const wxString& text) const {
-  const wxSize text_size = GetTextSize(this, text, GetFont());
-  wxSize image_size = bitmap.IsOk() ? bitmap.GetSize() : wxSize(0, 0);
-  if (m_checkbox_style) image_size = GetCheckboxSize();
-  int height = std::max(text_size.y, image_size.y) + 2 * k_padding_y;
-  if (HasAnimation()) {
-    const wxSize animation = m_animation_ctrl->GetSize();
-    height = std::max(height, animation.y + 2 * k_padding_y);
-    if (!bitmap.IsOk() && !m_checkbox_style) image_size.x = animation.x;
-  }
-  int width = text_size.x;
-  if (m_crossed) width += m_cross_images[0].GetWidth() + k_gap;
-  if (m_checkbox_style && GetSize().x > 1) {
-    width = GetSize().x;  // a check box keeps the width it was given
-  } else {
-    width += image_size.x + 2 * k_padding_x;
-    if (text_size.x > 0) width += k_gap;
-  }
-  return wxSize(width, height);
+  detail::tab_measurer_t measurer(*m_art);
+  return measurer.measure(Face(bitmap, text), GetFont());
+}
+
+detail::tab_face_t wxTabButton::Face(const wxBitmap& image, const wxString& caption) const {
+  const bool animated = HasAnimation();
+  const wxSize animation = animated ? m_animation_ctrl->GetSize() : wxSize(0, 0);
+  return {caption, image, animated, animation, m_crossed, m_checkbox_style, GetSize().x};
 }
 
 wxSize wxTabButton::DoGetBestSize() const { return CalculateSize(); }
 
 wxRect wxTabButton::CalculateCrossRect() const {
-  const wxSize image = m_cross_images[0].GetSize();
-  const wxSize client = GetClientSize();
-  return wxRect(client.x - image.x - k_padding_x, (client.y - image.y) / 2, image.x, image.y);
+  return detail::tab_art_t::cross_rect(GetClientSize());
 }
 
-wxSize wxTabButton::GetCheckboxSize() const {
-  return GetNativeCheckBoxSize(const_cast<wxTabButton*>(this));
-}
-
-wxRect wxTabButton::GetContentRect() const {
-  wxRect rect(GetClientSize());
-  rect.Deflate(k_padding_x, k_padding_y);
-  if (m_crossed) rect.width -= m_cross_images[0].GetWidth() + k_gap;
-  return rect;
-}
+wxSize wxTabButton::GetCheckboxSize() const { return m_art->checkbox_size(); }
 
 void wxTabButton::UpdateShownText(const wxSize& size) {
   if (size == m_shown_text_size) return;
   m_shown_text_size = size;
-  int available = GetContentRect().width;
-  const wxSize image = GetImageSize();
-  if (image.x > 0) available -= image.x + k_gap;
-  wxClientDC dc(this);
-  dc.SetFont(GetFont());
-  m_shown_text = elide_text(dc, m_caption, std::max(available, 0));
+  const int width = detail::tab_art_t::caption_width(GetClientSize(), m_crossed, GetImageSize());
+  m_shown_text = detail::tab_measurer_t(*m_art).shown_text(m_caption, width, GetFont());
 }
 
 // --- drawing ------------------------------------------------------------------
-
-wxColour wxTabButton::StateColor(color_type_t normal, color_type_t hover, color_type_t pressed,
-                                 color_type_t disabled) const {
-  if (m_disabled) return GetColor(disabled);
-  if (m_selected || m_left_pressed) return GetColor(pressed);
-  if (m_hovered) return GetColor(hover);
-  return GetColor(normal);
-}
 
 wxBitmap wxTabButton::ImageToDraw() const {
   if (!m_bitmap.IsOk() || !m_disabled) return m_bitmap;
@@ -518,31 +512,15 @@ wxBitmap wxTabButton::ImageToDraw() const {
 
 void wxTabButton::DrawTwoColoredRect(wxDC& dc, const wxRect& rect, const wxPen& top_left,
                                      const wxPen& bottom_right) {
-  const int right = rect.GetRight();
-  const int bottom = rect.GetBottom();
-  dc.SetPen(top_left);
-  dc.DrawLine(rect.x, bottom, rect.x, rect.y);
-  dc.DrawLine(rect.x, rect.y, right, rect.y);
-  dc.SetPen(bottom_right);
-  dc.DrawLine(right, rect.y, right, bottom);
-  dc.DrawLine(right, bottom, rect.x - 1, bottom);
+  detail::tab_art_t::draw_two_coloured_rect(dc, rect, top_left, bottom_right);
 }
 
 void wxTabButton::DrawButtonBorder(wxDC& dc, const wxRect& rect, const wxColour& colour) const {
-  if (!colour.IsOk() || (m_style & style_no_border) != 0) return;
-  dc.SetPen(wxPen(colour, 1, wxPENSTYLE_SOLID));
-  const int right = rect.GetRight();
-  const int bottom = rect.GetBottom();
-  if (m_borders & wxLEFT) dc.DrawLine(rect.x, rect.y, rect.x, bottom + 1);
-  if (m_borders & wxTOP) dc.DrawLine(rect.x, rect.y, right + 1, rect.y);
-  if (m_borders & wxRIGHT) dc.DrawLine(right, rect.y, right, bottom + 1);
-  if (m_borders & wxBOTTOM) dc.DrawLine(rect.x, bottom, right + 1, bottom);
+  detail::tab_art_t::draw_border(dc, rect, colour, border_sides(*this));
 }
 
 void wxTabButton::DrawCross(wxDC& dc, const wxRect& rect) const {
-  int look = 0;
-  if (m_cross_hovered) look = m_left_pressed ? 2 : 1;
-  dc.DrawBitmap(m_cross_images[look], rect.x, rect.y, true);
+  m_art->draw_cross(dc, rect, state_of(*this));
 }
 
 void wxTabButton::OnPaint(wxPaintEvent&) {
@@ -551,44 +529,11 @@ void wxTabButton::OnPaint(wxPaintEvent&) {
 }
 
 void wxTabButton::DrawButton(wxDC& dc) {
-  const wxRect client(GetClientSize());
-  if (m_background_image.IsOk()) {
-    dc.DrawBitmap(wxBitmap(m_background_image.Scale(std::max(client.width, 1),
-                                                   std::max(client.height, 1))),
-                  0, 0);
-  } else {
-    const wxColour background = StateColor(bg_normal, bg_hover, bg_pressed, bg_disabled);
-    dc.SetBrush(background.IsOk() ? wxBrush(background) : *wxTRANSPARENT_BRUSH);
-    dc.SetPen(*wxTRANSPARENT_PEN);
-    dc.DrawRectangle(client);
-  }
-
-  wxRect label = GetContentRect();
-  wxBitmap image = ImageToDraw();
-  if (m_checkbox_style) {
-    const wxSize box = GetCheckboxSize();
-    DrawNativeCheckBox(this, dc, wxRect(label.x, label.y, box.x, label.height), m_selected,
-                       m_disabled);
-    label.x += box.x + k_gap;
-    label.width -= box.x + k_gap;
-    image = wxNullBitmap;
-  } else if (HasAnimation() && !image.IsOk()) {
-    const int taken = m_animation_ctrl->GetSize().x + k_gap;
-    label.x += taken;
-    label.width -= taken;
-  }
-  UpdateShownText(client.GetSize());
-  const wxColour text = m_disabled ? GetColor(text_disabled)
-                        : (m_selected || m_left_pressed) ? GetColor(text_pressed)
-                                                         : GetColor(text_normal);
-  dc.SetFont(GetFont());
-  if (text.IsOk()) dc.SetTextForeground(text);
-  const int alignment = ((m_style & style_centre_label) != 0 ? wxALIGN_CENTRE_HORIZONTAL : wxALIGN_LEFT) |
-                        wxALIGN_CENTRE_VERTICAL;
-  dc.DrawLabel(m_shown_text, image, label, alignment);
-
-  DrawButtonBorder(dc, client, StateColor(border_normal, border_hover, border_pressed, border_disabled));
-  if (m_crossed) DrawCross(dc, CalculateCrossRect());
+  const wxSize client = GetClientSize();
+  UpdateShownText(client);
+  const wxBitmap image = ImageToDraw();
+  m_art->draw_tab(dc, client, Face(image, m_caption), m_shown_text, state_of(*this), look_of(*this),
+                  GetFont());
 }
 
 void wxTabButton::OnSize(wxSizeEvent& event) {

@@ -310,61 +310,71 @@ void wxTabPane::UpdateButtonState() {
 // Every button of both strips as high as the highest.
 void wxTabPane::UpdateButtonHeights() {
   int height = -1;
-  for (int index : {primary_panel, secondary_panel}) {
-    const wxTabPanel* panel = m_slots[index].panel;
-    if (panel == nullptr) continue;
-    for (int k = 0; k < panel->GetButtonsCount(); ++k)
-      height = std::max(height, panel->GetButton(k)->CalculateSize().y);
-  }
+  for (int index : {primary_panel, secondary_panel})
+    if (m_slots[index].panel != nullptr)
+      height = std::max(height, m_slots[index].panel->GetTallestButtonHeight());
   for (int index : {primary_panel, secondary_panel})
     if (m_slots[index].panel != nullptr) m_slots[index].panel->SetDesiredButtonHeight(height);
 }
 
-// The drop-down button sits at the right end. The primary strip is laid out
-// first; when space is short the secondary keeps up to half of it. The
-// secondary takes the rest of the row, its buttons gathered at the right
-// when it is right-aligned. An equal-width strip keeps the whole width it
-// is given, so that its next layout counts the same room.
+int wxTabPane::PanelsHeight() const {
+  int height = 0;
+  for (int index : {primary_panel, secondary_panel})
+    if (m_slots[index].panel != nullptr)
+      height = std::max(height, m_slots[index].panel->GetOptimalSize().y);
+  return height;
+}
+
+// Laid out first; when space is short the secondary keeps up to half of it.
+// An equal-width strip keeps the whole width it is given, so that its next
+// layout counts the same room. Returns where the secondary's slot begins.
+int wxTabPane::PlacePrimaryPanel(int available, int height) {
+  wxTabPanel* primary = GetPanel(primary_panel);
+  if (primary == nullptr) return 0;
+  const wxTabPanel* secondary = GetPanel(secondary_panel);
+  const slot_t& slot = m_slots[primary_panel];
+  int limit = available - slot.border_left - slot.border_right;
+  if (secondary != nullptr) limit -= std::min(secondary->GetOptimalSize().x, available / 2);
+  limit = std::max(limit, 0);
+  const wxSize used = primary->CalculatePositions(wxSize(limit, height), false);
+  const int width = primary->GetEqualWidth() ? limit : std::min(used.x, limit);
+  primary->SetSize(slot.border_left, 0, width, height);
+  primary->CalculatePositions(wxSize(width, height), true);
+  return slot.border_left + width + slot.border_right;
+}
+
+// The rest of the row, its buttons gathered at the right when it is
+// right-aligned.
+void wxTabPane::PlaceSecondaryPanel(int available, int x, int height) {
+  wxTabPanel* secondary = GetPanel(secondary_panel);
+  if (secondary == nullptr) return;
+  const slot_t& slot = m_slots[secondary_panel];
+  const int width = std::max(available - x - slot.border_left - slot.border_right, 0);
+  secondary->SetSize(x + slot.border_left, 0, width, height);
+  secondary->CalculatePositions(wxSize(width, height), true);
+}
+
+// At the right end, centred in the row.
+void wxTabPane::PlacePopupButton(const wxSize& popup, int height) {
+  m_popup_button->SetSize(GetClientSize().x - popup.x, std::max(height - popup.y, 0) / 2, popup.x,
+                          std::min(popup.y, std::max(height, popup.y)));
+}
+
 void wxTabPane::OnChangeSizes() {
   if (m_in_change_sizes) return;
   m_in_change_sizes = true;
   UpdateButtonHeights();
-  wxTabPanel* primary = GetPanel(primary_panel);
-  wxTabPanel* secondary = GetPanel(secondary_panel);
-  const int buttons = (primary != nullptr ? primary->GetButtonsCount() : 0) +
-                      (secondary != nullptr ? secondary->GetButtonsCount() : 0);
+  int buttons = 0;
+  for (int index : {primary_panel, secondary_panel})
+    if (m_slots[index].panel != nullptr) buttons += m_slots[index].panel->GetButtonsCount();
   const bool popup_shown = m_popup_button_visible && buttons > 0;
   const wxSize popup = popup_shown ? m_popup_button->GetBestSize() : wxSize(0, 0);
   const int available = std::max(GetClientSize().x - popup.x, 0);
-
-  int height = 0;
-  for (wxTabPanel* panel : {primary, secondary})
-    if (panel != nullptr) height = std::max(height, panel->GetOptimalSize().y);
-
-  int x = 0;
-  if (primary != nullptr) {
-    const slot_t& slot = m_slots[primary_panel];
-    int limit = available - slot.border_left - slot.border_right;
-    if (secondary != nullptr) limit -= std::min(secondary->GetOptimalSize().x, available / 2);
-    limit = std::max(limit, 0);
-    const wxSize used = primary->CalculatePositions(wxSize(limit, height), false);
-    const int width = primary->GetEqualWidth() ? limit : std::min(used.x, limit);
-    primary->SetSize(slot.border_left, 0, width, height);
-    primary->CalculatePositions(wxSize(width, height), true);
-    x = slot.border_left + width + slot.border_right;
-  }
-  if (secondary != nullptr) {
-    const slot_t& slot = m_slots[secondary_panel];
-    const int width = std::max(available - x - slot.border_left - slot.border_right, 0);
-    secondary->SetSize(x + slot.border_left, 0, width, height);
-    secondary->CalculatePositions(wxSize(width, height), true);
-  }
-  for (wxTabPanel* panel : {primary, secondary})
-    if (panel != nullptr) AlignPanelBackground(panel);
-
-  if (popup_shown)
-    m_popup_button->SetSize(GetClientSize().x - popup.x, std::max(height - popup.y, 0) / 2, popup.x,
-                            std::min(popup.y, std::max(height, popup.y)));
+  const int height = PanelsHeight();
+  PlaceSecondaryPanel(available, PlacePrimaryPanel(available, height), height);
+  for (int index : {primary_panel, secondary_panel})
+    if (m_slots[index].panel != nullptr) AlignPanelBackground(m_slots[index].panel);
+  if (popup_shown) PlacePopupButton(popup, height);
   UpdateButtonState();
   SetMinSize(wxSize(-1, height));
   InvalidateBestSize();

@@ -9,6 +9,8 @@
 #include "core/contract_sites.h"
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
+#include "tabs/tab_art.h"
+#include "tabs/tab_strip_layout.h"
 
 namespace orvix1 {
 namespace {
@@ -42,10 +44,13 @@ wxBEGIN_EVENT_TABLE(wxTabPanel, wxWindow)
   EVT_SIZE(wxTabPanel::OnResize)
 wxEND_EVENT_TABLE()
 
-wxTabPanel::wxTabPanel() = default;
+wxTabPanel::wxTabPanel()
+    : m_art(std::make_unique<detail::tab_art_t>(this)),
+      m_layout(std::make_unique<detail::tab_strip_layout_t>()) {}
 
 wxTabPanel::wxTabPanel(wxWindow* parent, wxWindowID id, const wxPoint& position,
-                       const wxSize& size, long style) {
+                       const wxSize& size, long style)
+    : wxTabPanel() {
   create(parent, id, position, size, style);
 }
 
@@ -407,7 +412,6 @@ void wxTabPanel::UpdateShowedLists() {
 }
 
 void wxTabPanel::ShowOnly(int first, int count) {
-  m_first_shown = first;
   m_shown.assign(m_buttons.begin() + first, m_buttons.begin() + first + count);
   m_hidden.assign(m_buttons.begin(), m_buttons.begin() + first);
   m_hidden.insert(m_hidden.end(), m_buttons.begin() + first + count, m_buttons.end());
@@ -416,15 +420,16 @@ void wxTabPanel::ShowOnly(int first, int count) {
 // The run starts at the button last brought into view from the hidden list,
 // else at the selection, unless too few buttons follow it; without either
 // it ends at the last button. So the run always holds the selection.
+int wxTabPanel::AnchorIndex() const {
+  if (m_brought_into_view == nullptr) return m_selection;
+  return static_cast<int>(std::find(m_buttons.begin(), m_buttons.end(), m_brought_into_view) -
+                          m_buttons.begin());
+}
+
 void wxTabPanel::PutButtonsToShown(int count) {
   const int total = GetButtonsCount();
   if (count < 0 || count > total) return;
-  int anchor = m_selection;
-  if (m_brought_into_view != nullptr)
-    anchor = static_cast<int>(std::find(m_buttons.begin(), m_buttons.end(), m_brought_into_view) -
-                              m_buttons.begin());
-  const int first = anchor < 0 ? total - count : std::min(anchor, total - count);
-  ShowOnly(first, count);
+  ShowOnly(detail::tab_run_start(AnchorIndex(), count, total), count);
 }
 
 void wxTabPanel::PutButtonsToHidden(int count) {
@@ -477,38 +482,31 @@ const wxTabPanel::splitter_t* wxTabPanel::GetSplitter(int slot) const {
   return slot >= 0 && slot < GetSplittersCount() ? &m_splitters[slot] : nullptr;
 }
 
-int wxTabPanel::SplitterWidth(int slot) const {
-  return slot < GetSplittersCount() && m_splitters[slot].image.IsOk() ? m_splitters[slot].image.GetWidth() : 0;
+std::vector<wxSize> wxTabPanel::SlotSizes() const {
+  std::vector<wxSize> sizes;
+  sizes.reserve(m_splitters.size());
+  for (const splitter_t& splitter : m_splitters)
+    sizes.push_back(splitter.image.IsOk() ? splitter.image.GetSize() : wxSize(0, 0));
+  return sizes;
 }
 
 wxSize wxTabPanel::GetSplittersSize() const {
-  wxSize size(0, 0);
-  for (int slot = 0; slot < GetSplittersCount(); ++slot) {
-    const wxImage& image = m_splitters[slot].image;
-    if (!image.IsOk()) continue;
-    size.x += image.GetWidth() + GetMargin(slot);
-    size.y = std::max(size.y, image.GetHeight());
-  }
-  return size;
-}
-
-// Placement always pays the margin after a slot, even the first one with
-// the front margin off and even an empty one: the gap after a separator
-// belongs to the separator.
-void wxTabPanel::ProcessOneSplitterPosition(int slot, bool place, int& x, int row_height) {
-  if (slot >= GetSplittersCount()) return;
-  splitter_t& splitter = m_splitters[slot];
-  const int height = splitter.image.IsOk() ? splitter.image.GetHeight() : 0;
-  if (place) {
-    splitter.x = x;
-    splitter.y = (row_height - height) / 2;
-  }
-  x += SplitterWidth(slot) + m_margin;
+  const std::vector<wxSize> slots = SlotSizes();
+  int height = 0;
+  for (const wxSize& slot : slots) height = std::max(height, slot.y);
+  return wxSize(detail::tab_slots_width(slots, Margins()), height);
 }
 
 // --- layout -------------------------------------------------------------------
 
-int wxTabPanel::GetMargin(int k) const { return k == 0 && !m_front_margin ? 0 : m_margin; }
+detail::tab_margins_t wxTabPanel::Margins() const {
+  detail::tab_margins_t margins;
+  margins.margin = m_margin;
+  margins.front = m_front_margin;
+  return margins;
+}
+
+int wxTabPanel::GetMargin(int k) const { return Margins().before(k); }
 
 void wxTabPanel::SetMargin(int margin) {
   if (margin < 0 || margin > 100) return;
@@ -545,38 +543,23 @@ void wxTabPanel::SetCrossed(bool crossed) {
   FullRefresh(true);
 }
 
-// How many buttons fit `width`, counted from the selection rightwards and
-// then leftwards (from the last button leftwards without a selection). The
-// order does not change the sum: margins and splitter slots go by position
-// in the run, widths by button.
-int wxTabPanel::ChooseVariableCount(int width) const {
-  const int total = GetButtonsCount();
-  int used = 0;
-  int count = 0;
-  const auto fits = [&](int index) {
-    const int step = m_best_sizes[index].x + GetMargin(count) +
-                     (count < GetSplittersCount() ? SplitterWidth(count) + m_margin : 0);
-    if (used + step + GetMargin(count + 1) > width) return false;
-    used += step;
-    ++count;
-    return true;
-  };
-  const int start = m_selection < 0 ? total : m_selection;
-  for (int k = start; k < total; ++k)
-    if (!fits(k)) return count;
-  for (int k = start - 1; k >= 0; --k)
-    if (!fits(k)) return count;
-  return count;
-}
-
 // The buttons' sizes side by side: a layout reads them all, and reading them
 // from thousands of button objects scattered in memory costs more than the
-// layout itself.
-void wxTabPanel::UpdateBestSizes() {
+// layout itself. Those not measured yet are measured on one DC.
+void wxTabPanel::UpdateBestSizes() const {
   if (m_best_sizes_valid) return;
+  detail::tab_measurer_t measurer(*m_art);
   m_best_sizes.resize(m_buttons.size());
-  for (size_t k = 0; k < m_buttons.size(); ++k) m_best_sizes[k] = m_buttons[k]->CalculateSize();
+  for (size_t k = 0; k < m_buttons.size(); ++k)
+    m_best_sizes[k] = m_buttons[k]->CalculateSize(measurer);
   m_best_sizes_valid = true;
+}
+
+int wxTabPanel::GetTallestButtonHeight() const {
+  UpdateBestSizes();
+  int height = -1;
+  for (const wxSize& size : m_best_sizes) height = std::max(height, size.y);
+  return height;
 }
 
 void wxTabPanel::InvalidateBestSizes() {
@@ -584,91 +567,74 @@ void wxTabPanel::InvalidateBestSizes() {
   m_cached_for = wxDefaultSize;
 }
 
+detail::tab_strip_params_t wxTabPanel::LayoutParams(const wxSize& room) const {
+  detail::tab_strip_params_t params;
+  params.room = room;
+  params.margins = Margins();
+  params.resizable = m_resizable;
+  params.equal_width = m_equal_width;
+  params.right_aligned = m_right_aligned;
+  params.min_tab_width = m_min_button_width;
+  params.equal_width_cap = m_equal_width_cap;
+  params.desired_height = m_desired_height;
+  params.selection = m_selection;
+  params.anchor = AnchorIndex();
+  return params;
+}
+
+const detail::tab_strip_layout_t& wxTabPanel::ComputeLayout(const wxSize& room) const {
+  UpdateBestSizes();
+  detail::layout_tab_strip(m_best_sizes, SlotSizes(), LayoutParams(room), *m_layout);
+  return *m_layout;
+}
+
+wxSize wxTabPanel::MeasureFor(const wxSize& room) const {
+  if (room == m_cached_for) return m_cached_result;
+  m_cached_result = ComputeLayout(room).size;
+  m_cached_for = room;
+  return m_cached_result;
+}
+
 wxSize wxTabPanel::CalculatePositions(bool apply) { return CalculatePositions(GetClientSize(), apply); }
 
 wxSize wxTabPanel::CalculatePositions(const wxSize& size, bool apply) {
-  if (size == m_cached_for && !apply) return m_cached_result;
-  UpdateBestSizes();
-  // Measuring leaves the lists as they are; applying shows and hides only
-  // the windows whose place changed (the hidden list may be long).
-  const std::vector<wxTabButton*> saved_shown = m_shown;
-  const std::vector<wxTabButton*> saved_hidden = apply ? std::vector<wxTabButton*>() : m_hidden;
-  const int total = GetButtonsCount();
-  const int width = size.x;
-  int equal_width = -1;
-  if (total == 0) {
-    m_shown.clear();
-    m_hidden.clear();
-  } else if (width == 0 && m_resizable) {
-    ShowOnly(0, 0);
-  } else if (m_equal_width) {
-    const int front = !m_front_margin && !m_splitters.empty() ? m_margin : GetMargin(0);
-    const int available = width - front - GetSplittersSize().x;
-    const int fitting = std::max(available, 0) / (m_margin + std::max(m_min_button_width, 1));
-    if (fitting == 0) {
-      ShowOnly(0, 0);
-    } else if (fitting <= total) {
-      PutButtonsToShown(fitting);
-      equal_width = available / fitting - m_margin;
-    } else {
-      PutButtonsToShown(total);
-      equal_width = std::min(available / total - m_margin, m_equal_width_cap);
-    }
-  } else {
-    PutButtonsToShown(m_resizable ? ChooseVariableCount(width) : total);
-  }
-
-  // Every branch above made the shown run contiguous from m_first_shown.
-  const wxSize* best = m_shown.empty() ? nullptr : &m_best_sizes[m_first_shown];
-  int row_height = std::max(m_desired_height, 0);
-  for (size_t k = 0; k < m_shown.size(); ++k) row_height = std::max(row_height, best[k].y);
-
-  const int panel_height = size.y;
-  int x = 0;
-  m_in_layout = true;
-  for (size_t k = 0; k < m_shown.size(); ++k) {
-    x += GetMargin(static_cast<int>(k));
-    ProcessOneSplitterPosition(static_cast<int>(k), apply, x, panel_height);
-    const int button_width = equal_width >= 0 ? equal_width : best[k].x;
-    if (apply) {
-      const int button_height = std::max(best[k].y, m_desired_height);
-      m_shown[k]->SetSize(x, panel_height - button_height, button_width, button_height, wxSIZE_AUTO);
-    }
-    x += button_width;
-  }
-  m_in_layout = false;
-  if (total > 0) {
-    x += GetMargin(GetShownCount());
-    if (GetSplittersCount() == GetShownCount() + 1 && m_splitters.back().image.IsOk())
-      ProcessOneSplitterPosition(GetShownCount(), apply, x, panel_height);
-  } else {
-    for (int slot = 0; slot < GetSplittersCount(); ++slot)
-      ProcessOneSplitterPosition(slot, apply, x, panel_height);
-    x += m_margin;
-  }
-
-  const wxSize result(x, row_height + m_margin);
-  if (apply && m_right_aligned && x < width) ShiftContent(width - x);
-  if (apply) {
-    const std::unordered_set<const wxTabButton*> now_shown(m_shown.begin(), m_shown.end());
-    for (wxTabButton* button : saved_shown)
-      if (now_shown.count(button) == 0 && button->IsShown()) button->Hide();
-    for (wxTabButton* button : m_shown)
-      if (!button->IsShown()) button->Show();
-    wxWindow::SetMinSize(wxSize(-1, result.y));
-    SetMaxSize(wxSize(-1, -1));
-  } else {
-    m_shown = saved_shown;
-    m_hidden = saved_hidden;
-  }
+  if (!apply) return MeasureFor(size);
+  const detail::tab_strip_layout_t& layout = ComputeLayout(size);
+  ApplyLayout(layout);
   m_cached_for = size;
-  m_cached_result = result;
-  return result;
+  m_cached_result = layout.size;
+  return layout.size;
 }
 
-void wxTabPanel::ShiftContent(int dx) {
-  for (wxTabButton* button : m_shown) button->Move(button->GetPosition().x + dx, button->GetPosition().y);
-  for (splitter_t& splitter : m_splitters) splitter.x += dx;
+// Shows and hides only the windows whose place changed: the hidden list may
+// be long.
+void wxTabPanel::ApplyLayout(const detail::tab_strip_layout_t& layout) {
+  std::vector<wxTabButton*> was_shown;
+  was_shown.swap(m_shown);
+  ShowOnly(layout.first_shown, layout.shown_count);
+  m_in_layout = true;
+  for (size_t k = 0; k < m_shown.size(); ++k) m_shown[k]->SetSize(layout.tabs[k], wxSIZE_AUTO);
+  m_in_layout = false;
+  PlaceSlots(layout);
+  const std::unordered_set<const wxTabButton*> now_shown(m_shown.begin(), m_shown.end());
+  for (wxTabButton* button : was_shown)
+    if (now_shown.count(button) == 0 && button->IsShown()) button->Hide();
+  for (wxTabButton* button : m_shown)
+    if (!button->IsShown()) button->Show();
+  wxWindow::SetMinSize(wxSize(-1, layout.size.y));
+  SetMaxSize(wxSize(-1, -1));
+}
+
+// Slots the layout did not place still move with a right-aligned strip.
+void wxTabPanel::PlaceSlots(const detail::tab_strip_layout_t& layout) {
+  for (size_t slot = 0; slot < m_splitters.size(); ++slot) {
+    if (slot < layout.slots.size()) {
+      m_splitters[slot].x = layout.slots[slot].x;
+      m_splitters[slot].y = layout.slots[slot].y;
+    } else {
+      m_splitters[slot].x += layout.shift;
+    }
+  }
 }
 
 void wxTabPanel::SetRightAligned(bool right_aligned) {
@@ -676,11 +642,11 @@ void wxTabPanel::SetRightAligned(bool right_aligned) {
   FullRefresh(true);
 }
 
-wxSize wxTabPanel::GetOptimalSize() {
-  return CalculatePositions(wxSize(k_unbounded_width, GetClientSize().y), false);
+wxSize wxTabPanel::GetOptimalSize() const {
+  return MeasureFor(wxSize(k_unbounded_width, GetClientSize().y));
 }
 
-wxSize wxTabPanel::DoGetBestSize() const { return const_cast<wxTabPanel*>(this)->GetOptimalSize(); }
+wxSize wxTabPanel::DoGetBestSize() const { return GetOptimalSize(); }
 
 void wxTabPanel::SetMinSize(const wxSize& size) {
   wxWindow::SetMinSize(size);
@@ -704,22 +670,27 @@ void wxTabPanel::OnResize(wxSizeEvent& event) {
 
 void wxTabPanel::OnPaint(wxPaintEvent&) {
   wxBufferedPaintDC dc(this);
-  const wxSize client = GetClientSize();
   const wxColour background = GetBackgroundColour();
   dc.SetBrush(wxBrush(background, wxBRUSHSTYLE_SOLID));
   dc.SetPen(wxPen(background, 1, wxPENSTYLE_SOLID));
-  dc.DrawRectangle(wxRect(client));
-  if (m_bg_image.IsOk()) {
-    const wxBitmap image(m_bg_image);
-    if (m_sliding) {
-      // Two copies side by side: the image scrolls through the strip.
-      dc.DrawBitmap(image, m_slide_offset, 0, true);
-      dc.DrawBitmap(image, m_slide_offset - image.GetWidth(), 0, true);
-    } else {
-      dc.DrawBitmap(image, 0, 0, true);
-    }
+  dc.DrawRectangle(wxRect(GetClientSize()));
+  if (m_bg_image.IsOk()) DrawBgImage(dc);
+  DrawSplitters(dc);
+}
+
+void wxTabPanel::DrawBgImage(wxDC& dc) const {
+  const wxBitmap image(m_bg_image);
+  if (m_sliding) {
+    // Two copies side by side: the image scrolls through the strip.
+    dc.DrawBitmap(image, m_slide_offset, 0, true);
+    dc.DrawBitmap(image, m_slide_offset - image.GetWidth(), 0, true);
+  } else {
+    dc.DrawBitmap(image, 0, 0, true);
   }
-  // Slot k sits before shown button k, the slot after the run behind it.
+}
+
+// Slot k sits before shown button k, the slot after the run behind it.
+void wxTabPanel::DrawSplitters(wxDC& dc) const {
   const size_t slots = std::min(m_shown.size() + 1, m_splitters.size());
   for (size_t k = 0; k < slots; ++k) {
     contract_holds(k < m_splitters.size(), contract::site_t::tab_splitter_slot_beyond);

@@ -1,5 +1,7 @@
 #include "orvix1/wxTabPanel.h"
 
+#include <tuple>
+
 #include "orvix1/text_utils.h"
 #include "support/tab_fixture.h"
 
@@ -89,6 +91,42 @@ TEST_F(TabPanel, MarginsStayInZeroToAHundredAndTheFrontOneIsPaidOnlyByAPlacedSlo
   EXPECT_EQ(m_panel->GetButton(1)->GetPosition().x, second + 3 + 4);
   for (int outside : {3, -2}) EXPECT_FALSE(m_panel->AddSplitter(wxImage(2, 2), outside));
   EXPECT_TRUE(m_panel->AddSplitter(wxImage(2, 2), -1));
+}
+
+TEST_F(TabPanel, MeasuringASizeLeavesTheStripAsItIsApplyingItLaysItOut) {
+  make(6, 2000);
+  m_panel->SetSplittersCount(1);
+  m_panel->AddSplitter(wxImage(5, 8), 0);
+  const auto snapshot = [this] {
+    std::vector<wxRect> places;
+    for (wxTabButton* button : m_panel->GetShownButtons()) places.push_back(button->GetRect());
+    return std::make_tuple(shown_ids(), places, m_panel->GetSplitter(0)->x);
+  };
+  const auto before = snapshot();
+  const wxSize narrow(m_panel->GetButton(0)->GetSize().x * 2, 30);
+  const wxSize measured = m_panel->CalculatePositions(narrow, false);
+  EXPECT_LT(measured.x, m_panel->GetBestSize().x);
+  EXPECT_EQ(snapshot(), before);
+  EXPECT_EQ(m_panel->CalculatePositions(narrow, true), measured);
+  EXPECT_LT(m_panel->GetShownCount(), 6);
+}
+
+// The strip measures its buttons on one DC of its own: each in its own font,
+// as each would measure itself.
+TEST_F(TabPanel, TheStripMeasuresEachButtonAsTheButtonDoes) {
+  make(3, 2000);
+  m_panel->SetCrossed(true);
+  m_panel->GetButton(1)->SetBitmap(wxBitmap(16, 16));
+  wxFont font = m_panel->GetFont();
+  m_panel->ChangeFont(font.Scaled(1.5f));
+  m_panel->GetButton(1)->ChangeFont(font);
+  m_panel->CalculatePositions(true);
+  for (int k = 0; k < 3; ++k) {
+    wxTabButton* button = m_panel->GetButton(k);
+    const wxSize own = button->DoCalculateSize(button->GetBitmap(), button->GetLabel());
+    EXPECT_EQ(button->GetSize(), own) << k;
+  }
+  EXPECT_GT(m_panel->GetButton(0)->GetSize().x, m_panel->GetButton(1)->GetSize().x);
 }
 
 // Adding and removing also tell the owner.
