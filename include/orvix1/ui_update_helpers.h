@@ -41,6 +41,11 @@ struct ORVIX1_API style_t {
 ORVIX1_API void set_font_and_colors(wxWindow* wnd, const style_t& style,
                                     const ui_settings_t& settings);
 /// Applies a palette style to a window tree and again whenever the palette changes.
+///
+/// The library's own widgets (every window that takes a named style, IStyled)
+/// keep their look: the walk passes them by and goes on into their children,
+/// so a tab strip's captions stay in the font its style names. A window the
+/// host registers with add() gets its style all the same.
 class ORVIX1_API style_updater_t : public wxEvtHandler, public talvar2::subscriber_base_t {
  public:
   /// An empty updater: create() gives it a window tree.

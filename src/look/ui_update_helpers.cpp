@@ -1,5 +1,7 @@
 #include "orvix1/ui_update_helpers.h"
 
+#include "orvix1/styled.h"
+
 #include "core/contract_sites.h"
 
 namespace orvix1 {
@@ -60,8 +62,16 @@ void style_updater_t::disconnect_and_remove_all_children() {
   m_exceptions.clear();
 }
 
+namespace {
+
+// Widgets that draw from a named style; the updater's fonts and colours
+// would only fight it.
+bool takes_named_style(wxWindow* window) { return dynamic_cast<IStyled*>(window) != nullptr; }
+
+}  // namespace
+
 void style_updater_t::propagate_style() {
-  set_font_and_colors(m_root, m_style, *m_settings);
+  if (!takes_named_style(m_root)) set_font_and_colors(m_root, m_style, *m_settings);
   set_parent_style(m_root, static_cast<unsigned>(m_depth));
   // Exceptions end with their own style, also below the depth.
   for (const auto& exception : m_exceptions)
@@ -82,7 +92,8 @@ void style_updater_t::on_destroy_child(wxWindowDestroyEvent& event) {
 void style_updater_t::set_parent_style(wxWindow* window, unsigned depth) {
   if (window == nullptr || depth == 0) return;
   for (wxWindow* child : window->GetChildren()) {
-    if (!is_wnd_registred(child)) set_font_and_colors(child, m_style, *m_settings);
+    if (!is_wnd_registred(child) && !takes_named_style(child))
+      set_font_and_colors(child, m_style, *m_settings);
     set_parent_style(child, depth - 1);
   }
 }

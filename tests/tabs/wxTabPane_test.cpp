@@ -2,6 +2,10 @@
 
 #include <wx/uiaction.h>
 
+#include <string>
+
+#include "orvix1/ui_settings.h"
+#include "orvix1/ui_update_helpers.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -141,6 +145,28 @@ TEST_F(TabPane, AClickOnTheScreenSelectsTheTab) {
     }
   }
   EXPECT_EQ(m_primary->GetCurrentSelection(), 1);
+}
+
+}  // namespace
+
+namespace {
+
+// An updater over the host styles the plain windows and leaves the tab
+// widgets to their named style, through theme switches too.
+TEST_F(TabPane, UnderAStyleUpdaterCaptionsKeepTheirStyleFontThroughThemeSwitches) {
+  talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette(new orvix1::ui_settings_configure_t);
+  palette->set_font(orvix1::font_small, wxFont(wxFontInfo(7).Italic()));
+  auto* plain = new wxWindow(m_host, wxID_ANY);
+  m_pane->SetUiStyle(new wxTabPanel::default_style_t);
+  m_primary->SetUiStyle(new wxTabPanel::default_style_t);
+  orvix1::style_updater_t updater(m_host, orvix1::style_t(orvix1::font_small, orvix1::color_window_bg, -1), -1);
+  for (const char* theme : {"dark", "light"}) {
+    ASSERT_TRUE(palette->apply_theme(std::string(ORVIX1_THEMES_DIR "/") + theme + ".xml"));
+    const wxFont bold = m_primary->GetUiStyle()->get_font("fnNormalBold");
+    EXPECT_EQ(plain->GetFont(), palette->get_font(orvix1::font_small)) << theme;
+    for (int k = 0; k < m_primary->GetButtonsCount(); ++k)
+      EXPECT_EQ(m_primary->GetButton(k)->GetFont(), bold) << theme << " " << k;
+  }
 }
 
 }  // namespace
