@@ -64,7 +64,7 @@ void tab_art_t::draw_tab(wxDC& dc, const wxSize& client, const tab_face_t& face,
       (look.centred_label ? wxALIGN_CENTRE_HORIZONTAL : wxALIGN_LEFT) | wxALIGN_CENTRE_VERTICAL;
   dc.DrawLabel(shown_text, face.checkbox ? wxNullBitmap : face.image, label, alignment);
   draw_border(dc, wxRect(client), colours(look, state).border, look.border_sides);
-  if (face.crossed) draw_cross(dc, cross_rect(client), state);
+  if (face.crossed) draw_cross(dc, cross_rect(client), state, colours(look, state).background);
 }
 
 wxRect tab_art_t::draw_image_part(wxDC& dc, const wxSize& client, const tab_face_t& face,
@@ -109,13 +109,27 @@ void tab_art_t::draw_border(wxDC& dc, const wxRect& rect, const wxColour& colour
   if (sides & wxBOTTOM) dc.DrawLine(rect.x, bottom, right + 1, bottom);
 }
 
-void tab_art_t::draw_cross(wxDC& dc, const wxRect& rect, const tab_state_t& state) const {
+void tab_art_t::draw_cross(wxDC& dc, const wxRect& rect, const tab_state_t& state,
+                           const wxColour& background) const {
   static const char* const* const k_looks[] = {tab_cross_normal_xpm, tab_cross_hovered_xpm,
                                                tab_cross_pressed_xpm};
   int look = 0;
   if (state.cross_hovered) look = state.left_pressed ? 2 : 1;
-  if (!m_crosses[look].IsOk()) m_crosses[look] = wxBitmap(k_looks[look]);
-  dc.DrawBitmap(m_crosses[look], rect.x, rect.y, true);
+  // The resting cross is drawn for light tabs; on a dark tab its negative
+  // keeps it as visible (the hovered looks bring their own light colours).
+  const bool negative = look == 0 && background.IsOk() && background.GetLuminance() < 0.5;
+  wxBitmap& bitmap = negative ? m_negative_cross : m_crosses[look];
+  if (!bitmap.IsOk()) bitmap = negative ? negative_of(wxImage(k_looks[0])) : wxBitmap(k_looks[look]);
+  dc.DrawBitmap(bitmap, rect.x, rect.y, true);
+}
+
+wxBitmap tab_art_t::negative_of(wxImage image) {
+  unsigned char* rgb = image.GetData();
+  for (int k = 0; k < 3 * image.GetWidth() * image.GetHeight(); ++k) rgb[k] = 255 - rgb[k];
+  // The mask colour turned too: transparency stays where it was.
+  if (image.HasMask())
+    image.SetMaskColour(255 - image.GetMaskRed(), 255 - image.GetMaskGreen(), 255 - image.GetMaskBlue());
+  return wxBitmap(image);
 }
 
 void tab_art_t::draw_two_coloured_rect(wxDC& dc, const wxRect& rect, const wxPen& top_left,

@@ -75,13 +75,17 @@ class tab_art_t {
   void draw_tab(wxDC& dc, const wxSize& client, const tab_face_t& face, const wxString& shown_text,
                 const tab_state_t& state, const tab_look_t& look, const wxFont& font) const;
   static void draw_border(wxDC& dc, const wxRect& rect, const wxColour& colour, int sides);
-  void draw_cross(wxDC& dc, const wxRect& rect, const tab_state_t& state) const;
+  // On a dark `background` the resting cross is drawn as its negative.
+  void draw_cross(wxDC& dc, const wxRect& rect, const tab_state_t& state,
+                  const wxColour& background) const;
   // Top and left edges with one pen, bottom and right with the other.
   static void draw_two_coloured_rect(wxDC& dc, const wxRect& rect, const wxPen& top_left,
                                      const wxPen& bottom_right);
+  // The colours of the state a tab is in.
+  static const tab_colours_t& colours(const tab_look_t& look, const tab_state_t& state);
 
  private:
-  static const tab_colours_t& colours(const tab_look_t& look, const tab_state_t& state);
+  static wxBitmap negative_of(wxImage image);
   static void draw_background(wxDC& dc, const wxRect& rect, const tab_look_t& look,
                               const tab_state_t& state);
   // The label's rectangle once the check box or the animation took its part.
@@ -90,6 +94,7 @@ class tab_art_t {
 
   wxWindow* m_window;
   mutable wxBitmap m_crosses[3];  // normal, hovered, pressed: made when first drawn
+  mutable wxBitmap m_negative_cross;  // the normal one for dark tabs
 };
 
 // Measures tabs on one DC, made when first needed and given a new font only

@@ -520,7 +520,8 @@ void wxTabButton::DrawButtonBorder(wxDC& dc, const wxRect& rect, const wxColour&
 }
 
 void wxTabButton::DrawCross(wxDC& dc, const wxRect& rect) const {
-  m_art->draw_cross(dc, rect, state_of(*this));
+  const detail::tab_state_t state = state_of(*this);
+  m_art->draw_cross(dc, rect, state, detail::tab_art_t::colours(look_of(*this), state).background);
 }
 
 void wxTabButton::OnPaint(wxPaintEvent&) {

@@ -1,5 +1,6 @@
 #include "orvix1/wxTabButton.h"
 
+#include <cstdlib>
 #include <memory>
 
 #include "orvix1/text_utils.h"
@@ -146,6 +147,25 @@ TEST_F(TabButton, ADisabledImageIsDrawnGreyTheClassIsMadeByNameAndCarriesAToolti
   EXPECT_TRUE(made && made->IsKindOf(wxCLASSINFO(wxTabButton)));
   button->SetTooltipText("Red");
   EXPECT_EQ(orvix1::wxCustomTooltip::GetAssociatedTooltip(button), button->GetCustomTooltip());
+}
+
+}  // namespace
+
+namespace {
+
+// The resting cross stands out on light and dark tabs alike.
+TEST_F(TabButton, TheCrossReadsOnLightAndDarkTabs) {
+  wxTabButton* button = make("Report", true);
+  for (const wxColour& background : {wxColour(250, 250, 250), wxColour(30, 31, 34)}) {
+    button->SetColor(wxTabButton::bg_normal, background);
+    const paint_canvas_t canvas = painted(button);
+    const wxRect cross = button->CalculateCrossRect();
+    int standing_out = 0;
+    for (int y = cross.y; y < cross.GetBottom(); ++y)
+      for (int x = cross.x; x < cross.GetRight(); ++x)
+        if (std::abs(canvas.at(x, y).GetLuminance() - background.GetLuminance()) > 0.4) ++standing_out;
+    EXPECT_GE(standing_out, 12) << background.GetAsString();
+  }
 }
 
 }  // namespace
