@@ -38,19 +38,24 @@ ORVIX1_API bool PointInRect(int x, int y, const wxRect& rect);
 class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
  public:
   /// Colour roles; the comment names the style key each default comes from.
+  /// The colour roles and the keys of the default style (the palette entry
+  /// behind each in the default style); captions use "fnNormalBold",
+  /// font_normal_bold (2). Buttons draw with these whatever colours or fonts
+  /// a style updater sets on their windows.
   enum color_type_t {
-    bg_normal = 1,         ///< "clBtnBgNormal"
-    bg_hover = 2,          ///< "clBtnBgHover"
-    bg_pressed = 3,        ///< "clBtnBgPressed" (also selected)
-    bg_disabled = 4,       ///< "clBtnBgDisabled"
-    border_normal = 5,     ///< "clBorderNormal"
-    border_hover = 6,      ///< "clBorderHover"
-    border_pressed = 7,    ///< "clBorderPressed"
-    border_disabled = 8,   ///< "clBorderDisabled"
-    text_normal = 9,       ///< "clTextNormal"
-    text_pressed = 10,     ///< "clTextPressed"
-    text_disabled = 11,    ///< "clTextDisabled"
-    panel_bg = 12,         ///< "clBg": what lies behind the button
+    bg_normal = 1,         ///< "clBtnBgNormal": color_face (1)
+    bg_hover = 2,          ///< "clBtnBgHover": color_face blended with color_window_bg (1, 0)
+    bg_pressed = 3,        ///< "clBtnBgPressed" (also selected): color_window_bg (0)
+    bg_disabled = 4,       ///< "clBtnBgDisabled": color_face (1)
+    border_normal = 5,     ///< "clBorderNormal": color_shadow_3d (4)
+    border_hover = 6,      ///< "clBorderHover": color_selection_bg (8)
+    border_pressed = 7,    ///< "clBorderPressed": color_shadow_3d (4)
+    border_disabled = 8,   ///< "clBorderDisabled": color_light_3d (3)
+    text_normal = 9,       ///< "clTextNormal": color_button_text (6)
+    text_pressed = 10,     ///< "clTextPressed": color_window_text (7)
+    text_disabled = 11,    ///< "clTextDisabled": color_shadow_3d (4)
+    panel_bg = 12,         ///< "clBg": what lies behind the button, color_face (1);
+                           ///< a strip's own style gives color_strip_bg (21)
     color_types_end = 13
   };
 
