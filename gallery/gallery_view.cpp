@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include <wx/button.h>
+#include <wx/choice.h>
 #include <wx/sizer.h>
 
 namespace gallery {
@@ -18,6 +20,7 @@ gallery_view_t::gallery_view_t(talvar2::smart_pointer_t<wxWindow> main_window, c
   // wrapper must not stretch its only child over the whole window.
   m_main_window->Bind(wxEVT_SIZE, [](wxSizeEvent&) {});
 
+  m_look.create(m_workspace, orvix1::style_t(-1, orvix1::color_window_bg, orvix1::color_window_text), -1);
   const std::vector<page_t>& pages = all_pages();
   int first_index = 0;
   for (const page_t& page : pages) {
@@ -40,10 +43,22 @@ void gallery_view_t::on_tab_selected(orvix1::wxTabPanel*, int index) {
   if (m_pages[index] == nullptr) {
     m_pages[index] = all_pages()[index].create(m_workspace);
     m_workspace->GetSizer()->Add(m_pages[index], wxSizerFlags(1).Expand());
+    keep_native_controls(m_pages[index]);
+    m_look.propagate_style();
   }
   for (wxWindow* page : m_pages)
     if (page != nullptr) page->Show(page == m_pages[index]);
   m_workspace->Layout();
+}
+
+// Buttons and choices keep the desktop's look: GTK draws their frames in
+// its own colours, and a palette background would only fill their labels.
+void gallery_view_t::keep_native_controls(wxWindow* window) {
+  for (wxWindow* child : window->GetChildren()) {
+    if (wxDynamicCast(child, wxButton) != nullptr || wxDynamicCast(child, wxChoice) != nullptr)
+      m_look.add(child, orvix1::style_t());
+    keep_native_controls(child);
+  }
 }
 
 // A screenshot waits for the page and for every shown owner-drawn window in

@@ -5,6 +5,7 @@
 
 #include <wx/window.h>
 
+#include "orvix1/ui_update_helpers.h"
 #include "orvix1/wxTabPane.h"
 #include "pages/pages.h"
 #include "talvar2/functor/signal.h"
@@ -36,6 +37,7 @@ class gallery_view_t : public talvar2::subscriber_base_t {
   wxWindow* page(int index) const;
 
  private:
+  void keep_native_controls(wxWindow* window);
   void on_tab_selected(orvix1::wxTabPanel* panel, int index);
   void watch_painting(wxWindow* window, bool always);
 
@@ -46,6 +48,9 @@ class gallery_view_t : public talvar2::subscriber_base_t {
   orvix1::wxTabPanel* m_strip;
   std::vector<wxWindow*> m_pages;  // by tab; null until first shown
   int m_unpainted = 0;
+  // The pages' plain windows follow the palette; the library's widgets in
+  // them keep their own styles.
+  orvix1::style_updater_t m_look;
 };
 
 }  // namespace gallery

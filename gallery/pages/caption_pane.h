@@ -8,7 +8,8 @@
 namespace gallery {
 
 // A window of one colour with its caption in the middle: a splitter's pane,
-// a card to rest the pointer on.
+// a card to rest the pointer on. Under a dark palette the colour is dimmed
+// and the caption follows the palette's text colour.
 class caption_pane_t : public wxWindow {
  public:
   caption_pane_t(wxWindow* parent, const wxString& caption, const wxColour& colour,
@@ -18,6 +19,7 @@ class caption_pane_t : public wxWindow {
   void on_paint(wxPaintEvent& event);
 
   wxString m_caption;
+  wxColour m_colour;
 };
 
 }  // namespace gallery

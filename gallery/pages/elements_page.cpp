@@ -57,6 +57,20 @@ class focus_box_t : public box_t {
   talvar2::intrusive_pointer_t<TextElement> m_label;
 };
 
+// A rectangle's look from the palette: `fill` behind it, the strip border
+// around it; it refills when the palette changes.
+class fill_style_t : public ui_style_t {
+ public:
+  explicit fill_style_t(default_colors_t fill) : m_fill(fill) { set_style_info(); }
+  void set_style_info() override {
+    internal_set_color("clBtnBgNormal", m_settings->get_color(m_fill));
+    internal_set_color("clBorderNormal", m_settings->get_color(color_strip_border));
+  }
+
+ private:
+  default_colors_t m_fill;
+};
+
 // A window whose whole content is an element tree.
 class elements_page_t : public wxWindow {
  public:
@@ -89,7 +103,7 @@ class elements_page_t : public wxWindow {
  private:
   void build() {
     const auto settings = ui_settings_t::get();
-    m_root->SetBkColor(settings->get_color(color_window_bg));
+    m_root->SetUiStyle(new fill_style_t(color_window_bg));
     m_root->ShowBorder(false);
     // Margins pad an element's own drawing, not its children: spacers pad these.
     new SpacerElement(m_root, UIElement::pfTop | UIElement::pfHExpand, wxSize(1, 10));
@@ -144,8 +158,7 @@ class elements_page_t : public wxWindow {
                                  shape_t{2, false, false, color_selection_bg},
                                  shape_t{4, true, true, color_pane_bg}}) {
       auto* box = new box_t(row, UIElement::pfLeft | UIElement::pfVCenter, wxSize(110, 70));
-      box->SetBkColor(settings->get_color(shape.fill));
-      box->SetBorderColor(settings->get_color(color_strip_border));
+      box->SetUiStyle(new fill_style_t(shape.fill));
       box->SetBorderThickness(shape.thickness);
       box->ShowBorder(shape.border);
       box->SetBorderStyle(shape.rounded ? RectangleElement::border_rounded
