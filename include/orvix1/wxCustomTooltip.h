@@ -5,6 +5,10 @@
 /// appears after the pointer rests on its target, sits beside the pointer
 /// inside the work area of the monitor under it, hides after a time or when
 /// the pointer leaves, and passes input that lands on it to its target.
+///
+/// It follows the palette at every change of it: the text in font_tooltip
+/// (4) and color_info_text (12) on color_tooltip_bg (10), framed in
+/// color_info_text (12).
 
 #include <map>
 #include <string>
