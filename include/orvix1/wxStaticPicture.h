@@ -38,6 +38,12 @@ class ORVIX1_API wxStaticPicture : public wxControl {
   wxBitmap getBitmap(bool with_mask) const { return m_picture.getBitmap(with_mask); }
   wxImage GetImage() const { return m_picture.GetImage(); }
 
+  /// Where the picture's top-left corner lands for the current client size.
+  wxPoint GetPicturePosition() const;
+  /// Paints the background and the picture on `dc`, as the window does
+  /// (printing, or a picture of the window).
+  void DrawPicture(wxDC& dc) const;
+
   bool AcceptsFocus() const override { return false; }
   bool ShouldInheritColours() const override { return true; }
 
@@ -46,14 +52,6 @@ class ORVIX1_API wxStaticPicture : public wxControl {
   wxBorder GetDefaultBorder() const override { return wxBORDER_NONE; }
 
  private:
-  /// Lets the tests check placement and painting on a memory DC: a headless
-  /// screen gives no reliable read-back of the window.
-  friend struct static_picture_test_access_t;
-
-  /// Where the picture's top-left corner lands for the current client size.
-  wxPoint GetPicturePosition() const;
-  /// Paints the background and the picture on `dc`.
-  void DrawPicture(wxDC& dc) const;
   void OnPaint(wxPaintEvent& event);
   void PictureChanged();
 

@@ -9,17 +9,9 @@
 #include "support/paint_canvas.h"
 #include "support/wx_test_environment.h"
 
-namespace orvix1 {
-// The painting steps, which the window runs on its own paint DC.
-struct static_picture_test_access_t {
-  static wxPoint position(const wxStaticPicture& picture) { return picture.GetPicturePosition(); }
-  static void draw(const wxStaticPicture& picture, wxDC& dc) { picture.DrawPicture(dc); }
-};
-}  // namespace orvix1
 
 namespace {
 
-using orvix1::static_picture_test_access_t;
 using orvix1::wxStaticPicture;
 using orvix1_test::paint_canvas_t;
 
@@ -70,14 +62,13 @@ TEST_F(StaticPictureTest, MadeInOneOrTwoStepsSizedByItsPictureAndPlacedByTheAlig
 
   // Centred in a larger window it paints its background and the picture through the mask.
   picture = add_picture(wxSize(30, 20), wxALIGN_CENTRE_HORIZONTAL | wxALIGN_CENTRE_VERTICAL);
-  EXPECT_EQ(static_picture_test_access_t::position(*picture), wxPoint(10, 7));
+  EXPECT_EQ(picture->GetPicturePosition(), wxPoint(10, 7));
   const wxColour background = picture->GetBackgroundColour();
   paint_canvas_t canvas(30, 20);
-  canvas.paint([&](wxDC& dc) { static_picture_test_access_t::draw(*picture, dc); });
+  canvas.paint([&](wxDC& dc) { picture->DrawPicture(dc); });
   EXPECT_TRUE(canvas.all(wxRect(15, 7, 5, 6), k_blue));
   EXPECT_EQ(canvas.count(wxRect(0, 0, 30, 20), background), 30 * 20 - 30);
-  EXPECT_EQ(static_picture_test_access_t::position(
-                *add_picture(wxSize(30, 20), wxALIGN_RIGHT | wxALIGN_BOTTOM)),
+  EXPECT_EQ(add_picture(wxSize(30, 20), wxALIGN_RIGHT | wxALIGN_BOTTOM)->GetPicturePosition(),
             wxPoint(20, 14));
 }
 
