@@ -182,15 +182,7 @@ TEST_F(TextElementTest, ATextThatFitsExactlyIsKeptAndOnePixelLessCutsIt) {
   EXPECT_EQ(m_truncations, std::vector<bool>{true});
 }
 
-TEST_F(TextElementTest, WidthBelowTheEllipsisDrawsNothingAndCountsAsCut) {
-  text_ptr_t text = make_text("Some label");
-  text->SetColor(*wxBLACK);
-  const int dots = memory_width("...");
-  EXPECT_EQ(inked(draw(*text, wxRect(0, 0, dots - 1, 30)), wxRect(0, 0, 200, 40)), 0);
-  EXPECT_TRUE(text->IsTruncated());
-  EXPECT_EQ(m_truncations, std::vector<bool>{true});
-}
-
+// Below the width of the ellipsis nothing is drawn and the text counts as cut.
 TEST_F(TextElementTest, TheDrawnLineIsTheCutTextAndTruncationIsSignalledOnlyWhenItChanges) {
   const std::string label = "A label too long for its place";
   text_ptr_t text = make_text(label);
@@ -198,6 +190,9 @@ TEST_F(TextElementTest, TheDrawnLineIsTheCutTextAndTruncationIsSignalledOnlyWhen
   const int max_width = 90;
   const wxRect narrow(0, 0, max_width, 30);
   const wxRect wide(0, 0, memory_width(label), 30);
+  const wxRect all(0, 0, 200, 40);
+  EXPECT_EQ(inked(draw(*text, wxRect(0, 0, memory_width("...") - 1, 30)), all), 0);
+  EXPECT_TRUE(text->IsTruncated());
   const paint_canvas_t cut = draw(*text, narrow);
   for (const wxRect& rect : {narrow, wide, wide}) draw(*text, rect);
   EXPECT_EQ(m_truncations, (std::vector<bool>{true, false}));
@@ -208,7 +203,6 @@ TEST_F(TextElementTest, TheDrawnLineIsTheCutTextAndTruncationIsSignalledOnlyWhen
     dc.SetTextForeground(*wxBLACK);
     dc.DrawText(wxString::FromUTF8(expected_cut(dc, m_bold, label, max_width)), 0, 0);
   });
-  const wxRect all(0, 0, 200, 40);
   EXPECT_GT(inked(cut, all), 0);
   EXPECT_EQ(inked(cut, all), inked(expected, all));
 }

@@ -69,17 +69,6 @@ TEST_F(UIElementTest, TopOfTheListWinsHitsButIsPaintedFirstAndBothGetTheMouse) {
   EXPECT_FALSE(m_root->HitTest(wxPoint(100, 100)));  // the edge is outside
 }
 
-TEST_F(UIElementTest, ReleaseOutsideGivesNoClickAndKeepsThePress) {
-  probe_ptr_t button = probe(m_root, k_left, wxSize(20, 20), "button");
-  paint();  // lays the tree out, as the host's first paint does
-  m_log.clear();
-  button->ProcessMouse(mouse(wxEVT_LEFT_DOWN, 5, 5));
-  EXPECT_TRUE(button->IsPressed());
-  button->ProcessMouse(mouse(wxEVT_LEFT_UP, 50, 50));  // e.g. delivered under capture
-  EXPECT_EQ(m_log, (log_t{"button down", "button up"}));
-  EXPECT_TRUE(button->IsPressed());
-}
-
 TEST_F(UIElementTest, InvisibleChildrenAreNeitherHitNorPaintedNorSentTheMouse) {
   probe_ptr_t hidden = probe(m_root, k_fill, wxSize(10, 10), "hidden");
   hidden->SetAcceptFocus(true);

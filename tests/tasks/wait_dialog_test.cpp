@@ -47,50 +47,44 @@ std::string unwrapped_label_of(const wxWindow* window) {
 }
 
 // A caption without a close box over an icon, the title, a spacer and the
-// message in a two-column grid, in the palette's fonts; long messages wrap.
-TEST(WaitDialogLayout, IconTitleSpacerAndMessageInATwoColumnGrid) {
+// message in a two-column grid, in the palette's fonts, opened over its
+// parent. Long messages wrap to the display's proportions but never wider
+// than 60% of the work area: one long line once made it wider than the screen.
+TEST(WaitDialogLayout, IconTitleSpacerAndMessageInAGridOverItsParentWrappedWithinTheWorkArea) {
   talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette =
       orvix1::ui_settings_configure_t::get();
   palette->set_font(orvix1::font_title, wxFont(wxFontInfo(19).Bold()));
   palette->set_font(orvix1::font_normal, wxFont(wxFontInfo(9).Italic()));
-  WaitDialog dialog(nullptr, boost::shared_ptr<operation_status_t>());
-  const long style = dialog.GetWindowStyleFlag();
-  EXPECT_TRUE(style & wxCAPTION);
-  EXPECT_FALSE(style & (wxCLOSE_BOX | wxSYSTEM_MENU | wxRESIZE_BORDER | wxMAXIMIZE_BOX));
-  EXPECT_EQ("prod_name", dialog.GetTitle().utf8_string());
-
-  ASSERT_EQ(1u, dialog.GetSizer()->GetItemCount());
-  auto* grid = dynamic_cast<wxFlexGridSizer*>(dialog.GetSizer()->GetItem(size_t(0))->GetSizer());
-  ASSERT_TRUE(grid != nullptr && grid->GetItemCount() == 4u);
-  EXPECT_EQ(2, grid->GetCols());
-  EXPECT_EQ(dialog.GetTitleCtrl(), grid->GetItem(size_t(1))->GetWindow());
-  EXPECT_TRUE(grid->GetItem(size_t(2))->IsSpacer());
-  EXPECT_EQ(dialog.GetMessageCtrl(), grid->GetItem(size_t(3))->GetWindow());
-  EXPECT_EQ("closing", label_of(dialog.GetTitleCtrl()));
-  EXPECT_EQ(palette->get_font(orvix1::font_title), dialog.GetTitleCtrl()->GetFont());
-  EXPECT_EQ("please_wait", label_of(dialog.GetMessageCtrl()));
-  EXPECT_EQ(palette->get_font(orvix1::font_normal), dialog.GetMessageCtrl()->GetFont());
-
-  // A long message wraps to the display's proportions.
-  std::string text;
-  for (int word = 0; word < 25; ++word) text += "waiting is the longest part ";
-  dialog.SetMsgText(text + "of it");
-  EXPECT_NE(wxNOT_FOUND, dialog.GetMessageCtrl()->GetLabel().Find('\n'));
-  EXPECT_EQ(text + "of it", unwrapped_label_of(dialog.GetMessageCtrl()));
-  const wxSize display = wxGetDisplaySize(), client = dialog.GetClientSize();
-  EXPECT_GE(client.x, client.y * display.x / display.y);
-  EXPECT_LT(client.x, display.x);
-}
-
-// Over its parent, and never wider than 60% of the work area: a message of
-// one long line once made the dialog wider than the screen.
-TEST(WaitDialogLayout, OpensOverItsParentAndWrapsWithinTheWorkArea) {
-  const auto palette = orvix1::ui_settings_configure_t::get();
   auto* parent = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(240, 160), wxSize(600, 400));
   parent->Show();
   auto* dialog = new WaitDialog(parent, boost::shared_ptr<operation_status_t>());
+  const long style = dialog->GetWindowStyleFlag();
+  EXPECT_TRUE(style & wxCAPTION);
+  EXPECT_FALSE(style & (wxCLOSE_BOX | wxSYSTEM_MENU | wxRESIZE_BORDER | wxMAXIMIZE_BOX));
+  EXPECT_EQ("prod_name", dialog->GetTitle().utf8_string());
+
+  ASSERT_EQ(1u, dialog->GetSizer()->GetItemCount());
+  auto* grid = dynamic_cast<wxFlexGridSizer*>(dialog->GetSizer()->GetItem(size_t(0))->GetSizer());
+  ASSERT_TRUE(grid != nullptr && grid->GetItemCount() == 4u);
+  EXPECT_EQ(2, grid->GetCols());
+  EXPECT_EQ(dialog->GetTitleCtrl(), grid->GetItem(size_t(1))->GetWindow());
+  EXPECT_TRUE(grid->GetItem(size_t(2))->IsSpacer());
+  EXPECT_EQ(dialog->GetMessageCtrl(), grid->GetItem(size_t(3))->GetWindow());
+  EXPECT_EQ("closing", label_of(dialog->GetTitleCtrl()));
+  EXPECT_EQ(palette->get_font(orvix1::font_title), dialog->GetTitleCtrl()->GetFont());
+  EXPECT_EQ("please_wait", label_of(dialog->GetMessageCtrl()));
+  EXPECT_EQ(palette->get_font(orvix1::font_normal), dialog->GetMessageCtrl()->GetFont());
+
   std::string text;
-  for (int word = 0; word < 400; ++word) text += "waiting ";
+  for (int word = 0; word < 25; ++word) text += "waiting is the longest part ";
+  dialog->SetMsgText(text + "of it");
+  EXPECT_NE(wxNOT_FOUND, dialog->GetMessageCtrl()->GetLabel().Find('\n'));
+  EXPECT_EQ(text + "of it", unwrapped_label_of(dialog->GetMessageCtrl()));
+  const wxSize display = wxGetDisplaySize(), client = dialog->GetClientSize();
+  EXPECT_GE(client.x, client.y * display.x / display.y);
+  EXPECT_LT(client.x, display.x);
+
+  for (int word = 0; word < 300; ++word) text += "waiting ";
   dialog->SetMsgText(text);
   dialog->InitDialog();
   const wxRect rect = dialog->GetScreenRect();
