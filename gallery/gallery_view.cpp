@@ -55,7 +55,7 @@ void gallery_view_t::on_tab_selected(orvix1::wxTabPanel*, int index) {
 // its own colours, and a palette background would only fill their labels.
 void gallery_view_t::keep_native_controls(wxWindow* window) {
   for (wxWindow* child : window->GetChildren()) {
-    if (wxDynamicCast(child, wxButton) != nullptr || wxDynamicCast(child, wxChoice) != nullptr)
+    if (dynamic_cast<wxButton*>(child) != nullptr || dynamic_cast<wxChoice*>(child) != nullptr)
       m_look.add(child, orvix1::style_t());
     keep_native_controls(child);
   }

@@ -321,7 +321,7 @@ TEST_F(UiSettingsFile, ThemesSwitchEveryColourWithOneSignalAndUnlockingHandsEntr
   EXPECT_TRUE(m_settings->unlock_font(font_normal));
   EXPECT_EQ(m_settings->get_font(font_normal), get_system_default_font(font_normal));
   EXPECT_FALSE(m_settings->unlock_color(colors_count));
-  EXPECT_FALSE(m_settings->unlock_font(static_cast<default_fonts_t>(-1)));
+  EXPECT_FALSE(m_settings->unlock_font(fonts_count));
   EXPECT_EQ(signals, 3);
   changed.disconnect(&counter, &counter_t::on_change);
 }
