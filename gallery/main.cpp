@@ -79,6 +79,15 @@ int take_screenshot(const host_window_t& host, const gallery_view_t& view,
   return 0;
 }
 
+// Announces a desktop of `scale` × 96 dpi as its settings service would,
+// before anything is measured: GTK's fonts grow with it, and the library
+// reads the same resolution for its own scale.
+void set_desktop_scale(double scale) {
+  if (scale == 1.0) return;
+  g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", static_cast<int>(96 * 1024 * scale),
+               nullptr);
+}
+
 // The folder the gallery program is in.
 std::string program_folder() {
   gchar* program = g_file_read_link("/proc/self/exe", nullptr);
@@ -186,7 +195,9 @@ int run(int argc, char** argv) {
     return k_exit_no_display;
   }
 
-  host_window_t host("orvix1 gallery", 900, 560);
+  set_desktop_scale(options.scale);
+  host_window_t host("orvix1 gallery", static_cast<int>(900 * options.scale),
+                     static_cast<int>(560 * options.scale));
   host.show();
   const int status = show_page(argc, argv, host, *page, options);
   const bool scripted = options.tour || !options.screenshot_path.empty();

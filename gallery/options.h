@@ -10,6 +10,7 @@ struct options_t {
   std::string page_name;        // empty: the first page
   bool tour = false;            // walk every page with scripted input
   std::string out_dir;          // where the tour writes its pictures; empty: beside the program
+  double scale = 1.0;           // the desktop's resolution relative to 96 dpi (1 to 4)
   bool list_pages = false;
   bool help = false;
   std::string error;            // set when the command line is wrong

@@ -12,6 +12,7 @@
 #include "orvix1/ui_resources.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -35,10 +36,11 @@ class box_t : public RectangleElement {
 // A labelled box that takes the keyboard focus and shows it with its border.
 class focus_box_t : public box_t {
  public:
-  focus_box_t(element_ptr_t parent, const std::string& label) : box_t(parent, k_fill, wxSize(170, 34)) {
+  focus_box_t(element_ptr_t parent, const std::string& label)
+      : box_t(parent, k_fill, dip(wxSize(170, 34))) {
     SetAcceptFocus(true);
     SetBorderStyle(border_rounded);
-    SetBorderRadius(5);
+    SetBorderRadius(dip(5));
     m_label = new TextElement(this, pfVCenter | pfHCenter, label);
     show_focus(false);
   }
@@ -51,7 +53,7 @@ class focus_box_t : public box_t {
  private:
   void show_focus(bool focused) {
     const auto settings = ui_settings_t::get();
-    SetBorderThickness(focused ? 3 : 1);
+    SetBorderThickness(dip(focused ? 3 : 1));
     SetBorderColor(settings->get_color(focused ? color_selection_bg : color_shadow_3d));
   }
   talvar2::intrusive_pointer_t<TextElement> m_label;
@@ -106,9 +108,9 @@ class elements_page_t : public wxWindow {
     m_root->SetUiStyle(new fill_style_t(color_window_bg));
     m_root->ShowBorder(false);
     // Margins pad an element's own drawing, not its children: spacers pad these.
-    new SpacerElement(m_root, UIElement::pfTop | UIElement::pfHExpand, wxSize(1, 10));
-    new SpacerElement(m_root, UIElement::pfLeft | UIElement::pfVExpand, wxSize(12, 1));
-    new SpacerElement(m_root, UIElement::pfRight | UIElement::pfVExpand, wxSize(12, 1));
+    new SpacerElement(m_root, UIElement::pfTop | UIElement::pfHExpand, dip(wxSize(1, 10)));
+    new SpacerElement(m_root, UIElement::pfLeft | UIElement::pfVExpand, dip(wxSize(12, 1)));
+    new SpacerElement(m_root, UIElement::pfRight | UIElement::pfVExpand, dip(wxSize(12, 1)));
 
     auto* title = new TextElement(m_root, UIElement::pfTop | UIElement::pfHCenter,
                                   "Elements: one window, no native controls");
@@ -120,7 +122,7 @@ class elements_page_t : public wxWindow {
 
   // Docked at the bottom across the width: cut with "..." as the window narrows.
   void build_footer() {
-    new SpacerElement(m_root, UIElement::pfBottom | UIElement::pfHExpand, wxSize(1, 10));
+    new SpacerElement(m_root, UIElement::pfBottom | UIElement::pfHExpand, dip(wxSize(1, 10)));
     new TextElement(m_root, UIElement::pfBottom | UIElement::pfHExpand,
                     "This label is docked to the bottom and stretched across the window; make "
                     "the window narrower and it ends in an ellipsis instead of overflowing.");
@@ -134,19 +136,18 @@ class elements_page_t : public wxWindow {
     for (const char* label : {"First (Tab)", "Second", "Third (Shift+Tab)", "Fourth"}) {
       auto* button = new focus_box_t(column, label);
       button->GetTooltip()->SetText(std::string("Focus element: ") + label);
-      new SpacerElement(column, k_fill, wxSize(0, 8));
+      new SpacerElement(column, k_fill, dip(wxSize(0, 8)));
     }
   }
 
   // Shapes side by side, a spinner centred below them, a drop arrow at the right.
   void build_shapes() {
     element_ptr_t area(new UIElement(m_root, k_fill));
-    new SpacerElement(area, UIElement::pfLeft | UIElement::pfVExpand, wxSize(16, 1));
+    new SpacerElement(area, UIElement::pfLeft | UIElement::pfVExpand, dip(wxSize(16, 1)));
     element_ptr_t row(new UIElement(area, UIElement::pfTop | UIElement::pfLeft));
     auto* stack = new StackLayout();
     stack->SetOrientation(true);
     row->SetLayoutLogic(stack);
-    const auto settings = ui_settings_t::get();
     struct shape_t {
       int thickness;
       bool rounded;
@@ -157,14 +158,14 @@ class elements_page_t : public wxWindow {
                                  shape_t{3, true, true, color_strip_bg},
                                  shape_t{2, false, false, color_selection_bg},
                                  shape_t{4, true, true, color_pane_bg}}) {
-      auto* box = new box_t(row, UIElement::pfLeft | UIElement::pfVCenter, wxSize(110, 70));
+      auto* box = new box_t(row, UIElement::pfLeft | UIElement::pfVCenter, dip(wxSize(110, 70)));
       box->SetUiStyle(new fill_style_t(shape.fill));
-      box->SetBorderThickness(shape.thickness);
+      box->SetBorderThickness(dip(shape.thickness));
       box->ShowBorder(shape.border);
       box->SetBorderStyle(shape.rounded ? RectangleElement::border_rounded
                                         : RectangleElement::border_square);
-      box->SetBorderRadius(10);
-      new SpacerElement(row, UIElement::pfLeft | UIElement::pfVCenter, wxSize(12, 1));
+      box->SetBorderRadius(dip(10));
+      new SpacerElement(row, UIElement::pfLeft | UIElement::pfVCenter, dip(wxSize(12, 1)));
     }
     // A stack gives its children the whole height of the row: the arrow keeps
     // its own size docked in the area instead.

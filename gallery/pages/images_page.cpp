@@ -4,6 +4,7 @@
 
 #include <wx/animate.h>
 #include <wx/dcbuffer.h>
+#include <wx/filename.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -12,6 +13,7 @@
 #include "orvix1/image_helpers.h"
 #include "orvix1/ui_resources.h"
 #include "orvix1/ui_settings.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -48,7 +50,8 @@ class pictures_view_t : public wxWindow {
     const wxImage logo = resources->get_image("logo");
     const wxImage badge = resources->get_image("badge");
     const wxImage stripes = resources->get_image("stripes");
-    add(logo, "\"logo\" (DPI-scaled)");
+    // As a bitmap: under GDK_SCALE=2 it carries scale factor 2 and stays sharp.
+    add(resources->get_bitmap("logo"), "\"logo\" (DPI-scaled)");
     {
       const autoscale_guard_t unscaled(false);
       add(resources->get_image("logo"), "\"logo\" unscaled");
@@ -80,8 +83,11 @@ class pictures_view_t : public wxWindow {
     wxString caption;
   };
 
+  void add(const wxBitmap& bitmap, const wxString& caption) {
+    m_entries.push_back(entry_t{bitmap, caption});
+  }
   void add(const wxImage& image, const wxString& caption) {
-    m_entries.push_back(entry_t{image.IsOk() ? wxBitmap(image) : wxBitmap(), caption});
+    add(image.IsOk() ? wxBitmap(image) : wxBitmap(), caption);
   }
 
   void on_paint(wxPaintEvent&) {
@@ -91,8 +97,8 @@ class pictures_view_t : public wxWindow {
     dc.Clear();
     dc.SetFont(GetFont());
     dc.SetTextForeground(settings->get_color(color_window_text));
-    const int cell = FromDIP(150);
-    const int margin = FromDIP(12);
+    const int cell = dip(150);
+    const int margin = dip(12);
     int x = margin;
     int y = margin;
     for (const entry_t& entry : m_entries) {
@@ -101,11 +107,11 @@ class pictures_view_t : public wxWindow {
         y += cell;
       }
       if (entry.bitmap.IsOk())
-        dc.DrawBitmap(entry.bitmap, x + (cell - entry.bitmap.GetWidth()) / 2, y, true);
+        dc.DrawBitmap(entry.bitmap, x + (cell - entry.bitmap.GetLogicalSize().x) / 2, y, true);
       else
         dc.DrawText("(not loaded)", x, y);
       const wxSize text = dc.GetTextExtent(entry.caption);
-      dc.DrawText(entry.caption, x + (cell - text.x) / 2, y + FromDIP(60));
+      dc.DrawText(entry.caption, x + (cell - text.x) / 2, y + dip(60));
       x += cell;
     }
   }
@@ -120,26 +126,33 @@ class images_page_t : public wxPanel {
     const std::vector<std::string> archives = resources->get_archives();
     const wxSize scaled = calculate_DPI_scaled_size(48, 48);
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(
-        new wxStaticText(
-            this, wxID_ANY,
-            wxString::Format("Pictures and animations come by name from the resource archive %s "
-                             "(its resources.xrc names them).\nDPI scale: %.2f; a picture "
-                             "authored at 48 x 48 is loaded at %d x %d.",
-                             archives.empty() ? wxString("(none registered)")
-                                              : wxString::FromUTF8(archives.back()),
-                             get_DPI_scale(), scaled.x, scaled.y)),
-        wxSizerFlags().Border(wxALL, 12));
+    // Short lines: GTK wraps a label too wide for the page without making
+    // room for the wrapped line.
+    const wxString archive = archives.empty()
+                                 ? wxString("(none registered)")
+                                 : wxFileName(wxString::FromUTF8(archives.back())).GetFullName();
+    column->Add(new wxStaticText(this, wxID_ANY,
+                                 wxString::Format("Pictures and animations come by name from the "
+                                                  "resource archive %s (its resources.xrc names "
+                                                  "them).",
+                                                  archive)),
+                wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP, dip(12)));
+    column->Add(new wxStaticText(this, wxID_ANY,
+                                 wxString::Format("DPI scale: %.2f; a picture authored at 48 x 48 "
+                                                  "is loaded at %d x %d (\"logo\" from its "
+                                                  "\"logo@2x\" twin from 1.5 on).",
+                                                  get_DPI_scale(), scaled.x, scaled.y)),
+                wxSizerFlags().Border(wxALL, dip(12)));
 
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     auto* animation = new wxAnimationCtrl(this, wxID_ANY, resources->get_animation("spinner"));
     animation->SetName(k_images_animation);
     animation->Play();
-    row->Add(animation, wxSizerFlags().Border(wxRIGHT, 12));
+    row->Add(animation, wxSizerFlags().Border(wxRIGHT, dip(12)));
     row->Add(new wxStaticText(this, wxID_ANY,
                               "\"spinner\": an animated GIF from the archive, playing."),
              wxSizerFlags().Center());
-    column->Add(row, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, 12));
+    column->Add(row, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, dip(12)));
     column->Add(new pictures_view_t(this), wxSizerFlags(1).Expand());
     SetSizer(column);
   }

@@ -12,6 +12,7 @@
 #include "orvix1/ui_settings.h"
 #include "orvix1/ui_style.h"
 #include "orvix1/ui_update_helpers.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -50,19 +51,19 @@ class palette_view_t : public wxWindow, public StyledBase {
     dc.SetBackground(wxBrush(style->get_color("clBg")));
     dc.Clear();
     dc.SetTextForeground(style->get_color("clText"));
-    const int margin = FromDIP(10);
+    const int margin = dip(10);
     const int column = (GetClientSize().x - 2 * margin) / 3;
     draw_colours(dc, *style, wxPoint(margin, margin), column);
     draw_fonts_and_metrics(dc, *style, wxPoint(margin + 2 * column, margin));
   }
 
-  int row_height() const { return FromDIP(20); }
+  int row_height() const { return dip(20); }
 
   void draw_colours(wxDC& dc, const ui_style_t& style, wxPoint origin, int column) {
     const talvar2::intrusive_pointer_t<ui_settings_t> settings = ui_settings_t::get();
     dc.SetFont(style.get_font("fnNormal"));
     dc.SetPen(wxPen(style.get_color("clBorder")));
-    const wxSize swatch = FromDIP(wxSize(28, 14));
+    const wxSize swatch = dip(wxSize(28, 14));
     for (int i = 0; i < colors_count; ++i) {
       const auto index = static_cast<default_colors_t>(i);
       const wxPoint at(origin.x + (i / 13) * column, origin.y + (i % 13) * row_height());
@@ -71,7 +72,7 @@ class palette_view_t : public wxWindow, public StyledBase {
       dc.DrawRectangle(wxRect(at, swatch));
       const wxString value = colour.IsOk() ? colour.GetAsString(wxC2S_HTML_SYNTAX) : "-";
       dc.DrawText(wxString::Format("%d %s %s", i, get_color_name(index), value),
-                  at.x + swatch.x + FromDIP(6), at.y);
+                  at.x + swatch.x + dip(6), at.y);
     }
   }
 
@@ -82,9 +83,9 @@ class palette_view_t : public wxWindow, public StyledBase {
       const wxFont font = settings->get_font(index);
       dc.SetFont(font.IsOk() ? font : style.get_font("fnNormal"));
       dc.DrawText(wxString::Format("%d %s", i, get_font_name(index)), at);
-      at.y += dc.GetTextExtent("Ag").y + FromDIP(2);
+      at.y += dc.GetTextExtent("Ag").y + dip(2);
     }
-    at.y += FromDIP(8);
+    at.y += dip(8);
     dc.SetFont(style.get_font("fnNormal"));
     for (int i = 0; i < metrics_count; ++i) {
       const auto index = static_cast<default_metrics_t>(i);

@@ -9,6 +9,7 @@
 #include "orvix1/wxAdvancedSplitter.h"
 #include "orvix1/wxQuadSplitter.h"
 #include "pages/caption_pane.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -31,18 +32,18 @@ class splitters_page_t : public wxWindow {
     });
     auto* top = new wxBoxSizer(wxHORIZONTAL);
     top->Add(section("Collapse: click the arrow or double-click the sash", advanced_splitter()), 1,
-             wxEXPAND | wxRIGHT, FromDIP(12));
+             wxEXPAND | wxRIGHT, dip(12));
     top->Add(section("Quad: the two short sashes move together", quad_splitter()), 1, wxEXPAND);
     auto* page = new wxBoxSizer(wxVERTICAL);
-    page->Add(top, 3, wxEXPAND | wxALL, FromDIP(12));
-    page->Add(linked_splitters(), 2, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12));
+    page->Add(top, 3, wxEXPAND | wxALL, dip(12));
+    page->Add(linked_splitters(), 2, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, dip(12));
     SetSizer(page);
   }
 
  private:
   wxSizer* section(const wxString& caption, wxWindow* content) {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(new wxStaticText(this, wxID_ANY, caption), 0, wxBOTTOM, FromDIP(4));
+    sizer->Add(new wxStaticText(this, wxID_ANY, caption), 0, wxBOTTOM, dip(4));
     sizer->Add(content, 1, wxEXPAND);
     return sizer;
   }
@@ -70,14 +71,14 @@ class splitters_page_t : public wxWindow {
   wxSizer* linked_splitters() {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(new wxStaticText(this, wxID_ANY, "Linked: drag either sash, the other follows"), 0,
-               wxBOTTOM, FromDIP(4));
+               wxBOTTOM, dip(4));
     wxAdvancedSplitter* linked[2];
     for (int i = 0; i < 2; ++i) {
       linked[i] = new wxAdvancedSplitter(this);
       const wxString row = i == 0 ? "Upper" : "Lower";
       linked[i]->SplitVertically(new caption_pane_t(linked[i], row + " left", k_colours[2]),
                                  new caption_pane_t(linked[i], row + " right", k_colours[3]));
-      sizer->Add(linked[i], 1, wxEXPAND | wxBOTTOM, FromDIP(4));
+      sizer->Add(linked[i], 1, wxEXPAND | wxBOTTOM, dip(4));
     }
     linked[0]->SynchronizeWith(linked[1]->GetSplitterElement());
     linked[1]->SynchronizeWith(linked[0]->GetSplitterElement());

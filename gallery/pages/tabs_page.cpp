@@ -14,6 +14,7 @@
 #include "orvix1/dialog.h"
 #include "orvix1/ui_resources.h"
 #include "orvix1/wxTabPane.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -29,13 +30,16 @@ struct document_t {
   bool modified = false;
 };
 
-// A 16-pixel page icon in `colour`, with a folded corner.
+// A 16-pixel page icon in `colour`, with a folded corner, as large as the
+// screen's scale makes 16 pixels.
 wxBitmap document_icon(const wxColour& colour) {
-  wxBitmap bitmap(16, 16);
+  const int side = dip(16);
+  wxBitmap bitmap(side, side);
   {
     wxMemoryDC dc(bitmap);
     dc.SetBackground(*wxWHITE_BRUSH);
     dc.Clear();
+    dc.SetUserScale(side / 16.0, side / 16.0);
     dc.SetBrush(wxBrush(colour));
     dc.SetPen(wxPen(colour.ChangeLightness(60)));
     const wxPoint page[] = {{2, 1}, {10, 1}, {13, 4}, {13, 14}, {2, 14}};
@@ -81,10 +85,10 @@ class tabs_page_t : public wxPanel, public talvar2::subscriber_base_t {
     buttons->Add(modify);
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(m_pane, wxSizerFlags().Expand());
-    column->Add(m_body, wxSizerFlags().Border(wxALL, 12));
-    column->Add(buttons, wxSizerFlags().Border(wxLEFT | wxRIGHT, 12));
+    column->Add(m_body, wxSizerFlags().Border(wxALL, dip(12)));
+    column->Add(buttons, wxSizerFlags().Border(wxLEFT | wxRIGHT, dip(12)));
     column->AddStretchSpacer();
-    column->Add(hint, wxSizerFlags().Border(wxALL, 12));
+    column->Add(hint, wxSizerFlags().Border(wxALL, dip(12)));
     SetSizer(column);
 
     m_documents->delete_requested().connect(this, &tabs_page_t::on_close_document);

@@ -12,6 +12,7 @@
 #include "orvix1/tasks/AnimationTask.h"
 #include "orvix1/tasks/Scheduler.h"
 #include "orvix1/tasks/dialog_info.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -55,7 +56,7 @@ class tasks_page_t : public wxPanel {
                                 "Each task moves its bar over three seconds from a worker; the "
                                 "values reach the window on the GUI thread."),
                wxSizerFlags().Border());
-    auto* grid = new wxFlexGridSizer(2, wxSize(12, 8));
+    auto* grid = new wxFlexGridSizer(2, dip(wxSize(12, 8)));
     grid->AddGrowableCol(1);
     add_row(grid, "Service task", "", [this](task_row_t& row) { start(row, false, 0); });
     add_row(grid, "Long task", k_tasks_long_task, [this](task_row_t& row) { start(row, true, 0); });

@@ -9,6 +9,7 @@
 
 #include "orvix1/wxCustomTooltip.h"
 #include "pages/caption_pane.h"
+#include "pages/scaled.h"
 
 namespace gallery {
 namespace {
@@ -24,7 +25,7 @@ class tooltips_page_t : public wxPanel {
                                  "appears beside it, stays inside the screen and goes\nwhen the "
                                  "pointer leaves. The tabs of the gallery and of the Tabs page, and "
                                  "the Elements page, carry the same tooltips."),
-                wxSizerFlags().Border(wxALL, 12));
+                wxSizerFlags().Border(wxALL, dip(12)));
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     caption_pane_t* first = add_card(row, "Palette delay", wxColour(214, 230, 245),
                              "The delay before this tooltip comes from the palette's tooltip "
@@ -37,10 +38,10 @@ class tooltips_page_t : public wxPanel {
              "margin around it and places itself beside the pointer inside the work area of "
              "the monitor under the pointer.",
              -1);
-    column->Add(row, wxSizerFlags().Border(wxLEFT | wxRIGHT, 12));
+    column->Add(row, wxSizerFlags().Border(wxLEFT | wxRIGHT, dip(12)));
     auto* button = new wxButton(this, wxID_ANY, "A native button");
     attach(button, "Native controls take the library's tooltip too.", -1);
-    column->Add(button, wxSizerFlags().Border(wxALL, 12));
+    column->Add(button, wxSizerFlags().Border(wxALL, dip(12)));
     SetSizer(column);
   }
 
@@ -51,9 +52,9 @@ class tooltips_page_t : public wxPanel {
  private:
   caption_pane_t* add_card(wxSizer* row, const wxString& caption, const wxColour& colour,
                    const std::string& text, int delay_ms) {
-    auto* card = new caption_pane_t(this, caption, colour, FromDIP(wxSize(180, 90)));
+    auto* card = new caption_pane_t(this, caption, colour, dip(wxSize(180, 90)));
     attach(card, text, delay_ms);
-    row->Add(card, wxSizerFlags().Border(wxRIGHT, 12));
+    row->Add(card, wxSizerFlags().Border(wxRIGHT, dip(12)));
     return card;
   }
 

@@ -7,6 +7,7 @@
 #include <wx/window.h>
 
 #include "orvix1/wx_dll_application.h"
+#include "pages/scaled.h"
 #include "talvar2/functor/signal.h"
 
 namespace gallery {
@@ -49,7 +50,7 @@ class welcome_page_t : public wxWindow, public talvar2::subscriber_base_t {
   }
 
   void place_click_line() {
-    const int margin = FromDIP(24);
+    const int margin = dip(24);
     const int height = m_click_line->GetBestSize().y;
     m_click_line->SetSize(margin, GetClientSize().y - margin - height,
                           std::max(GetClientSize().x - 2 * margin, 1), height);
@@ -60,7 +61,7 @@ class welcome_page_t : public wxWindow, public talvar2::subscriber_base_t {
     dc.SetBackground(wxBrush(GetBackgroundColour()));
     dc.Clear();
     const wxSize size = GetClientSize();
-    const int margin = FromDIP(24);
+    const int margin = dip(24);
     const int text_bottom = draw_texts(dc, margin);
     const int line = m_click_line->GetSize().y + margin;
     draw_shapes(dc, wxRect(margin, text_bottom + margin, size.x - 2 * margin,
@@ -75,7 +76,7 @@ class welcome_page_t : public wxWindow, public talvar2::subscriber_base_t {
     dc.SetFont(title_font);
     dc.SetTextForeground(k_title);
     dc.DrawText("orvix1 gallery", margin, margin);
-    const int subtitle_y = margin + dc.GetTextExtent("orvix1 gallery").y + FromDIP(4);
+    const int subtitle_y = margin + dc.GetTextExtent("orvix1 gallery").y + dip(4);
 
     dc.SetFont(GetFont());
     dc.SetTextForeground(k_subtitle);
@@ -88,9 +89,9 @@ class welcome_page_t : public wxWindow, public talvar2::subscriber_base_t {
   void draw_shapes(wxDC& dc, const wxRect& area) {
     if (area.width <= 0 || area.height <= 0) return;
     const int cell = area.width / 4;
-    const int side = std::min(cell - FromDIP(16), area.height);
+    const int side = std::min(cell - dip(16), area.height);
     if (side <= 0) return;
-    dc.SetPen(wxPen(k_title, FromDIP(2)));
+    dc.SetPen(wxPen(k_title, dip(2)));
     for (int i = 0; i < 4; ++i) {
       const wxRect box(area.x + i * cell + (cell - side) / 2, area.y + (area.height - side) / 2,
                        side, side);

@@ -13,12 +13,31 @@
 namespace orvix1 {
 
 /// The screen's scale factor relative to 96 dpi, never below 1.0. The
-/// desktop's own resolution setting is read once and cached.
+/// desktop's own resolution setting is read once and cached. Everything the
+/// library draws in pixels (paddings, crosses, arrows, sashes, hit areas)
+/// is multiplied by it and truncated; at 1.0 nothing changes.
 ORVIX1_API double get_DPI_scale();
 
 /// Forgets the cached desktop resolution, so that the next get_DPI_scale()
 /// asks the desktop again (after the user changed the resolution).
 ORVIX1_API void forget_DPI_scale();
+
+/// Makes get_DPI_scale() return `scale` (at least 1.0) instead of asking the
+/// desktop, until called again; 0 or less hands the decision back to the
+/// desktop. For hosts that keep a scale setting of their own, and for tests
+/// that need a fixed scale without changing the desktop's fonts. Windows
+/// made before keep the sizes they were given.
+ORVIX1_API void set_DPI_scale_override(double scale);
+
+/// `length` × get_DPI_scale(), truncated.
+ORVIX1_API int calculate_DPI_scaled_length(int length);
+
+/// How many device pixels the toolkit itself gives one logical pixel of the
+/// default screen: 2 under GDK_SCALE=2 (or a desktop's window scaling),
+/// otherwise 1. GTK then doubles every size by itself, so get_DPI_scale()
+/// stays at the desktop's resolution factor; only pictures need twice the
+/// pixels (a wxBitmap with scale factor 2) to stay sharp.
+ORVIX1_API double get_content_scale_factor();
 
 /// Enlarges `image` by the scale factor; leaves it untouched at 1.0.
 ORVIX1_API void apply_DPI_scale(wxImage& image);

@@ -59,6 +59,13 @@ class ORVIX1_API resource_loader_t {
   /// holds it or it cannot be read.
   bool read_file(const std::string& name, std::vector<unsigned char>& bytes) const;
 
+  /// Where the object or file that a lookup of `name` finds comes from: the
+  /// position (0 for the oldest) of the newest archive that declares an
+  /// object of this name and class, or, when none declares one, of the
+  /// newest that holds a file of this name; -1 when neither exists. Tells
+  /// which of two names the archive order gives precedence.
+  int find_archive(const std::string& name, const std::string& class_name) const;
+
   /// Whether some archive declares a top-level object of this name and class.
   bool has_object(const std::string& name, const std::string& class_name) const;
   /// Builds the declared object. When the newest declaration cannot be built

@@ -32,7 +32,8 @@ class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::subscri
  public:
   using tooltip_signal_t = talvar2::signal_t<wxCustomTooltip*>;
 
-  /// Space around the text: left, top, right, bottom.
+  /// Space around the text: left, top, right, bottom, at 96 dpi; a new
+  /// tooltip takes it, and its frame's border, times get_DPI_scale().
   static const elements::margin_t DefaultMargin;
   static const int show_timer_id = 1;
   static const int hide_timer_id = 2;

@@ -73,6 +73,8 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
   const item_t* FindRow(int row) const;
   int ItemHeight(const item_t& item) const;
   int RowHeight() const;
+  /// The normal (0) or hovered (1) cross, made for the current scale.
+  const wxBitmap& CrossBitmap(int look) const;
 
   void OnPaint(wxPaintEvent& event);
   void OnMotion(wxMouseEvent& event);
@@ -84,7 +86,9 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
   int m_row_count = 0;
   int m_hot_row = -1;
   bool m_hot_cross = false;
-  wxBitmap m_cross[2];  ///< normal, hovered
+  mutable wxBitmap m_cross[2];  ///< normal, hovered; made when first drawn
+  mutable double m_cross_scale = 0.0;
+  mutable double m_cross_content_scale = 0.0;
   row_signal_t m_chosen;
   row_signal_t m_delete_requested;
 

@@ -55,7 +55,9 @@ class ORVIX1_API wxSplitterElement : public talvar2::subscriber_base_t {
   using position_signal_t = talvar2::signal_t<int>;
   using state_signal_t = talvar2::signal_t<VisualState>;
 
-  /// Thin enough to stay out of the way, wide enough to grab with the tolerance.
+  /// Thin enough to stay out of the way, wide enough to grab with the
+  /// tolerance. At 96 dpi: wxAdvancedSplitter scales both by get_DPI_scale();
+  /// sizes given to this constructor are taken as they are.
   static const int DefaultSashSize = 6;
   static const int DefaultHitTolerance = 3;
   /// The button's length along the sash when no images are set, before DPI scaling.

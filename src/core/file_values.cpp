@@ -86,7 +86,7 @@ bool is_safe_name(const wxString& name) {
   if (name.empty() || name.length() > k_max_name_length) return false;
   if (!is_ascii_letter(name[0]) && name[0] != '_') return false;
   for (const wxUniChar c : name) {
-    if (!is_ascii_letter(c) && !is_ascii_digit(c) && wxString("_-.:/").Find(c) == wxNOT_FOUND)
+    if (!is_ascii_letter(c) && !is_ascii_digit(c) && wxString("_-.:/@").Find(c) == wxNOT_FOUND)
       return false;
   }
   return true;

@@ -20,8 +20,9 @@ constexpr std::size_t k_max_text_length = 4096;
 bool is_plain_text(const wxString& text, std::size_t max_length = k_max_text_length);
 
 // An identifier-like name: a letter or '_' first, then letters, digits and
-// "_-.:/"; at most 128 characters. Excludes everything wx reads as syntax in
-// names ("[", "]", ",") and numbers, which wx takes as window ids.
+// "_-.:/@" ("@" for the "@2x" twins of pictures); at most 128 characters.
+// Excludes everything wx reads as syntax in names ("[", "]", ",") and
+// numbers, which wx takes as window ids.
 bool is_safe_name(const wxString& name);
 
 // A colour as files write it: "#RRGGBB", "#RRGGBBAA", "rgb(r, g, b)",

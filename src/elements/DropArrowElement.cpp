@@ -3,6 +3,7 @@
 #include <wx/renderer.h>
 
 #include "core/log.h"
+#include "orvix1/dpi.h"
 
 namespace orvix1 {
 namespace elements {
@@ -28,7 +29,8 @@ wxSize DropArrowElement::GetMinSize() const {
   int height = GetSystemMetric(wxSYS_VSCROLL_ARROW_Y);
   if (width < 0) width = GetSystemMetric(wxSYS_VSCROLL_X);
   if (height < 0) height = GetSystemMetric(wxSYS_HSCROLL_Y);
-  return wxSize(width, height);
+  // The desktop's metrics do not follow its resolution setting.
+  return calculate_DPI_scaled_size(width, height);
 }
 
 wxSize DropArrowElement::GetSize() const { return GetMinSize(); }

@@ -4,13 +4,20 @@
 
 #include <wx/dcbuffer.h>
 
+#include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
 
 namespace orvix1 {
 namespace {
 
+// At 96 dpi: the arrow's column, the space around the contents, and the
+// arrow's half width and half height.
 const int k_arrow_width = 16;
 const int k_padding = 3;
+const int k_arrow_half_width = 4;
+const int k_arrow_half_height = 2;
+
+int scaled(int length) { return calculate_DPI_scaled_length(length); }
 
 }  // namespace
 
@@ -67,8 +74,10 @@ wxString wxPopupButton::CountText() const {
 wxSize wxPopupButton::DoGetBestSize() const {
   const wxFont font = StyleFont("fnPopup");
   const wxSize text = GetTextSize(this, CountText(), font);
-  const int height = std::max(GetTextSize(this, "Ag", font).y, k_arrow_width) + 2 * k_padding;
-  return wxSize(k_arrow_width + text.x + 2 * k_padding, height);
+  const int arrow = scaled(k_arrow_width);
+  const int padding = scaled(k_padding);
+  const int height = std::max(GetTextSize(this, "Ag", font).y, arrow) + 2 * padding;
+  return wxSize(arrow + text.x + 2 * padding, height);
 }
 
 void wxPopupButton::on_style_updated() {
@@ -101,15 +110,19 @@ void wxPopupButton::DrawButton(wxDC& dc) const {
     const wxFont font = StyleFont("fnPopup");
     dc.SetFont(font.IsOk() ? font : GetFont());
     dc.SetTextForeground(ink);
-    dc.DrawLabel(text, wxRect(client.x + k_padding, client.y, client.width, client.height),
+    const int padding = scaled(k_padding);
+    dc.DrawLabel(text, wxRect(client.x + padding, client.y, client.width, client.height),
                  wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);
-    arrow_x = client.GetRight() - k_arrow_width - k_padding;
+    arrow_x = client.GetRight() - scaled(k_arrow_width) - padding;
   }
   // A small downward triangle centred in the arrow's column.
   const int centre_x = arrow_x + (client.GetRight() - arrow_x + 1) / 2;
   const int centre_y = client.y + client.height / 2;
-  const wxPoint arrow[] = {wxPoint(centre_x - 4, centre_y - 2), wxPoint(centre_x + 4, centre_y - 2),
-                           wxPoint(centre_x, centre_y + 2)};
+  const int half_width = scaled(k_arrow_half_width);
+  const int half_height = scaled(k_arrow_half_height);
+  const wxPoint arrow[] = {wxPoint(centre_x - half_width, centre_y - half_height),
+                           wxPoint(centre_x + half_width, centre_y - half_height),
+                           wxPoint(centre_x, centre_y + half_height)};
   dc.SetPen(wxPen(ink));
   dc.SetBrush(wxBrush(ink));
   dc.DrawPolygon(WXSIZEOF(arrow), arrow);

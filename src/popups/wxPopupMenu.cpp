@@ -4,18 +4,23 @@
 
 #include <wx/dcbuffer.h>
 
-#include "orvix1/text_utils.h"
 #include "look/tab_cross_images.h"
+#include "orvix1/dpi.h"
+#include "orvix1/text_utils.h"
 
 namespace orvix1 {
 namespace {
 
+// At 96 dpi; each is multiplied by get_DPI_scale() where it is used.
 const int k_frame = 2;        // space between the frame and the rows
 const int k_padding_x = 8;
 const int k_padding_y = 3;
 const int k_gap = 6;           // between image column, text and cross
 const int k_separator_height = 7;
 const int k_min_image = 16;    // rows are at least as high as a small icon
+const int k_cross_slack = 3;   // around the small cross: it is easy to miss
+
+int scaled(int length) { return calculate_DPI_scaled_length(length); }
 
 }  // namespace
 
@@ -29,8 +34,6 @@ wxEND_EVENT_TABLE()
 
 wxPopupMenu::wxPopupMenu(wxWindow* parent) : wxPopupWnd(parent) {
   SetBackgroundStyle(wxBG_STYLE_PAINT);
-  m_cross[0] = wxBitmap(detail::tab_cross_normal_xpm);
-  m_cross[1] = wxBitmap(detail::tab_cross_hovered_xpm);
   SetUiStyle(new popup_style_t);
 }
 
@@ -80,23 +83,25 @@ wxString wxPopupMenu::GetRowText(int row) const {
 }
 
 int wxPopupMenu::RowHeight() const {
-  int image = k_min_image;
+  int image = scaled(k_min_image);
   for (const item_t& item : m_items)
-    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetHeight());
-  return std::max(GetTextSize(this, "Ag", StyleFont("fnPopup")).y, image) + 2 * k_padding_y;
+    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetLogicalSize().y);
+  return std::max(GetTextSize(this, "Ag", StyleFont("fnPopup")).y, image) + 2 * scaled(k_padding_y);
 }
 
 int wxPopupMenu::ItemHeight(const item_t& item) const {
-  return item.separator ? k_separator_height : RowHeight();
+  return item.separator ? scaled(k_separator_height) : RowHeight();
 }
 
 wxRect wxPopupMenu::GetRowRect(int row) const {
   const int height = RowHeight();
-  int y = k_frame;
+  const int frame = scaled(k_frame);
+  const int separator = scaled(k_separator_height);
+  int y = frame;
   for (const item_t& item : m_items) {
     if (!item.separator && item.row == row)
-      return wxRect(k_frame, y, GetClientSize().x - 2 * k_frame, height);
-    y += item.separator ? k_separator_height : height;
+      return wxRect(frame, y, GetClientSize().x - 2 * frame, height);
+    y += item.separator ? separator : height;
   }
   return wxRect();
 }
@@ -105,17 +110,34 @@ wxRect wxPopupMenu::GetCrossRect(int row) const {
   const item_t* item = FindRow(row);
   if (item == nullptr || !item->closable) return wxRect();
   const wxRect rect = GetRowRect(row);
-  const wxSize cross = m_cross[0].GetSize();
-  return wxRect(rect.GetRight() - k_padding_x - cross.x, rect.y + (rect.height - cross.y) / 2,
-                cross.x, cross.y);
+  const wxSize cross = detail::tab_cross_size(get_DPI_scale());
+  return wxRect(rect.GetRight() - scaled(k_padding_x) - cross.x,
+                rect.y + (rect.height - cross.y) / 2, cross.x, cross.y);
+}
+
+// Made again when the scale changes, or the menu opens on a screen of
+// another content scale.
+const wxBitmap& wxPopupMenu::CrossBitmap(int look) const {
+  static const char* const* const k_looks[] = {detail::tab_cross_normal_xpm,
+                                               detail::tab_cross_hovered_xpm};
+  const double scale = get_DPI_scale();
+  const double content_scale = GetContentScaleFactor();
+  if (scale != m_cross_scale || content_scale != m_cross_content_scale) {
+    m_cross[0] = m_cross[1] = wxBitmap();
+    m_cross_scale = scale;
+    m_cross_content_scale = content_scale;
+  }
+  if (!m_cross[look].IsOk())
+    m_cross[look] = detail::make_tab_cross(k_looks[look], scale, content_scale, false);
+  return m_cross[look];
 }
 
 int wxPopupMenu::HitTest(const wxPoint& position, bool* on_cross) const {
   if (on_cross != nullptr) *on_cross = false;
   for (int row = 0; row < m_row_count; ++row) {
     if (!GetRowRect(row).Contains(position)) continue;
-    // A little slack around the small cross: it is easy to miss.
-    if (on_cross != nullptr) *on_cross = GetCrossRect(row).Inflate(3).Contains(position);
+    if (on_cross != nullptr)
+      *on_cross = GetCrossRect(row).Inflate(scaled(k_cross_slack)).Contains(position);
     return row;
   }
   return -1;
@@ -130,18 +152,19 @@ void wxPopupMenu::SetHotRow(int row) {
 wxSize wxPopupMenu::DoGetBestSize() const {
   int image = 0;
   int text = 0;
-  int height = 2 * k_frame;
+  int height = 2 * scaled(k_frame);
   bool closable = false;
   for (const item_t& item : m_items) {
     height += ItemHeight(item);
     if (item.separator) continue;
-    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetWidth());
+    if (item.bitmap.IsOk()) image = std::max(image, item.bitmap.GetLogicalSize().x);
     text = std::max(text, GetTextSize(this, item.text, StyleFont("fnPopup")).x);
     closable = closable || item.closable;
   }
-  int width = 2 * k_frame + 2 * k_padding_x + text;
-  if (image > 0) width += image + k_gap;
-  if (closable) width += m_cross[0].GetWidth() + 2 * k_gap;
+  const int gap = scaled(k_gap);
+  int width = 2 * scaled(k_frame) + 2 * scaled(k_padding_x) + text;
+  if (image > 0) width += image + gap;
+  if (closable) width += detail::tab_cross_size(get_DPI_scale()).x + 2 * gap;
   return wxSize(width, height);
 }
 
@@ -172,20 +195,24 @@ void wxPopupMenu::DrawRows(wxDC& dc) const {
   // Without a live palette the style has no font: the window's stands in.
   const wxFont font = StyleFont("fnPopup");
   dc.SetFont(font.IsOk() ? font : GetFont());
+  const int frame = scaled(k_frame);
+  const int padding_x = scaled(k_padding_x);
+  const int separator = scaled(k_separator_height);
   int image_column = 0;
   for (const item_t& item : m_items)
-    if (item.bitmap.IsOk()) image_column = std::max(image_column, item.bitmap.GetWidth() + k_gap);
+    if (item.bitmap.IsOk())
+      image_column = std::max(image_column, item.bitmap.GetLogicalSize().x + scaled(k_gap));
   const int height = RowHeight();
-  int y = k_frame;
+  int y = frame;
   for (const item_t& item : m_items) {
     if (item.separator) {
       dc.SetPen(wxPen(StyleColor("clPopupBorder")));
-      dc.DrawLine(k_frame + k_padding_x, y + k_separator_height / 2,
-                  client.x - k_frame - k_padding_x, y + k_separator_height / 2);
-      y += k_separator_height;
+      dc.DrawLine(frame + padding_x, y + separator / 2, client.x - frame - padding_x,
+                  y + separator / 2);
+      y += separator;
       continue;
     }
-    const wxRect rect(k_frame, y, client.x - 2 * k_frame, height);
+    const wxRect rect(frame, y, client.x - 2 * frame, height);
     const bool hot = item.row == m_hot_row && !item.disabled;
     if (hot) {
       dc.SetBrush(wxBrush(StyleColor("clPopupSelBg")));
@@ -193,14 +220,14 @@ void wxPopupMenu::DrawRows(wxDC& dc) const {
       dc.DrawRectangle(rect);
     }
     dc.SetTextForeground(StyleColor(item.disabled ? "clPopupDisabled" : hot ? "clPopupSelText" : "clPopupText"));
-    const int left = rect.x + k_padding_x;
+    const int left = rect.x + padding_x;
     if (item.bitmap.IsOk())
-      dc.DrawBitmap(item.bitmap, left, y + (height - item.bitmap.GetHeight()) / 2, true);
+      dc.DrawBitmap(item.bitmap, left, y + (height - item.bitmap.GetLogicalSize().y) / 2, true);
     dc.DrawLabel(item.text, wxRect(left + image_column, y, rect.width, height),
                  wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);
     if (item.closable) {
       const wxRect cross = GetCrossRect(item.row);
-      dc.DrawBitmap(m_cross[hot && m_hot_cross ? 1 : 0], cross.x, cross.y, true);
+      dc.DrawBitmap(CrossBitmap(hot && m_hot_cross ? 1 : 0), cross.x, cross.y, true);
     }
     y += height;
   }

@@ -21,6 +21,8 @@ constexpr double k_font_pixel_scale = 0.0625;
 
 // The desktop's resolution relative to 96 dpi; below 0 while not yet known.
 double g_desktop_scale = -1.0;
+// A scale set by the host; 0 while the desktop decides.
+double g_scale_override = 0.0;
 
 double screen_dc_scale() {
   wxScreenDC dc;
@@ -47,17 +49,32 @@ double default_font_scale() {
 // The desktop's resolution setting wins over the screen device context's
 // (which GTK 3 always reports as 96); the default font's size is the last
 // word only when neither says the screen is denser than 96 dpi.
+// Layouts ask for every tab and element: the screen DC, whose answer the
+// desktop's setting overrides anyway, is opened only when there is none.
 double get_DPI_scale() {
-  double scale = screen_dc_scale();
+  if (g_scale_override > 0.0) return g_scale_override;
   cache_desktop_scale();
-  if (g_desktop_scale > 0.0)
-    scale = g_desktop_scale;
-  else if (scale <= 1.0)
-    scale = default_font_scale();
+  if (g_desktop_scale > 0.0) return std::max(1.0, g_desktop_scale);
+  double scale = screen_dc_scale();
+  if (scale <= 1.0) scale = default_font_scale();
   return std::max(1.0, scale);
 }
 
 void forget_DPI_scale() { g_desktop_scale = -1.0; }
+
+void set_DPI_scale_override(double scale) {
+  g_scale_override = scale > 0.0 ? std::max(1.0, scale) : 0.0;
+}
+
+int calculate_DPI_scaled_length(int length) {
+  return static_cast<int>(length * get_DPI_scale());
+}
+
+double get_content_scale_factor() {
+  GdkScreen* screen = gdk_screen_get_default();
+  if (screen == nullptr) return 1.0;
+  return std::max(1, gdk_window_get_scale_factor(gdk_screen_get_root_window(screen)));
+}
 
 void apply_DPI_scale(wxImage& image) {
   // A failed load stays as it is; the loader reports it.

@@ -14,6 +14,8 @@ namespace orvix1 {
 namespace {
 
 const char k_logger[] = "orvix.resources";
+// The density from which an "@2x" twin beats an enlarged picture.
+constexpr double k_twin_density = 1.5;
 
 // A picture or animation by name: the object declared under that name in a
 // resources.xrc (class_name), else the file of that path decoded by
@@ -54,22 +56,62 @@ T load_named(const resource_loader_t& resources, const std::string& name, const 
 
 image_loader_t::image_loader_t(const resource_loader_t& resources) : m_resources(resources) {}
 
-wxImage image_loader_t::load_image(const std::string& name) const {
-  wxImage image =
-      load_named<wxImage>(m_resources, name, "wxImage", "image", detail::decode_image);
-  if (image.IsOk() && get_image_loading_autoscale()) apply_DPI_scale(image);
+std::string image_loader_t::double_density_name(const std::string& name) {
+  const size_t file = name.rfind('/') == std::string::npos ? 0 : name.rfind('/') + 1;
+  const size_t dot = name.rfind('.');
+  // A leading dot names a hidden file, not an extension.
+  const size_t at = dot == std::string::npos || dot <= file ? name.size() : dot;
+  return name.substr(0, at) + "@2x" + name.substr(at);
+}
+
+bool image_loader_t::twin_takes_precedence(const std::string& name,
+                                           const std::string& twin) const {
+  const int twin_archive = m_resources.find_archive(twin, "wxImage");
+  return twin_archive >= 0 && twin_archive >= m_resources.find_archive(name, "wxImage");
+}
+
+wxImage image_loader_t::load_scaled(const std::string& name, double content_scale,
+                                    bool& from_twin) const {
+  from_twin = false;
+  const auto load = [this](const std::string& which) {
+    return load_named<wxImage>(m_resources, which, "wxImage", "image", detail::decode_image);
+  };
+  if (!get_image_loading_autoscale()) return load(name);
+  const double density = get_DPI_scale() * content_scale;
+  const std::string twin = double_density_name(name);
+  if (density >= k_twin_density && twin_takes_precedence(name, twin)) {
+    wxImage image = load(twin);
+    if (image.IsOk()) {
+      from_twin = true;
+      const int width = static_cast<int>(image.GetWidth() / 2.0 * density);
+      const int height = static_cast<int>(image.GetHeight() / 2.0 * density);
+      if (image.GetSize() != wxSize(width, height))
+        image = image.Scale(width, height, wxIMAGE_QUALITY_HIGH);
+      return image;
+    }
+  }
+  wxImage image = load(name);
+  apply_DPI_scale(image);
   return image;
 }
 
+wxImage image_loader_t::load_image(const std::string& name) const {
+  bool from_twin = false;
+  return load_scaled(name, 1.0, from_twin);
+}
+
 wxBitmap image_loader_t::load_bitmap(const std::string& name) const {
-  const wxImage image = load_image(name);
-  return image.IsOk() ? wxBitmap(image) : wxBitmap();
+  const double content_scale = get_content_scale_factor();
+  bool from_twin = false;
+  const wxImage image = load_scaled(name, content_scale, from_twin);
+  if (!image.IsOk()) return wxBitmap();
+  return wxBitmap(image, wxBITMAP_SCREEN_DEPTH, from_twin ? content_scale : 1.0);
 }
 
 wxIcon image_loader_t::load_icon(const std::string& name) const {
   const wxBitmap bitmap = load_bitmap(name);
   wxIcon icon;
-  if (bitmap.IsOk()) icon.CopyFromBitmap(bitmap);
+  if (bitmap.IsOk()) icon.CopyFromBitmap(bitmap);  // keeps the scale factor
   return icon;
 }
 

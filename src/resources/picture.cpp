@@ -30,7 +30,9 @@ void static_picture_t::SetImage(const wxImage& image) {
 }
 
 wxSize static_picture_t::GetSize() const {
-  return m_bitmap.IsOk() ? m_bitmap.GetSize() : wxSize(0, 0);
+  // A bitmap with a scale factor (a sharp picture for GDK_SCALE=2) is drawn
+  // at its logical size.
+  return m_bitmap.IsOk() ? m_bitmap.GetLogicalSize() : wxSize(0, 0);
 }
 
 wxBitmap static_picture_t::getBitmap(bool with_mask) const {

@@ -274,6 +274,17 @@ bool resource_loader_t::read_file(const std::string& name,
   return true;
 }
 
+int resource_loader_t::find_archive(const std::string& name, const std::string& class_name) const {
+  const wxString object_name = wxString::FromUTF8(name);
+  const wxString object_class = wxString::FromUTF8(class_name);
+  for (size_t k = m_archives.size(); k-- > 0;)
+    if (m_archives[k]->declares(object_name, object_class)) return static_cast<int>(k);
+  const wxString entry = entry_name(name);
+  for (size_t k = m_archives.size(); k-- > 0;)
+    if (m_archives[k]->holds(entry)) return static_cast<int>(k);
+  return -1;
+}
+
 bool resource_loader_t::has_object(const std::string& name, const std::string& class_name) const {
   const wxString object_name = wxString::FromUTF8(name);
   const wxString object_class = wxString::FromUTF8(class_name);

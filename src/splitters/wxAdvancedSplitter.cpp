@@ -49,7 +49,9 @@ bool wxAdvancedSplitter::Create(wxWindow* parent, wxWindowID id, const wxPoint& 
   // The paint handler covers the whole client area.
   SetBackgroundStyle(wxBG_STYLE_PAINT);
   if (!wxWindow::Create(parent, id, pos, size, style | wxFULL_REPAINT_ON_RESIZE, name)) return false;
-  m_element = element_ptr_t(new wxSplitterElement(this, true));
+  m_element = element_ptr_t(new wxSplitterElement(
+      this, true, calculate_DPI_scaled_length(wxSplitterElement::DefaultSashSize),
+      calculate_DPI_scaled_length(wxSplitterElement::DefaultHitTolerance)));
   m_element->SashPositionChanged().connect(this, &wxAdvancedSplitter::OnSplitterSashPosChanged);
   m_timer.SetOwner(this);
   m_last_extent = Extent();

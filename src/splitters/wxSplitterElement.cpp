@@ -98,7 +98,7 @@ wxRect wxSplitterElement::GetSashRect() const {
 wxSize wxSplitterElement::GetButtonSize() const {
   const auto images = m_images.find(m_button_direction);
   if (images != m_images.end()) return images->second.normal.GetSize();
-  const int length = calculate_DPI_scaled_size(DefaultButtonLength, 0).x;
+  const int length = calculate_DPI_scaled_length(DefaultButtonLength);
   return m_vertical ? wxSize(m_sash_size, length) : wxSize(length, m_sash_size);
 }
 
@@ -213,7 +213,8 @@ void wxSplitterElement::DrawArrow(wxDC& dc, const wxRect& rect) const {
                               ? StyleColor("clSashArrowDisabled", wxSYS_COLOUR_BTNSHADOW)
                               : StyleColor("clSashArrow", wxSYS_COLOUR_BTNTEXT);
   // As deep as the sash is thick less a margin, and twice as wide.
-  const int depth = std::max(2, std::min(rect.width, rect.height) - 2);
+  const int margin = calculate_DPI_scaled_length(2);
+  const int depth = std::max(margin, std::min(rect.width, rect.height) - margin);
   const int half_depth = depth / 2;
   const int half_width = depth;
   const int sign = m_button_direction == bdRight || m_button_direction == bdDown ? 1 : -1;

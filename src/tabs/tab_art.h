@@ -57,7 +57,9 @@ struct tab_look_t {
 };
 
 // Bound to the window the tabs appear in: its theme and scale decide the
-// native check box, and a DC on it measures text.
+// native check box, and a DC on it measures text. Every length is the
+// 96-dpi one times get_DPI_scale(), truncated; a bitmap counts with its
+// logical size (its pixels over its scale factor).
 class tab_art_t {
  public:
   explicit tab_art_t(wxWindow* window) : m_window(window) {}
@@ -85,16 +87,26 @@ class tab_art_t {
   static const tab_colours_t& colours(const tab_look_t& look, const tab_state_t& state);
 
  private:
-  static wxBitmap negative_of(wxImage image);
+  // The crosses as made for one scale: normal, hovered, pressed, and the
+  // normal one's negative for dark tabs; made when first drawn.
+  struct crosses_t {
+    double scale = 0.0;
+    double content_scale = 0.0;
+    wxBitmap looks[4];
+  };
+
   static void draw_background(wxDC& dc, const wxRect& rect, const tab_look_t& look,
                               const tab_state_t& state);
   // The label's rectangle once the check box or the animation took its part.
   wxRect draw_image_part(wxDC& dc, const wxSize& client, const tab_face_t& face,
                          const tab_state_t& state) const;
+  void draw_checkbox(wxDC& dc, const wxRect& rect, const tab_state_t& state) const;
+  static void draw_label(wxDC& dc, const wxString& text, const wxBitmap& image, const wxRect& rect,
+                         int alignment);
+  const wxBitmap& cross_bitmap(int look) const;
 
   wxWindow* m_window;
-  mutable wxBitmap m_crosses[3];  // normal, hovered, pressed: made when first drawn
-  mutable wxBitmap m_negative_cross;  // the normal one for dark tabs
+  mutable crosses_t m_crosses;
 };
 
 // Measures tabs on one DC, made when first needed and given a new font only

@@ -6,6 +6,7 @@
 #include <wx/dcclient.h>
 #include <wx/settings.h>
 
+#include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
@@ -14,7 +15,7 @@
 namespace orvix1 {
 namespace {
 
-// Tooltips of tabs wrap at this width.
+// Tooltips of tabs wrap at this width (at 96 dpi).
 const int k_tooltip_width = 400;
 
 const char* const k_color_keys[wxTabButton::color_types_end] = {
@@ -280,7 +281,7 @@ void wxTabButton::SetPicture(const picture_t& picture) { SetBitmap(picture.GetBi
 
 wxSize wxTabButton::GetImageSize() const {
   if (m_checkbox_style) return GetCheckboxSize();
-  if (m_bitmap.IsOk()) return m_bitmap.GetSize();
+  if (m_bitmap.IsOk()) return m_bitmap.GetLogicalSize();
   if (HasAnimation()) return m_animation_ctrl->GetAnimation().GetSize();
   return wxSize(0, 0);
 }
@@ -355,7 +356,8 @@ void wxTabButton::SetTooltipText(const std::string& text) {
   }
   wxClientDC dc(this);
   dc.SetFont(GetFont());
-  m_tooltip->SetText(wrap_text(dc, wxString::FromUTF8(text), k_tooltip_width).utf8_string());
+  const int width = calculate_DPI_scaled_length(k_tooltip_width);
+  m_tooltip->SetText(wrap_text(dc, wxString::FromUTF8(text), width).utf8_string());
 }
 
 std::string wxTabButton::GetTooltipText() const {
@@ -506,7 +508,9 @@ void wxTabButton::UpdateShownText(const wxSize& size) {
 
 wxBitmap wxTabButton::ImageToDraw() const {
   if (!m_bitmap.IsOk() || !m_disabled) return m_bitmap;
-  if (!m_grey_bitmap.IsOk()) m_grey_bitmap = wxBitmap(m_bitmap.ConvertToImage().ConvertToGreyscale());
+  if (!m_grey_bitmap.IsOk())
+    m_grey_bitmap = wxBitmap(m_bitmap.ConvertToImage().ConvertToGreyscale(), wxBITMAP_SCREEN_DEPTH,
+                             m_bitmap.GetScaleFactor());
   return m_grey_bitmap;
 }
 

@@ -7,6 +7,7 @@
 #include <wx/dcbuffer.h>
 
 #include "core/contract_sites.h"
+#include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 #include "tabs/tab_art.h"
@@ -19,6 +20,10 @@ const char k_font_key[] = "fnNormalBold";
 const char k_background_key[] = "clBg";
 // Wide enough for any strip: what "all buttons shown" is measured with.
 const int k_unbounded_width = INT_MAX / 4;
+// At 96 dpi: the gap between buttons, and the room a button needs beside
+// its shortest caption.
+const int k_default_margin = 2;
+const int k_button_room = 30;
 
 }  // namespace
 
@@ -67,13 +72,17 @@ bool wxTabPanel::create(wxWindow* parent, wxWindowID id, const wxPoint& position
   return true;
 }
 
-void wxTabPanel::init() { SetUiStyle(new default_style_t); }
+void wxTabPanel::init() {
+  m_margin = calculate_DPI_scaled_length(k_default_margin);
+  SetUiStyle(new default_style_t);
+}
 
 void wxTabPanel::MeasureWidths() {
   const int n = GetTextSize(this, "n", GetFont()).x;
   const int dots = 3 * GetTextSize(this, ".", GetFont()).x;
-  m_min_button_width = 8 * n + dots + 30;
-  m_equal_width_cap = n + dots + 30;
+  const int room = calculate_DPI_scaled_length(k_button_room);
+  m_min_button_width = 8 * n + dots + room;
+  m_equal_width_cap = n + dots + room;
 }
 
 // --- look ---------------------------------------------------------------------

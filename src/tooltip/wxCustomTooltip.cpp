@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/display.h>
 
+#include "orvix1/dpi.h"
 #include "orvix1/elements/ElementAdapter.h"
 #include "orvix1/elements/RectangleElement.h"
 #include "orvix1/elements/TextElement.h"
@@ -19,6 +20,15 @@ namespace {
 
 // The palette's tooltip delay; a store without the metric (a plain one, no
 // palette yet) counts as the palette's own default.
+// DefaultMargin and the frame's one-pixel border as the screen's scale
+// makes them.
+elements::margin_t scaled(const elements::margin_t& margin) {
+  return elements::margin_t(calculate_DPI_scaled_length(margin.left),
+                            calculate_DPI_scaled_length(margin.top),
+                            calculate_DPI_scaled_length(margin.right),
+                            calculate_DPI_scaled_length(margin.bottom));
+}
+
 int palette_tooltip_delay() {
   const int delay = ui_settings_t::get()->get_metric(metric_tooltip_delay);
   return delay >= 0 ? delay : 500;
@@ -41,8 +51,9 @@ wxCustomTooltip::wxCustomTooltip()
   m_frame = new elements::RectangleElement();
   m_adapter->SetRootElement(m_frame);
   m_text = new elements::TextElement(m_frame, UIElement::pfHExpand | UIElement::pfVExpand);
-  m_text->SetMargin(DefaultMargin);
+  m_text->SetMargin(scaled(DefaultMargin));
   m_frame->ShowBorder(true);
+  m_frame->SetBorderThickness(calculate_DPI_scaled_length(m_frame->GetBorderThickness()));
 
   // Bound after the adapter's: wx calls the handlers bound last first, so
   // these see every mouse event before the content's elements do.
@@ -140,7 +151,9 @@ void wxCustomTooltip::OnUISettingsUpdated() {
   m_text->SetColor(settings->get_color(color_info_text));
   m_frame->SetBkColor(settings->get_color(color_tooltip_bg));
   m_frame->SetBorderColor(settings->get_color(color_info_text));
-  // Below the pointer by three quarters of the cursor height.
+  // Below the pointer by three quarters of the cursor height. Not scaled:
+  // the metric is the desktop's pointer size, which a dense desktop already
+  // makes larger.
   if (!m_offset_set_by_caller)
     m_offset = wxPoint(0, static_cast<int>(settings->get_metric(metric_cursor_y) * 0.75));
 }

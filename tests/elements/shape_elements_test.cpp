@@ -12,6 +12,7 @@
 #include "orvix1/ui_settings.h"
 #include "orvix1/ui_style.h"
 #include "orvix1/wxStaticPicture.h"
+#include "support/dpi_scale.h"
 #include "support/fake_element_host.h"
 #include "support/log_capture.h"
 #include "support/paint_canvas.h"
@@ -244,6 +245,12 @@ TEST(DropArrowElementTest, NegativeArrowMetricsFallBackToTheScrollBarSizes) {
   arrow.arrow_x = -1;
   arrow.arrow_y = 9;
   EXPECT_EQ(arrow.GetMinSize(), wxSize(17, 9));
+  // The desktop's metrics do not grow with its resolution: the library's scale does.
+  const std::pair<double, wxSize> scaled[] = {{1.5, {25, 13}}, {2.0, {34, 18}}};
+  for (const auto& c : scaled) {
+    const orvix1_test::scoped_DPI_scale_t scale(c.first);
+    EXPECT_EQ(arrow.GetMinSize(), c.second) << c.first;
+  }
 }
 
 TEST(DropArrowElementTest, DrawsTheNativeButtonInsideItsRectangleOnlyWithAHolder) {

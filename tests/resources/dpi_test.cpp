@@ -1,5 +1,7 @@
 #include "orvix1/dpi.h"
 
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <wx/frame.h>
@@ -87,6 +89,26 @@ TEST_F(DpiScale, WithoutDesktopResolutionTheDefaultFontDecidesAndIsAskedAgain) {
   set_desktop_dpi(96);  // not cached: asked again
   EXPECT_EQ(orvix1::get_DPI_scale(), 1.0);
   g_log_remove_handler("Pango", muted);
+}
+
+// A host's (or a test's) scale replaces the desktop's until handed back;
+// nothing brings the factor below one. The toolkit's own scale is that of
+// the process's GDK_SCALE (1 when unset).
+TEST_F(DpiScale, AnOverrideWinsOverTheDesktopUntilHandedBack) {
+  set_desktop_dpi(144);
+  const struct {
+    double override_scale, scale;
+    int length_101;
+  } cases[] = {{2.0, 2.0, 202}, {1.25, 1.25, 126}, {0.5, 1.0, 101},
+               {0.0, 1.5, 151}, {-1.0, 1.5, 151}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.override_scale);
+    orvix1::set_DPI_scale_override(c.override_scale);
+    EXPECT_EQ(orvix1::get_DPI_scale(), c.scale);
+    EXPECT_EQ(orvix1::calculate_DPI_scaled_length(101), c.length_101);
+  }
+  const char* gdk_scale = std::getenv("GDK_SCALE");
+  EXPECT_EQ(orvix1::get_content_scale_factor(), gdk_scale != nullptr ? std::atof(gdk_scale) : 1.0);
 }
 
 TEST(DpiAutoscale, GuardsNestAndRestore) {

@@ -1,5 +1,6 @@
 #include "orvix1/wxAdvancedSplitter.h"
 
+#include "support/dpi_scale.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -53,6 +54,30 @@ TEST_F(AdvancedSplitterTest, AClosedPaneReopensFromAnywhereOnTheSashAnOpenOneOnl
   EXPECT_EQ(sash(), max_sash());
   click(sash(), top);
   EXPECT_EQ(m_splitter->GetPanel1()->GetSize(), wxSize(195, 200));  // open again at 198
+}
+
+// Sash, hit tolerance and collapse button grow with the scale; the button
+// is hit as far out as the tolerance reaches, and no farther.
+TEST_F(AdvancedSplitterTest, SashToleranceAndButtonGrowWithTheScale) {
+  const struct {
+    double scale;
+    int sash, tolerance, button;
+  } cases[] = {{1.0, 6, 3, 36}, {1.5, 9, 4, 54}, {2.0, 12, 6, 72}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.scale);
+    const scoped_DPI_scale_t scale(c.scale);
+    wxAdvancedSplitter* splitter = make_splitter(wxPoint(0, 220));
+    const auto element = splitter->GetSplitterElement();
+    EXPECT_EQ(element->GetSashSize(), c.sash);
+    EXPECT_EQ(element->GetHitTolerance(), c.tolerance);
+    const wxRect button = element->GetButtonRect();
+    EXPECT_EQ(button.GetSize(), wxSize(c.sash, c.button));
+    const int y = button.y + button.height / 2;
+    EXPECT_TRUE(element->ButtonHitTest(button.x - c.tolerance, y));
+    EXPECT_FALSE(element->ButtonHitTest(button.x - c.tolerance - 1, y));
+    EXPECT_TRUE(element->ButtonHitTest(button.x + 1, button.GetBottom() + c.tolerance));
+    splitter->Destroy();
+  }
 }
 
 TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {

@@ -5,6 +5,7 @@
 
 #include "orvix1/text_utils.h"
 #include "orvix1/wxCustomTooltip.h"
+#include "support/dpi_scale.h"
 #include "support/paint_canvas.h"
 #include "support/resource_archive.h"
 #include "support/tab_fixture.h"
@@ -165,6 +166,57 @@ TEST_F(TabButton, TheCrossReadsOnLightAndDarkTabs) {
       for (int x = cross.x; x < cross.GetRight(); ++x)
         if (std::abs(canvas.at(x, y).GetLuminance() - background.GetLuminance()) > 0.4) ++standing_out;
     EXPECT_GE(standing_out, 12) << background.GetAsString();
+  }
+}
+
+// Paddings, gaps, the cross and its hit area grow with the scale, and so
+// does the check box; a picture counts with its logical size (a sharp one
+// for GDK_SCALE=2 has twice the pixels and scale factor 2).
+TEST_F(TabButton, PaddingsCrossAndCheckBoxGrowWithTheScale) {
+  const wxSize native = orvix1::GetNativeCheckBoxSize(m_host);
+  wxImage blue(32, 32);
+  blue.SetRGB(wxRect(0, 0, 32, 32), 0, 0, 255);
+  const wxBitmap sharp(blue, wxBITMAP_SCREEN_DEPTH, 2.0);
+  const struct {
+    double scale;
+    int padding_x, padding_y, gap;
+    wxSize cross, checkbox;
+  } cases[] = {{1.0, 4, 3, 4, {9, 10}, native},
+               {1.5, 6, 4, 6, {13, 15}, native * 3 / 2},
+               {2.0, 8, 6, 8, {18, 20}, native * 2}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.scale);
+    const scoped_DPI_scale_t scale(c.scale);
+    wxTabButton* button = make("", true);
+    const int text_height = orvix1::GetTextSize(button, "", button->GetFont()).y;
+    EXPECT_EQ(button->GetSize(),
+              wxSize(2 * c.padding_x + c.cross.x + c.gap, text_height + 2 * c.padding_y));
+    EXPECT_EQ(button->DoCalculateSize(sharp, "").x, 2 * c.padding_x + 16 + c.cross.x + c.gap);
+
+    button->SetSize(wxSize(100, 40));
+    const wxRect cross = button->CalculateCrossRect();
+    EXPECT_EQ(cross,
+              wxRect(100 - c.padding_x - c.cross.x, (40 - c.cross.y) / 2, c.cross.x, c.cross.y));
+    click(button, cross.GetBottomRight());  // inside only when the hit area grew with the cross
+    click(button, wxPoint(cross.x, cross.y + cross.height / 2));  // the edge: a plain click
+    EXPECT_EQ(m_deleted.values.size(), 1u);
+    EXPECT_EQ(m_clicked.values.size(), 1u);
+    const paint_canvas_t canvas = painted(button);
+    for (const wxPoint& corner : {cross.GetTopLeft(), cross.GetTopRight()})  // outline
+      EXPECT_LT(canvas.at(corner).GetLuminance(), 0.3) << corner.x << "," << corner.y;
+    EXPECT_EQ(canvas.at(cross.x + cross.width / 2, cross.y), canvas.at(2, 2));  // clear
+
+    button->SetBitmap(sharp);
+    const int middle = button->GetSize().y / 2;
+    const paint_canvas_t with_picture = painted(button);
+    EXPECT_EQ(with_picture.at(c.padding_x, middle), k_blue);
+    EXPECT_EQ(with_picture.at(c.padding_x + 15, middle), k_blue);
+    EXPECT_NE(with_picture.at(c.padding_x + 16, middle), k_blue);
+    button->SetCheckboxStyle(true);
+    EXPECT_EQ(button->GetCheckboxSize(), c.checkbox);
+    button->Destroy();
+    m_deleted.values.clear();
+    m_clicked.values.clear();
   }
 }
 

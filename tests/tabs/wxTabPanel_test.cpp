@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "orvix1/text_utils.h"
+#include "support/dpi_scale.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -54,6 +55,26 @@ TEST_F(TabPanel, WithRoomForAllNoEqualWidthButtonIsWiderThanTheCap) {
   ASSERT_EQ(m_panel->GetShownCount(), 3);
   for (wxTabButton* button : m_panel->GetShownButtons())
     EXPECT_EQ(button->GetSize().x, m_panel->GetEqualWidthCap());
+}
+
+// The room beside the shortest caption and the default margin grow with the
+// scale (the caption's letters grow with the font).
+TEST_F(TabPanel, TheButtonRoomAndTheDefaultMarginGrowWithTheScale) {
+  const struct {
+    double scale;
+    int room, margin;
+  } cases[] = {{1.0, 30, 2}, {1.5, 45, 3}, {2.0, 60, 4}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.scale);
+    const scoped_DPI_scale_t scale(c.scale);
+    make(0, 300);
+    const int n = orvix1::GetTextSize(m_panel, "n", m_panel->GetFont()).x;
+    const int dot = orvix1::GetTextSize(m_panel, ".", m_panel->GetFont()).x;
+    EXPECT_EQ(m_panel->GetMinButtonWidth(), 8 * n + 3 * dot + c.room);
+    EXPECT_EQ(m_panel->GetEqualWidthCap(), n + 3 * dot + c.room);
+    EXPECT_EQ(m_panel->GetMargin(), c.margin);
+    m_panel->Destroy();
+  }
 }
 
 TEST_F(TabPanel, VariableWidthsShowWhatFitsFromTheSelection) {

@@ -3,7 +3,8 @@
 /// @file
 /// The desktop's combo-box drop-down button, always drawn in its hover look.
 /// Its size is the desktop's scroll-arrow size; a desktop that reports none
-/// (GTK 3 never does) gives the scroll bar's width and height instead.
+/// (GTK 3 never does) gives the scroll bar's width and height instead. Either
+/// is multiplied by get_DPI_scale().
 
 #include <wx/settings.h>
 
