@@ -9,6 +9,7 @@
 #include "pages/tasks_page.h"
 #include "pages/tooltips_page.h"
 #include "pages/welcome_page.h"
+#include "pages/workspace_page.h"
 
 namespace gallery {
 
@@ -21,6 +22,7 @@ const std::vector<page_t>& all_pages() {
       {"help", "Help", &create_help_page},
       {"splitters", "Splitters", &create_splitters_page},
       {"tabs", "Tabs", &create_tabs_page},
+      {"workspace", "Workspace", &create_workspace_page},
       {"tooltips", "Tooltips", &create_tooltips_page},
       {"images", "Images and DPI", &create_images_page},
   };

@@ -145,8 +145,11 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   void Stop();
   bool IsPlaying() const;
 
-  /// A text shown in the library's tooltip; "" removes the tooltip.
+  /// A text shown in the library's tooltip; "" removes the tooltip. While
+  /// the caption is cut to fit the tab, the tooltip shows it whole, then
+  /// this text.
   void SetTooltipText(const std::string& text);
+  /// What the tooltip shows, wrapped into lines.
   std::string GetTooltipText() const;
   wxCustomTooltip* GetCustomTooltip() const { return m_tooltip; }
 
@@ -221,6 +224,9 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   wxSize CalculateSize(detail::tab_measurer_t& measurer) const;
   detail::tab_face_t Face(const wxBitmap& image, const wxString& caption) const;
   void UpdateShownText(const wxSize& size);
+  void UpdateCaptionCut();
+  std::string TooltipTextToShow() const;
+  void ShowTooltipText(const std::string& text);
   void UpdateAnimationBg(color_type_t type);
   void PlaceAnimation();
   bool RaiseSignal(id_signal_t& signal);
@@ -267,6 +273,8 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   int m_style = 0;
   int m_borders = wxALL;
   wxCustomTooltip* m_tooltip = nullptr;
+  std::string m_tooltip_text;  ///< as the owner set it
+  wxString m_tooltip_caption;  ///< the caption the tooltip shows because it is cut
   /// Cleared by the destructor: a signal handler may delete the button.
   std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 

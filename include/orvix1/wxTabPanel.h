@@ -78,6 +78,9 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   /// The index a button was added at or removed from.
   int_signal_t& button_added() { return m_button_added; }
   int_signal_t& button_removed() { return m_button_removed; }
+  /// (panel, index) of a button RemoveButton is about to take out, while it
+  /// is still in place: whatever removes it, the veto already passed.
+  panel_int_signal_t& button_removing() { return m_button_removing; }
   /// (panel, sliding, offset), raised by SendSlideSignal.
   slide_signal_t& slid() { return m_slid; }
 
@@ -97,13 +100,29 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   wxTabButton* CreateButton(const picture_t& picture, const wxString& caption);
   void InitializeButton(wxTabButton* button);
   /// Destroys the button (or, with keep_window, leaves the hidden window to
-  /// the caller); false for an index out of range or a foreign button.
+  /// the caller); false for an index out of range or a foreign button. No
+  /// veto is asked: delete_requested belongs to the close cross.
   bool RemoveButton(int index, bool keep_window = false);
   bool RemoveButton(wxTabButton* button, bool keep_window = false);
   wxTabButton* GetButton(int index) const;
   int GetButtonsCount() const { return static_cast<int>(m_buttons.size()); }
   int GetCount() const { return GetButtonsCount(); }
   void SetDisabled(int index, bool disabled = true);
+  /// Moves the button at `from` to `to`, the others closing up; ids follow
+  /// the new order and the selection stays with its button. False, changing
+  /// nothing, for an index out of range.
+  bool MoveButton(int from, int to);
+  /// Where a button dropped at `x` (client coordinates) would go: the index
+  /// of the first shown button whose middle lies right of x, else the one
+  /// after the last shown button.
+  int InsertionIndexAt(int x) const;
+  /// Whether the user may drag this strip's tabs to other places (and move
+  /// them with the keys), and drop tabs of the other strip on it; both on
+  /// by default, read by the tab pane.
+  void EnableTabMove(bool enable) { m_tab_move = enable; }
+  bool IsTabMoveEnabled() const { return m_tab_move; }
+  void EnableTabDrop(bool enable) { m_tab_drop = enable; }
+  bool IsTabDropEnabled() const { return m_tab_drop; }
 
   // --- selection ---
   void SetCurrentSelection(int index);
@@ -158,6 +177,11 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   /// without buttons.
   int GetTallestButtonHeight() const;
   int GetEqualWidthCap() const { return m_equal_width_cap; }
+  /// No button is laid out wider, in either width mode; a caption that no
+  /// longer fits is shortened and shown whole in the tab's tooltip. 0 (the
+  /// default) or less: no cap.
+  void SetMaxButtonWidth(int width);
+  int GetMaxButtonWidth() const { return m_max_button_width; }
 
   // --- flags ---
   void SetResizable(bool resizable);
@@ -199,7 +223,18 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   void DoThaw() override;
 
  private:
+  // The tab pane moves buttons between its two strips.
+  friend class wxTabPane;
+
   void init();
+  /// The strip's buttons become `buttons`, in that order: buttons of another
+  /// strip come over with everything they show, buttons left out are given
+  /// up (the other strip has taken them). The selection stays with its
+  /// button if it stays. Lays out once and raises no signal.
+  void ArrangeButtons(const std::vector<wxTabButton*>& buttons);
+  void AdoptButton(wxTabButton* button);
+  void ConnectButton(wxTabButton* button);
+  void DisconnectButton(wxTabButton* button);
   void ApplyLookTo(wxTabButton* button) const;
   void MeasureWidths();
   detail::tab_margins_t Margins() const;
@@ -240,6 +275,9 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   int m_equal_width_cap = 0;
   int m_margin = 2;
   int m_desired_height = -1;
+  int m_max_button_width = 0;
+  bool m_tab_move = true;
+  bool m_tab_drop = true;
   wxImage m_bg_image;
   bool m_sliding = false;
   int m_slide_offset = 0;
@@ -263,6 +301,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   panel_int_signal_t m_splitter_changed;
   int_signal_t m_button_added;
   int_signal_t m_button_removed;
+  panel_int_signal_t m_button_removing;
   slide_signal_t m_slid;
 
   wxDECLARE_DYNAMIC_CLASS(wxTabPanel);

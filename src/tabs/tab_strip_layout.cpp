@@ -24,7 +24,7 @@ int variable_count(const std::vector<wxSize>& tabs, const std::vector<wxSize>& s
   int used = 0;
   int count = 0;
   const auto fits = [&](int index) {
-    const int step = tabs[index].x + margins.before(count) +
+    const int step = capped_tab_width(tabs[index].x, params) + margins.before(count) +
                      (count < slot_count ? slots[count].x + margins.margin : 0);
     if (used + step + margins.before(count + 1) > params.room.x) return false;
     used += step;
@@ -46,7 +46,9 @@ tab_run_t equal_width_run(int total, const std::vector<wxSize>& slots,
   const tab_margins_t& margins = params.margins;
   const int front = !margins.front && !slots.empty() ? margins.margin : margins.before(0);
   const int available = params.room.x - front - tab_slots_width(slots, margins);
-  const int fitting = std::max(available, 0) / (margins.margin + std::max(params.min_tab_width, 1));
+  // A cap below the minimum lets more tabs fit.
+  const int min_width = capped_tab_width(std::max(params.min_tab_width, 1), params);
+  const int fitting = std::max(available, 0) / (margins.margin + min_width);
   tab_run_t run;
   if (fitting == 0) return run;
   run.count = std::min(fitting, total);
@@ -55,6 +57,7 @@ tab_run_t equal_width_run(int total, const std::vector<wxSize>& slots,
     run.equal_width = available / fitting - margins.margin;
   else
     run.equal_width = std::min(available / total - margins.margin, params.equal_width_cap);
+  run.equal_width = capped_tab_width(run.equal_width, params);
   return run;
 }
 
@@ -87,7 +90,7 @@ int place_tabs(const std::vector<wxSize>& tabs, const std::vector<wxSize>& slots
   for (int k = 0; k < layout.shown_count; ++k) {
     x += params.margins.before(k);
     place_slot(slots, k, params, x, layout);
-    const int width = layout.equal_width >= 0 ? layout.equal_width : tab[k].x;
+    const int width = layout.equal_width >= 0 ? layout.equal_width : capped_tab_width(tab[k].x, params);
     const int height = std::max(tab[k].y, params.desired_height);
     layout.tabs[k] = wxRect(x, params.room.y - height, width, height);
     x += width;

@@ -30,6 +30,7 @@ struct tab_strip_params_t {
   bool right_aligned = false;
   int min_tab_width = 0;    // decides how many equal-width tabs fit
   int equal_width_cap = 0;  // the widest an equal-width tab gets when all fit
+  int max_tab_width = 0;    // no tab is wider, in either mode; 0: no cap
   int desired_height = -1;  // a floor for the row height
   int selection = -1;       // counting what fits starts here
   // The run starts here if it can: the tab last brought into view, else the
@@ -58,6 +59,11 @@ int tab_slots_width(const std::vector<wxSize>& slots, const tab_margins_t& margi
 // ending at the last tab rather than running past it; without an anchor the
 // run ends at the last tab.
 int tab_run_start(int anchor, int count, int total);
+
+// A tab's width under the strip's cap.
+inline int capped_tab_width(int width, const tab_strip_params_t& params) {
+  return params.max_tab_width > 0 && width > params.max_tab_width ? params.max_tab_width : width;
+}
 
 // `tabs`: the preferred size of every tab, by index. `slots`: the image size
 // of every separator slot, (0, 0) for an empty one.

@@ -260,6 +260,7 @@ void wxTabButton::ContentChanged() {
   if (!m_created) return;
   SetSize(CalculateSize());
   PlaceAnimation();
+  UpdateShownText(GetClientSize());
   m_resized();
 }
 
@@ -344,7 +345,7 @@ void wxTabButton::UpdateAnimationBg(color_type_t type) {
   m_animation_ctrl->Refresh();
 }
 
-void wxTabButton::SetTooltipText(const std::string& text) {
+void wxTabButton::ShowTooltipText(const std::string& text) {
   if (text.empty()) {
     if (m_tooltip != nullptr) m_tooltip->Destroy();
     m_tooltip = nullptr;
@@ -502,6 +503,7 @@ void wxTabButton::UpdateShownText(const wxSize& size) {
   m_shown_text_size = size;
   const int width = detail::tab_art_t::caption_width(GetClientSize(), m_crossed, GetImageSize());
   m_shown_text = detail::tab_measurer_t(*m_art).shown_text(m_caption, width, GetFont());
+  UpdateCaptionCut();
 }
 
 // --- drawing ------------------------------------------------------------------
@@ -543,6 +545,7 @@ void wxTabButton::DrawButton(wxDC& dc) {
 
 void wxTabButton::OnSize(wxSizeEvent& event) {
   PlaceAnimation();
+  UpdateShownText(GetClientSize());
   Refresh();
   event.Skip();
 }

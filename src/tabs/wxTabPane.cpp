@@ -5,6 +5,9 @@
 #include <wx/dcbuffer.h>
 #include <wx/toplevel.h>
 
+#include "tabs/tab_drag.h"
+#include "tabs/tab_pages.h"
+
 namespace orvix1 {
 namespace {
 
@@ -20,15 +23,23 @@ wxBEGIN_EVENT_TABLE(wxTabPane, wxWindow)
   EVT_CHAR_HOOK(wxTabPane::OnCharHook)
 wxEND_EVENT_TABLE()
 
-wxTabPane::wxTabPane() = default;
+wxTabPane::wxTabPane()
+    : m_pages(std::make_unique<detail::tab_pages_t>()),
+      m_drag(std::make_unique<detail::tab_drag_t>(this)) {}
 
 wxTabPane::wxTabPane(wxWindow* parent, wxWindowID id, const wxPoint& position, const wxSize& size,
-                     long style) {
+                     long style)
+    : wxTabPane() {
   create(parent, id, position, size, style);
 }
 
+// The children go while the page records and the drag they reach are
+// still there.
 wxTabPane::~wxTabPane() {
   if (m_key_scope != nullptr) m_key_scope->Unbind(wxEVT_CHAR_HOOK, &wxTabPane::OnCharHook, this);
+  m_destroying = true;
+  if (HasCapture()) ReleaseMouse();
+  DestroyChildren();
 }
 
 bool wxTabPane::create(wxWindow* parent, wxWindowID id, const wxPoint& position,
@@ -48,6 +59,10 @@ bool wxTabPane::create(wxWindow* parent, wxWindowID id, const wxPoint& position,
   m_key_scope = wxGetTopLevelParent(this);
   if (m_key_scope == this) m_key_scope = nullptr;
   if (m_key_scope != nullptr) m_key_scope->Bind(wxEVT_CHAR_HOOK, &wxTabPane::OnCharHook, this);
+  // While a tab is dragged the pane has the mouse.
+  Bind(wxEVT_MOTION, &wxTabPane::OnMouseWhileDragging, this);
+  Bind(wxEVT_LEFT_UP, &wxTabPane::OnMouseWhileDragging, this);
+  Bind(wxEVT_MOUSE_CAPTURE_LOST, &wxTabPane::OnCaptureLost, this);
   SetUiStyle(new wxTabPanel::default_style_t);
   return true;
 }
@@ -84,6 +99,9 @@ void wxTabPane::ConnectPanel(wxTabPanel* panel) {
   panel->button_added().connect(this, &wxTabPane::OnPanelChanged);
   panel->button_removed().connect(this, &wxTabPane::OnPanelChanged);
   panel->resized().connect(this, &wxTabPane::OnPanelResized);
+  panel->button_removing().connect(this, &wxTabPane::OnTabRemoving);
+  m_drag->watch(panel);
+  if (m_max_tab_width > 0) panel->SetMaxButtonWidth(m_max_tab_width);
   SetPanelDefaultUiSettings(panel);
 }
 
@@ -104,6 +122,8 @@ bool wxTabPane::InternalRemovePanel(wxTabPanel* panel) {
   if (slot == nullptr) return false;
   *slot = slot_t();
   m_entries.clear();
+  m_drag->forget(panel);
+  DropPanelPages(panel);
   panel->Destroy();
   UpdateSelectedButton();
   OnChangeSizes();
@@ -180,7 +200,13 @@ bool wxTabPane::IsKeyScope() const {
 
 bool wxTabPane::HandleNavigationKey(const wxKeyEvent& event) {
   if (!event.ControlDown() || event.AltDown() || !IsKeyScope()) return false;
-  switch (event.GetKeyCode()) {
+  const int key = event.GetKeyCode();
+  const bool page_key = key == WXK_PAGEUP || key == WXK_NUMPAD_PAGEUP || key == WXK_PAGEDOWN ||
+                        key == WXK_NUMPAD_PAGEDOWN;
+  // With Shift the page keys move the selected tab instead, as in GTK.
+  if (page_key && event.ShiftDown() && AreTabMovesEnabled())
+    return MoveSelectedTab(key == WXK_PAGEUP || key == WXK_NUMPAD_PAGEUP ? -1 : 1);
+  switch (key) {
     case WXK_TAB:
       return event.ShiftDown() ? SelectPrev() : SelectNext();
     case WXK_PAGEDOWN:
@@ -195,6 +221,10 @@ bool wxTabPane::HandleNavigationKey(const wxKeyEvent& event) {
 }
 
 void wxTabPane::OnCharHook(wxKeyEvent& event) {
+  if (IsDragging() && event.GetKeyCode() == WXK_ESCAPE) {
+    CancelDrag();
+    return;
+  }
   if (!HandleNavigationKey(event)) event.Skip();
 }
 
@@ -210,6 +240,7 @@ void wxTabPane::OnButtonPressed(wxTabPanel* panel, int index) {
                        (secondary != nullptr && secondary->GetToggleMode());
   if (button != nullptr && other != nullptr && !toggles) other->SetCurrentSelection(-1);
   UpdateSelectedButton();
+  ShowSelectedPage();
   m_selection_changed(panel, index);
 }
 
@@ -361,7 +392,8 @@ void wxTabPane::PlacePopupButton(const wxSize& popup, int height) {
 }
 
 void wxTabPane::OnChangeSizes() {
-  if (m_in_change_sizes) return;
+  // A frozen pane lays out once, when it thaws.
+  if (m_in_change_sizes || IsFrozen()) return;
   m_in_change_sizes = true;
   UpdateButtonHeights();
   int buttons = 0;
@@ -375,6 +407,7 @@ void wxTabPane::OnChangeSizes() {
   for (int index : {primary_panel, secondary_panel})
     if (m_slots[index].panel != nullptr) AlignPanelBackground(m_slots[index].panel);
   if (popup_shown) PlacePopupButton(popup, height);
+  PlacePageArea(height);
   UpdateButtonState();
   SetMinSize(wxSize(-1, height));
   InvalidateBestSize();
@@ -400,7 +433,17 @@ wxSize wxTabPane::DoGetBestSize() const {
     size.y = std::max(size.y, optimal.y);
   }
   if (m_popup_button->IsShown()) size.x += m_popup_button->GetBestSize().x;
+  if (m_page_area != nullptr) {
+    const wxSize pages = m_page_area->GetBestSize();
+    size.x = std::max(size.x, pages.x);
+    size.y += pages.y;
+  }
   return size;
+}
+
+void wxTabPane::DoThaw() {
+  wxWindow::DoThaw();
+  OnChangeSizes();
 }
 
 void wxTabPane::OnResize(wxSizeEvent& event) {

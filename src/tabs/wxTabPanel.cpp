@@ -92,7 +92,6 @@ void wxTabPanel::ApplyLookTo(wxTabButton* button) const {
     if (m_colors[type].IsOk())
       button->SetColor(static_cast<wxTabButton::color_type_t>(type), m_colors[type]);
   button->ChangeFont(GetFont());
-  button->SetCrossed(m_crossed);
 }
 
 void wxTabPanel::SetDefaultUISettings() {
@@ -175,9 +174,9 @@ void wxTabPanel::InitializeButton(wxTabButton* button) {
   const int index = std::clamp(button->GetId(), 0, GetButtonsCount());
   InvalidateBestSizes();
   ApplyLookTo(button);
-  button->clicked().connect(this, &wxTabPanel::on_button_clicked);
-  button->delete_requested().connect(this, &wxTabPanel::on_button_delete);
-  button->resized().connect(this, &wxTabPanel::on_button_resized);
+  // The strip's flag, given once: a button may carry its own cross later.
+  button->SetCrossed(m_crossed);
+  ConnectButton(button);
   m_buttons.insert(m_buttons.begin() + index, button);
   Renumber(index);
   if (m_selection >= index) ++m_selection;
@@ -263,13 +262,16 @@ bool wxTabPanel::RemoveButton(wxTabButton* button, bool keep_window) {
 bool wxTabPanel::RemoveButton(int index, bool keep_window) {
   wxTabButton* button = GetButton(index);
   if (button == nullptr) return false;
+  m_button_removing(this, index);
+  // A handler may have moved or removed the button.
+  const auto found = std::find(m_buttons.begin(), m_buttons.end(), button);
+  if (found == m_buttons.end()) return false;
+  index = static_cast<int>(found - m_buttons.begin());
   m_buttons.erase(m_buttons.begin() + index);
   InvalidateBestSizes();
   m_shown.erase(std::remove(m_shown.begin(), m_shown.end(), button), m_shown.end());
   m_hidden.erase(std::remove(m_hidden.begin(), m_hidden.end(), button), m_hidden.end());
-  button->clicked().disconnect(this, &wxTabPanel::on_button_clicked);
-  button->delete_requested().disconnect(this, &wxTabPanel::on_button_delete);
-  button->resized().disconnect(this, &wxTabPanel::on_button_resized);
+  DisconnectButton(button);
   if (m_brought_into_view == button) m_brought_into_view = nullptr;
   if (keep_window)
     button->Hide();
@@ -341,7 +343,7 @@ void wxTabPanel::on_button_delete(int id) {
 
 void wxTabPanel::on_button_resized() {
   InvalidateBestSizes();
-  if (m_in_layout) return;
+  if (m_in_layout || IsFrozen()) return;
   CalculatePositions(true);
   m_resized();
 }
@@ -585,6 +587,7 @@ detail::tab_strip_params_t wxTabPanel::LayoutParams(const wxSize& room) const {
   params.right_aligned = m_right_aligned;
   params.min_tab_width = m_min_button_width;
   params.equal_width_cap = m_equal_width_cap;
+  params.max_tab_width = m_max_button_width;
   params.desired_height = m_desired_height;
   params.selection = m_selection;
   params.anchor = AnchorIndex();
@@ -644,6 +647,11 @@ void wxTabPanel::PlaceSlots(const detail::tab_strip_layout_t& layout) {
       m_splitters[slot].x += layout.shift;
     }
   }
+}
+
+void wxTabPanel::SetMaxButtonWidth(int width) {
+  m_max_button_width = std::max(width, 0);
+  FullRefresh(true);
 }
 
 void wxTabPanel::SetRightAligned(bool right_aligned) {

@@ -84,6 +84,15 @@ const std::vector<row_t> k_rows = {
     {"slots count in what fits", tabs_of({50, 30}), {{5, 8}, {9, 8}},
      [](tab_strip_params_t& p) { p.room.x = 100; },
      1, 1, -1, {9}, {{2, 11}, {41, 11}}, {52, 22}},
+    {"the width cap narrows the tabs over it, so more fit", tabs_of({50, 30, 40}), {},
+     [](tab_strip_params_t& p) { p.room.x = 110; p.max_tab_width = 35; },
+     0, 3, -1, {2, 39, 71}, {}, {108, 22}},
+    {"equal widths: the width cap below the share", tabs_of({50, 30}), {},
+     [](tab_strip_params_t& p) {
+       p.room.x = 400; p.equal_width = true; p.min_tab_width = 40; p.equal_width_cap = 60;
+       p.max_tab_width = 25;
+     },
+     0, 2, 25, {2, 29}, {}, {56, 22}},
     {"no tabs: every slot in turn, then one margin", {}, {{5, 8}, {3, 6}},
      [](tab_strip_params_t& p) { p.room.x = 200; },
      0, 0, -1, {}, {{0, 11}, {7, 12}}, {14, 2}},
@@ -103,7 +112,7 @@ TEST(TabStripLayout, EachRule) {
     for (const wxRect& tab : layout.tabs) xs.push_back(tab.x);
     EXPECT_EQ(xs, row.xs);
     for (size_t k = 0; k < layout.tabs.size() && row.count > 0; ++k) {
-      const int own = row.tabs[row.first + k].x;
+      const int own = orvix1::detail::capped_tab_width(row.tabs[row.first + k].x, params);
       EXPECT_EQ(layout.tabs[k].width, row.equal_width >= 0 ? row.equal_width : own) << k;
     }
     EXPECT_EQ(layout.slots, row.slots_at);

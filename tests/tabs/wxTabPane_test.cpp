@@ -71,6 +71,7 @@ TEST_F(TabPane, CtrlTabAndCtrlPageKeysMoveTheSelection) {
   press(WXK_TAB, true, 0);
   press(WXK_PAGEUP, false, 2);
   press(WXK_PAGEDOWN, false, 0);
+  press(WXK_PAGEDOWN, true, 1);  // a bare header bar moves no tabs
 }
 
 TEST_F(TabPane, TheOverflowMenuListsHiddenTabsAndDeletesThroughTheVeto) {
