@@ -193,7 +193,7 @@ class tour_t {
     });
     for (size_t index = 0; index < pages.size(); ++index) {
       const std::string name = pages[index].name;
-      if (name != "tabs" && name != "splitters" && name != "elements") continue;
+      if (name != "tabs" && name != "splitters" && name != "elements" && name != "workspace") continue;
       m_page_name = name;
       wxTabButton* tab = m_view.strip()->GetButton(static_cast<int>(index));
       click(tab, centre_of(tab));
