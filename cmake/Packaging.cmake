@@ -1,6 +1,6 @@
 # Install rules: the two shared libraries, their public headers, a CMake
-# package (find_package(orvix1 CONFIG) -> orvix1::orvix1, orvix1::talvar2)
-# and a pkg-config file.
+# package (find_package(orvix1 CONFIG) -> orvix1::orvix1, orvix1::talvar2,
+# and the function orvix1_add_resource_archive) and a pkg-config file.
 
 set(ORVIX1_CMAKE_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/orvix1")
 set(ORVIX1_PKGCONFIG_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -37,6 +37,7 @@ write_basic_package_version_file(
   COMPATIBILITY SameMajorVersion)
 install(FILES
   "${CMAKE_CURRENT_LIST_DIR}/orvix1WxTarget.cmake"
+  "${CMAKE_CURRENT_LIST_DIR}/orvix1ResourceArchive.cmake"
   "${PROJECT_BINARY_DIR}/orvix1Config.cmake"
   "${PROJECT_BINARY_DIR}/orvix1ConfigVersion.cmake"
   DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}")

@@ -2,10 +2,19 @@
 // its CMake package or through pkg-config). It includes every public header
 // and makes calls into both libraries, so that a missing header, an
 // unexported symbol or a wrong link line fails the build or the run.
+//
+// The CMake build also packs a resource archive with the package's
+// orvix1_add_resource_archive and reads it back: that part starts wx and
+// needs a display.
 
+#include <clocale>
 #include <cstdio>
 
 #include <orvix1/orvix1.h>
+#ifdef CONSUMER_RESOURCE_ARCHIVE
+#include <wx/init.h>
+#include <wx/log.h>
+#endif
 
 namespace {
 
@@ -22,9 +31,29 @@ bool check(bool condition, const char* what) {
   return condition;
 }
 
+#ifdef CONSUMER_RESOURCE_ARCHIVE
+// Reads a colour that only the archive declares.
+bool check_resource_archive(int argc, char** argv) {
+  if (!wxEntryStart(argc, argv)) return check(false, "wxWidgets did not start (no display?)");
+  std::setlocale(LC_ALL, "C.UTF-8");
+  delete wxLog::SetActiveTarget(new wxLogStderr);
+  wxTheApp->CallOnInit();
+  orvix1::initialize_wxwidgets(nullptr);
+  bool ok = true;
+  {
+    auto resources = orvix1::ui_resources_t::get();
+    ok &= check(resources->add_archive(CONSUMER_RESOURCE_ARCHIVE), "the resource archive did not load");
+    ok &= check(resources->get_color("consumer.accent") == wxColour(0x12, 0x34, 0x56),
+                "the archive's colour did not arrive");
+  }
+  orvix1::cleanup_wxwidgets();
+  return ok;
+}
+#endif
+
 }  // namespace
 
-int main() {
+int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
   bool ok = true;
 
   ok &= check(orvix1::get_modal_callback() == nullptr, "a modal callback is set at start");
@@ -41,6 +70,10 @@ int main() {
 
   ok &= check(!orvix1::get_mouse_signal().has_connections(), "the mouse signal has connections");
   ok &= check(!orvix1::get_main_window(), "there is a main window before initialisation");
+
+#ifdef CONSUMER_RESOURCE_ARCHIVE
+  ok &= check_resource_archive(argc, argv);
+#endif
 
   if (ok) std::puts("package consumer: ok");
   return ok ? 0 : 1;
