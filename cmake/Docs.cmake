@@ -5,6 +5,8 @@
 # ORVIX1_BUILD_DOCS=OFF leaves the reference out even when Doxygen is there.
 
 option(ORVIX1_BUILD_DOCS "Build and install the HTML API reference when Doxygen is found" ON)
+# Whether this configuration installs the reference (the package check asks).
+set(ORVIX1_DOCS_INSTALLED OFF CACHE INTERNAL "")
 if(NOT ORVIX1_BUILD_DOCS)
   return()
 endif()
@@ -13,6 +15,7 @@ if(NOT DOXYGEN_FOUND)
   message(STATUS "Doxygen not found: no API reference (apt-get install doxygen graphviz)")
   return()
 endif()
+set(ORVIX1_DOCS_INSTALLED ON CACHE INTERNAL "")
 
 set(ORVIX1_DOCS_OUTPUT_DIR "${PROJECT_BINARY_DIR}/docs")
 if(DOXYGEN_DOT_FOUND)
