@@ -1,6 +1,7 @@
-# Install rules: the two shared libraries, their public headers, a CMake
-# package (find_package(orvix1 CONFIG) -> orvix1::orvix1, orvix1::talvar2)
-# and a pkg-config file.
+# Install rules: the two shared libraries, the static test helpers, their
+# public headers, a CMake package (find_package(orvix1 CONFIG) ->
+# orvix1::orvix1, orvix1::talvar2, orvix1::testing and the function
+# orvix1_add_resource_archive) and a pkg-config file (the two libraries).
 
 set(ORVIX1_CMAKE_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/orvix1")
 set(ORVIX1_PKGCONFIG_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -8,7 +9,7 @@ set(ORVIX1_PKGCONFIG_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 # orvix1 finds talvar2 beside itself wherever the prefix is.
 set_target_properties(orvix1 PROPERTIES INSTALL_RPATH "$ORIGIN")
 
-install(TARGETS talvar2 orvix1
+install(TARGETS talvar2 orvix1 orvix1_testing
   EXPORT orvix1Targets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -37,6 +38,7 @@ write_basic_package_version_file(
   COMPATIBILITY SameMajorVersion)
 install(FILES
   "${CMAKE_CURRENT_LIST_DIR}/orvix1WxTarget.cmake"
+  "${CMAKE_CURRENT_LIST_DIR}/orvix1ResourceArchive.cmake"
   "${PROJECT_BINARY_DIR}/orvix1Config.cmake"
   "${PROJECT_BINARY_DIR}/orvix1ConfigVersion.cmake"
   DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}")

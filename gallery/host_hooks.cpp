@@ -10,9 +10,8 @@ namespace gallery {
 
 host_hooks_t* host_hooks_t::s_instance = nullptr;
 
-host_hooks_t::host_hooks_t(host_window_t& host) : m_host(host), m_answer_timer(this) {
+host_hooks_t::host_hooks_t(host_window_t& host) : m_host(host) {
   s_instance = this;
-  Bind(wxEVT_TIMER, &host_hooks_t::on_answer_timer, this);
   orvix1::set_modal_callback(&host_hooks_t::on_modal_dialog);
   m_host.set_mouse_handler([this](const GdkEventButton& event) { forward_click(event); });
 }
@@ -20,7 +19,6 @@ host_hooks_t::host_hooks_t(host_window_t& host) : m_host(host), m_answer_timer(t
 host_hooks_t::~host_hooks_t() {
   m_host.set_mouse_handler(nullptr);
   orvix1::set_modal_callback(nullptr);
-  m_answer_timer.Stop();
   s_instance = nullptr;
 }
 
@@ -42,10 +40,6 @@ void host_hooks_t::on_dialog_shown(wxDialog* dialog) {
     event.Skip();
     if (!event.IsShown()) on_dialog_hidden(dialog);
   });
-  if (m_answer != 0) {
-    m_answering = dialog;
-    m_answer_timer.StartOnce(20);
-  }
 }
 
 void host_hooks_t::on_dialog_hidden(wxDialog* dialog) {
@@ -54,25 +48,6 @@ void host_hooks_t::on_dialog_hidden(wxDialog* dialog) {
   std::fprintf(stderr, "gallery: host: modal dialog \"%s\" closed (%d)\n",
                dialog->GetTitle().utf8_string().c_str(), dialog->GetReturnCode());
   m_host.mark_modal(false, std::string());
-  if (dialog == m_answering) {
-    m_answering = nullptr;
-    m_answer_timer.Stop();
-  }
-}
-
-// The timer runs inside the dialog's modal loop; until that loop has
-// started there is nothing to end yet.
-void host_hooks_t::on_answer_timer(wxTimerEvent&) {
-  if (m_answering == nullptr) return;
-  if (!m_answering->IsModal()) {
-    m_answer_timer.StartOnce(20);
-    return;
-  }
-  wxDialog* dialog = m_answering;
-  const int answer = m_answer;
-  m_answering = nullptr;
-  m_answer = 0;
-  dialog->EndModal(answer);
 }
 
 // The host's own mouse events reach the library's widgets through its

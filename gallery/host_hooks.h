@@ -3,9 +3,6 @@
 
 #include <string>
 
-#include <wx/event.h>
-#include <wx/timer.h>
-
 #include "host_window.h"
 
 class wxDialog;
@@ -17,11 +14,12 @@ namespace gallery {
 // the mouse clicks on its own part of the window through the library's mouse
 // signal, and its modal callback marks the host window while one of the
 // library's modal dialogs is up. One at a time; it removes its hooks when it
-// goes.
-class host_hooks_t : public wxEvtHandler {
+// goes. Scripted runs answer dialogs with orvix1::testing::modal_answer_t,
+// which lets these hooks hear of each dialog first.
+class host_hooks_t {
  public:
   explicit host_hooks_t(host_window_t& host);
-  ~host_hooks_t() override;
+  ~host_hooks_t();
   host_hooks_t(const host_hooks_t&) = delete;
   host_hooks_t& operator=(const host_hooks_t&) = delete;
 
@@ -30,15 +28,10 @@ class host_hooks_t : public wxEvtHandler {
   const std::string& last_dialog_title() const { return m_last_title; }
   int clicks_forwarded() const { return m_clicks; }
 
-  // Scripted runs: the next modal dialog is ended with `answer` as soon as
-  // its modal loop runs, as if the user had answered it.
-  void answer_next_dialog(int answer) { m_answer = answer; }
-
  private:
   static int on_modal_dialog(wxWindow* window);
   void on_dialog_shown(wxDialog* dialog);
   void on_dialog_hidden(wxDialog* dialog);
-  void on_answer_timer(wxTimerEvent& event);
   void forward_click(const GdkEventButton& event);
 
   static host_hooks_t* s_instance;
@@ -47,9 +40,6 @@ class host_hooks_t : public wxEvtHandler {
   int m_closed = 0;
   int m_clicks = 0;
   std::string m_last_title;
-  int m_answer = 0;
-  wxDialog* m_answering = nullptr;
-  wxTimer m_answer_timer;
 };
 
 }  // namespace gallery

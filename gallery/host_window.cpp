@@ -1,6 +1,6 @@
 #include "host_window.h"
 
-#include "event_pump.h"
+#include "orvix1/testing.h"
 
 namespace gallery {
 
@@ -65,7 +65,7 @@ void host_window_t::mark_modal(bool modal, const std::string& dialog_title) {
 
 void host_window_t::run_until_closed() {
   m_closed = false;
-  while (!m_closed) pump_once(true);
+  while (!m_closed) orvix1::testing::pump_once(true);
 }
 
 void host_window_t::on_size_allocate(GtkWidget*, GdkRectangle*, gpointer self) {

@@ -15,19 +15,21 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
-#include "event_pump.h"
 #include "gallery_view.h"
 #include "host_hooks.h"
 #include "host_window.h"
 #include "options.h"
 #include "orvix1/orvix1.h"
+#include "orvix1/testing.h"
 #include "pages/pages.h"
 #include "pages/palette_page.h"
-#include "screenshot.h"
 #include "tour.h"
 
 namespace gallery {
 namespace {
+
+using orvix1::testing::pump_once;
+using orvix1::testing::pump_until;
 
 constexpr int k_exit_usage = 2;
 constexpr int k_exit_no_display = 2;
@@ -71,7 +73,7 @@ int take_screenshot(const host_window_t& host, const gallery_view_t& view,
     return k_exit_failed;
   }
   const std::string failure =
-      save_presented_png(&save_window_png, host.gdk_window(), path, k_paint_timeout);
+      orvix1::testing::save_presented_png(&orvix1::testing::save_window_png, host.gdk_window(), path, k_paint_timeout);
   if (!failure.empty()) {
     std::fprintf(stderr, "gallery: no screenshot: %s\n", failure.c_str());
     return k_exit_failed;

@@ -15,7 +15,6 @@
 #include <wx/stattext.h>
 #include <wx/animate.h>
 
-#include "event_pump.h"
 #include "gallery_view.h"
 #include "host_hooks.h"
 #include "host_window.h"
@@ -26,6 +25,7 @@
 #include "orvix1/wxCustomTooltip.h"
 #include "orvix1/wxSplitterElement.h"
 #include "orvix1/wxTabPanel.h"
+#include "orvix1/testing.h"
 #include "pages/elements_page.h"
 #include "pages/images_page.h"
 #include "pages/palette_page.h"
@@ -35,7 +35,6 @@
 #include "pages/tooltips_page.h"
 #include "pages/welcome_page.h"
 #include "pages/workspace_page.h"
-#include "screenshot.h"
 
 namespace gallery {
 namespace {
@@ -49,20 +48,13 @@ using outcome_t = std::string;
 
 // --- input --------------------------------------------------------------
 
-// A mouse event as the window would get it from the toolkit, handled at once.
-void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at, bool left_held = false) {
-  wxMouseEvent event(type);
-  event.SetEventObject(window);
-  event.SetId(window->GetId());
-  event.SetPosition(at);
-  event.m_leftDown = left_held || type == wxEVT_LEFT_DOWN || type == wxEVT_LEFT_DCLICK;
-  window->GetEventHandler()->ProcessEvent(event);
-}
+using orvix1::testing::move_pointer;
+using orvix1::testing::pump_once;
+using orvix1::testing::pump_until;
+using orvix1::testing::send_mouse;
 
 void click(wxWindow* window, const wxPoint& at) {
-  send_mouse(window, wxEVT_MOTION, at);
-  send_mouse(window, wxEVT_LEFT_DOWN, at);
-  send_mouse(window, wxEVT_LEFT_UP, at);
+  orvix1::testing::click(window, at);
   pump_once();
 }
 
@@ -79,16 +71,6 @@ void press(wxButton* button) {
 void choose(wxChoice* choice, int index) {
   gtk_combo_box_set_active(GTK_COMBO_BOX(choice->GetHandle()), index);
   pump_once();
-}
-
-// The pointer goes to the window's middle, and the window hears it enter.
-void hover(wxWindow* window, const wxPoint& at) {
-  GdkDisplay* display = gdk_display_get_default();
-  GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(display));
-  const wxPoint screen = window->ClientToScreen(at);
-  gdk_device_warp(pointer, gdk_display_get_default_screen(display), screen.x, screen.y);
-  send_mouse(window, wxEVT_ENTER_WINDOW, at);
-  send_mouse(window, wxEVT_MOTION, at);
 }
 
 // A button press and release on the host's own window, through GDK's queue.
@@ -211,7 +193,8 @@ class tour_t {
       // The page as the steps left it: panes may have gone, others repaint.
       m_view.watch_selected_page();
       if (!pump_until([this] { return m_view.has_painted(); }, 10s)) return "the page did not paint";
-      return save_presented_png(&save_screen_area_png, m_host.gdk_window(), path, 10s);
+      return orvix1::testing::save_presented_png(&orvix1::testing::save_screen_area_png,
+                                                 m_host.gdk_window(), path, 10s);
     });
   }
 
@@ -240,7 +223,7 @@ class tour_t {
       wxTabButton* tab = m_view.strip()->GetButton(1);
       if (tab == nullptr || tab->GetCustomTooltip() == nullptr) return "the tab has no tooltip";
       orvix1::wxCustomTooltip* tip = tab->GetCustomTooltip();
-      hover(tab, centre_of(tab));
+      move_pointer(tab, centre_of(tab));
       if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
       if (tip->GetText() != tab->GetTooltipText()) return "the tooltip shows another text";
       send_mouse(tab, wxEVT_LEAVE_WINDOW, wxPoint(-1, -1));
@@ -287,7 +270,7 @@ class tour_t {
     step("hovering the animation shows its tooltip", [&]() -> outcome_t {
       const wxPoint at = elements_page_tooltip_point(m_page);
       if (at == wxDefaultPosition) return "no animation element";
-      hover(m_page, at);
+      move_pointer(m_page, at);
       orvix1::wxCustomTooltip* tip = elements_page_tooltip(m_page);
       if (tip == nullptr) return "the element has no tooltip";
       if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
@@ -352,9 +335,10 @@ class tour_t {
       if (cross.IsEmpty()) return "the tab has no close cross";
       const int before = documents->GetButtonsCount();
       const int opened = m_hooks.dialogs_opened();
-      m_hooks.answer_next_dialog(answer);
-      click(tab, centre_of(cross));
-      m_hooks.answer_next_dialog(0);
+      {
+        const orvix1::testing::modal_answer_t answering(answer);
+        click(tab, centre_of(cross));
+      }
       const int asked = m_hooks.dialogs_opened() - opened;
       if (asked > questions) return "it asked";
       if (asked < questions || (asked > 0 && m_hooks.last_dialog_title() != "Really close?"))
@@ -445,7 +429,7 @@ class tour_t {
       wxWindow* card = wxWindow::FindWindowByName(k_tooltips_first_target, m_page);
       orvix1::wxCustomTooltip* tip = card != nullptr ? orvix1::wxCustomTooltip::GetAssociatedTooltip(card) : nullptr;
       if (tip == nullptr) return "no card with a tooltip";
-      hover(card, centre_of(card));
+      move_pointer(card, centre_of(card));
       if (!pump_until([tip] { return tip->IsShown(); }, 5s)) return "the tooltip did not show";
       if (!tip->GetScreenRect().Intersects(card->GetScreenRect().Inflate(64)))
         return "the tooltip is far from the card";

@@ -9,6 +9,7 @@
 #include <wx/frame.h>
 #include <wx/panel.h>
 
+#include "orvix1/testing.h"
 #include "orvix1/wxTabPanel.h"
 #include "support/wx_test_environment.h"
 #include "talvar2/functor/signal.h"
@@ -35,25 +36,12 @@ class tab_frame_test_t : public ::testing::Test {
   wxPanel* m_host = nullptr;
 };
 
-inline void send_mouse(wxWindow* window, wxEventType type, const wxPoint& at,
-                       bool left_held = false) {
-  wxMouseEvent event(type);
-  event.SetPosition(at);
-  event.SetEventObject(window);
-  event.SetId(window->GetId());
-  event.m_leftDown = left_held || type == wxEVT_LEFT_DOWN;
-  event.m_middleDown = type == wxEVT_MIDDLE_DOWN;
-  window->GetEventHandler()->ProcessEvent(event);
-}
+using orvix1::testing::send_mouse;
 
 // Enter, press and release at `at`, released at `release` when given.
 inline void click(wxWindow* window, const wxPoint& at, const wxPoint& release = wxDefaultPosition) {
   send_mouse(window, wxEVT_ENTER_WINDOW, at);
-  send_mouse(window, wxEVT_MOTION, at);
-  send_mouse(window, wxEVT_LEFT_DOWN, at);
-  const wxPoint up = release == wxDefaultPosition ? at : release;
-  send_mouse(window, wxEVT_MOTION, up);
-  send_mouse(window, wxEVT_LEFT_UP, up);
+  orvix1::testing::click(window, at, release);
 }
 
 inline wxPoint cross_inside(orvix1::wxTabButton* button) {

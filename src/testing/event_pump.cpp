@@ -1,18 +1,18 @@
-#include "event_pump.h"
-
 #include <glib.h>
 
+#include "orvix1/testing.h"
 #include "orvix1/wx_dll_application.h"
 
-namespace gallery {
+namespace orvix1 {
+namespace testing {
 
 void pump_once(bool wait) {
   if (wait) g_main_context_iteration(nullptr, TRUE);
   while (g_main_context_iteration(nullptr, FALSE)) {
   }
-  // The host runs no wx loop: the library's queued events, idle work and
+  // A host runs no wx loop: the library's queued events, idle work and
   // deferred deletions happen here.
-  orvix1::process_message_loop();
+  process_message_loop();
 }
 
 bool pump_until(const std::function<bool()>& done, std::chrono::milliseconds timeout) {
@@ -21,9 +21,10 @@ bool pump_until(const std::function<bool()>& done, std::chrono::milliseconds tim
     pump_once();
     if (done()) return true;
     if (std::chrono::steady_clock::now() >= deadline) return false;
-    // Nothing left to handle now: wait for the X server's next event.
+    // Nothing left to handle now: give the X server time for its next event.
     g_usleep(2000);
   }
 }
 
-}  // namespace gallery
+}  // namespace testing
+}  // namespace orvix1

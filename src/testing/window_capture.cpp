@@ -1,11 +1,13 @@
-#include "screenshot.h"
-
 #include <cstring>
 #include <memory>
 
-#include "event_pump.h"
+#include <gtk/gtk.h>
+#include <wx/window.h>
 
-namespace gallery {
+#include "orvix1/testing.h"
+
+namespace orvix1 {
+namespace testing {
 namespace {
 
 struct pixbuf_unref_t {
@@ -73,4 +75,13 @@ std::string save_presented_png(save_png_t save, GdkWindow* window, const std::st
   return failure;
 }
 
-}  // namespace gallery
+std::string capture_window_png(wxWindow* window, const std::string& path,
+                               std::chrono::milliseconds timeout) {
+  wxCHECK_MSG(window != nullptr, "no window", "a window to capture");
+  GdkWindow* gdk_window = window->GetHandle() != nullptr ? gtk_widget_get_window(window->GetHandle()) : nullptr;
+  if (gdk_window == nullptr) return "the window is not realised";
+  return save_presented_png(&save_screen_area_png, gdk_window, path, timeout);
+}
+
+}  // namespace testing
+}  // namespace orvix1
