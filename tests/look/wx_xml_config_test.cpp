@@ -54,12 +54,21 @@ TEST(WxXmlConfig, TextIsWrittenAsTextAndSurvivesASave) {
 class scoped_env_t {
  public:
   scoped_env_t(const char* name, const char* value) : m_name(name) {
-    if (const char* old = std::getenv(name)) m_old = old, m_had = true;
-    value != nullptr ? ::setenv(name, value, 1) : ::unsetenv(name);
+    if (const char* old = std::getenv(name)) {
+      m_old = old;
+      m_had = true;
+    }
+    set(value);
   }
-  ~scoped_env_t() { m_had ? ::setenv(m_name, m_old.c_str(), 1) : ::unsetenv(m_name); }
+  ~scoped_env_t() { set(m_had ? m_old.c_str() : nullptr); }
 
  private:
+  void set(const char* value) const {
+    if (value != nullptr)
+      ::setenv(m_name, value, 1);
+    else
+      ::unsetenv(m_name);
+  }
   const char* m_name;
   std::string m_old;
   bool m_had = false;
