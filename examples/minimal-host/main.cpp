@@ -6,19 +6,18 @@
 //   minimal-host --smoke   (or MINIMAL_HOST_SMOKE=1) shows the window, waits
 //                          for the task's result and exits: 0 when all went well
 
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
-#include <wx/init.h>
 #include <wx/log.h>
 #include <wx/wx.h>
 
 #include <orvix1/elements/ElementAdapter.h>
 #include <orvix1/elements/RectangleElement.h>
 #include <orvix1/elements/TextElement.h>
+#include <orvix1/host_session.h>
 #include <orvix1/tasks/Scheduler.h>
 #include <orvix1/ui_settings.h>
 #include <orvix1/ui_style.h>
@@ -157,24 +156,23 @@ int main(int argc, char** argv) {
   const bool smoke = (argc > 1 && std::strcmp(argv[1], "--smoke") == 0) ||
                      std::getenv("MINIMAL_HOST_SMOKE") != nullptr;
   wxSetAssertHandler(count_assertion);  // the default handler opens a dialog
-  if (!wxEntryStart(argc, argv)) {      // the library's application object starts here
-    std::fprintf(stderr, "minimal-host: wxWidgets did not start (no display?)\n");
-    return 2;
-  }
-  std::setlocale(LC_ALL, "C.UTF-8");  // wx leaves LC_CTYPE at "C"
-  delete wxLog::SetActiveTarget(new wxLogStderr);
-  wxTheApp->CallOnInit();
-  initialize_wxwidgets(nullptr);  // no native host window: this is a wx program
-
   {
-    // The palette every widget draws with, filled from the desktop; held for the whole run.
-    talvar2::intrusive_pointer_t<ui_settings_configure_t> palette = ui_settings_configure_t::get();
-    tasks::SchedulerPtr scheduler = tasks::Scheduler::Get(new tasks::ISchedulerStatusCallback);
-    (new main_frame_t(scheduler, smoke))->Show();
-    wxTheApp->OnRun();  // the wx main loop, until the frame is closed
+    // wxWidgets (with the library's application object), the library and the
+    // palette every widget draws with; all ended again when the session goes.
+    // nullptr: no native host window, this is a wx program.
+    host_session_t session(argc, argv, nullptr);
+    if (!session.ok()) {
+      std::fprintf(stderr, "minimal-host: wxWidgets did not start (no display?)\n");
+      return 2;
+    }
+    delete wxLog::SetActiveTarget(new wxLogStderr);
+    {
+      tasks::SchedulerPtr scheduler = tasks::Scheduler::Get(new tasks::ISchedulerStatusCallback);
+      (new main_frame_t(scheduler, smoke))->Show();
+      wxTheApp->OnRun();  // the wx main loop, until the frame is closed
+    }
+    tasks::Scheduler::Release();
   }
-  tasks::Scheduler::Release();
-  cleanup_wxwidgets();  // the last clean-up ends wxWidgets
 
   if (!smoke) return 0;
   const bool ok = g_result_arrived && g_assertions == 0;

@@ -21,6 +21,7 @@
 #include "orvix1/export.h"
 #include "orvix1/external_apps.h"
 #include "orvix1/help.h"
+#include "orvix1/host_session.h"
 #include "orvix1/html_help_window.h"
 #include "orvix1/image_helpers.h"
 #include "orvix1/image_loader.h"

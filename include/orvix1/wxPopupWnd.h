@@ -59,6 +59,9 @@ class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
 
   void PopupAt(wxWindow* anchor) override;
   void ClosePopup() override;
+  /// Hide() and Show(false) close an open popup as ClosePopup() does, so it
+  /// opens again cleanly; closed() is raised only when the user closes it.
+  bool Show(bool show = true) override;
   bool IsPoppedUp() const override { return IsShown(); }
   bool HasContent() const override { return true; }
 
@@ -76,6 +79,7 @@ class ORVIX1_API wxPopupWnd : public wxPopupTransientWindow, public IPopup {
 
   wxWindow* m_anchor = nullptr;
   bool m_anchor_click = false;
+  bool m_dismissing = false;
 };
 
 }  // namespace orvix1

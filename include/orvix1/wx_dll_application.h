@@ -3,7 +3,8 @@
 /// @file
 /// The library's entry surface towards its host: the application object that
 /// wxWidgets creates in the process, start-up and clean-up counting, the
-/// message pump and three process-wide hooks.
+/// message pump and three process-wide hooks. Most hosts start and end the
+/// library with one host_session_t (host_session.h), which calls these.
 
 #include <wx/app.h>
 #include <wx/dialog.h>

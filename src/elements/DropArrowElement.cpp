@@ -30,7 +30,7 @@ wxSize DropArrowElement::GetMinSize() const {
   if (width < 0) width = GetSystemMetric(wxSYS_VSCROLL_X);
   if (height < 0) height = GetSystemMetric(wxSYS_HSCROLL_Y);
   // The desktop's metrics do not follow its resolution setting.
-  return calculate_DPI_scaled_size(width, height);
+  return LimitSize(calculate_DPI_scaled_size(width, height));
 }
 
 wxSize DropArrowElement::GetSize() const { return GetMinSize(); }

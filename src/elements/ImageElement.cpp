@@ -154,9 +154,9 @@ std::int64_t ImageElement::GetCurrentTime() const { return g_get_real_time(); }
 // --- size and painting --------------------------------------------------------
 
 wxSize ImageElement::GetMinSize() const {
-  if (m_image.IsOk()) return m_image.GetSize();
-  if (m_animation.IsOk()) return m_animation.GetSize();
-  return wxSize(0, 0);
+  if (m_image.IsOk()) return LimitSize(m_image.GetSize());
+  if (m_animation.IsOk()) return LimitSize(m_animation.GetSize());
+  return LimitSize(wxSize(0, 0));
 }
 
 wxSize ImageElement::GetSize() const { return GetMinSize(); }

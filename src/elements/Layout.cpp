@@ -198,7 +198,7 @@ wxSize Layout::CalculateSize(bool minimum, wxSize* visible_total) const {
   for (const element_ptr_t& child : element->GetChildren()) {
     const UIElement& current = *child;
     if (!current.IsVisible()) continue;
-    const wxSize size = minimum ? current.GetMinSize() : current.GetSize();
+    const wxSize size = minimum ? current.GetLimitedMinSize() : current.GetLimitedSize();
     const int flags = current.GetPositionFlags();
     if (flags & horizontal_docks) docked.x += size.x;
     if (flags & vertical_docks) docked.y += size.y;

@@ -40,7 +40,7 @@ void OptimalLayout::ArrangeChildren() {
   });
   // Sizes are asked for once the order stands, by index: a child may do
   // anything in GetSize(), even change its siblings.
-  for (std::size_t i = 0; i < m_order.size(); ++i) m_order[i].size = m_order[i].element->GetSize();
+  for (std::size_t i = 0; i < m_order.size(); ++i) m_order[i].size = m_order[i].element->GetLimitedSize();
 }
 
 OptimalLayout::outcome_t OptimalLayout::PlaceWithinRect(const UIElement& element) {
@@ -65,7 +65,7 @@ OptimalLayout::outcome_t OptimalLayout::PlaceWithinRect(const UIElement& element
       // A shortage shows when the space is used up exactly and the child got
       // less than it needs.
       if (remaining.width != 0 && remaining.height != 0) continue;
-      const wxSize minimum = child.GetMinSize();
+      const wxSize minimum = child.GetLimitedMinSize();
       if (remaining.width == 0 && rect.width < minimum.x) {
         if (!CoverShortage(minimum.x - rect.width, true)) return outcome_t::width_exhausted;
         // Children placed earlier may have shrunk: run the pass again when done.
@@ -84,7 +84,7 @@ bool OptimalLayout::CoverShortage(int deficit, bool horizontal) {
   for (std::size_t i = m_order.size(); i-- > 0;) {
     const UIElement& candidate = *m_order[i].element;
     if (!candidate.IsVisible() || !candidate.IsResizable()) continue;
-    const wxSize minimum = candidate.GetMinSize();
+    const wxSize minimum = candidate.GetLimitedMinSize();
     int& length = horizontal ? m_order[i].size.x : m_order[i].size.y;
     const int spare = length - (horizontal ? minimum.x : minimum.y);
     // A negative take lifts a child that fell below its minimum back to it.

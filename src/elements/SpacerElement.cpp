@@ -20,9 +20,9 @@ void SpacerElement::SetSize(const wxSize& size) {
   Invalidate(true);
 }
 
-wxSize SpacerElement::GetSize() const { return m_size; }
+wxSize SpacerElement::GetSize() const { return LimitSize(m_size); }
 
-wxSize SpacerElement::GetMinSize() const { return m_size; }
+wxSize SpacerElement::GetMinSize() const { return LimitSize(m_size); }
 
 bool SpacerElement::IsResizable() const { return false; }
 

@@ -64,7 +64,7 @@ void StackLayout::OnInvalidate() {
     if (slot.resizable) {
       ++resizable_count;
     } else {
-      slot.length = Along(child->GetSize(), m_horizontal);
+      slot.length = Along(child->GetLimitedSize(), m_horizontal);
       fixed_length += slot.length;
     }
     m_slots.push_back(slot);

@@ -116,9 +116,11 @@ void TextElement::SetMultilineMode(bool multiline) {
   Invalidate(false);
 }
 
-wxSize TextElement::GetSize() const { return m_natural_size; }
+wxSize TextElement::GetSize() const { return LimitSize(m_natural_size); }
 
-wxSize TextElement::GetMinSize() const { return IsResizable() ? wxSize(0, 0) : m_natural_size; }
+wxSize TextElement::GetMinSize() const {
+  return LimitSize(IsResizable() ? wxSize(0, 0) : m_natural_size);
+}
 
 void TextElement::InvalidateColors() {
   talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle();

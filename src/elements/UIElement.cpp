@@ -52,7 +52,7 @@ UIElement::~UIElement() {
 // --- sizes, layout, focus flags ---------------------------------------------
 
 wxSize UIElement::GetSize() const {
-  if (m_parent != nullptr) return m_layout->GetSize();
+  if (m_parent != nullptr) return LimitSize(m_layout->GetSize());
   if (!contract_holds(!RequestClientRect.empty(), site_t::element_size_unanswered))
     return wxSize();
   wxRect rect(0, 0, 0, 0);
@@ -60,7 +60,31 @@ wxSize UIElement::GetSize() const {
   return rect.GetSize();
 }
 
-wxSize UIElement::GetMinSize() const { return m_layout->GetMinSize(); }
+wxSize UIElement::GetMinSize() const { return LimitSize(m_layout->GetMinSize()); }
+
+void UIElement::SetFixedSize(const wxSize& size) {
+  if (m_fixed_size == size) return;
+  m_fixed_size = size;
+  Invalidate(true);
+}
+
+void UIElement::SetMinSize(const wxSize& size) {
+  if (m_min_size_limit == size) return;
+  m_min_size_limit = size;
+  Invalidate(true);
+}
+
+wxSize UIElement::LimitSize(wxSize size) const {
+  const auto limit = [](int& length, int fixed, int minimum) {
+    if (fixed != wxDefaultCoord)
+      length = fixed;
+    else if (minimum != wxDefaultCoord)
+      length = std::max(length, minimum);
+  };
+  limit(size.x, m_fixed_size.x, m_min_size_limit.x);
+  limit(size.y, m_fixed_size.y, m_min_size_limit.y);
+  return size;
+}
 
 void UIElement::SetResizable(bool resizable) { m_resizable = resizable; }
 

@@ -14,6 +14,7 @@
 #include "orvix1/native_window.h"
 #include "orvix1/xrc_handlers.h"
 #include "core/contract_sites.h"
+#include "host/library_clients.h"
 
 namespace orvix1 {
 namespace {
@@ -79,7 +80,7 @@ bool initialize_wxwidgets(void* main_window) {
   return true;
 }
 
-void cleanup_wxwidgets() {
+bool detail::release_library_client() {
   if (g_initialization_counter == 1) {
     destroy_error_dlg();
     destroy_html_help_window();
@@ -87,12 +88,18 @@ void cleanup_wxwidgets() {
   process_message_loop();
   flush_clipboard();
   assert_not_over_cleaned();
-  if (--g_initialization_counter > 0) return;
+  if (--g_initialization_counter > 0) return false;
   g_initialization_counter = 0;
   g_main_window = nullptr;
+  return true;
+}
+
+void cleanup_wxwidgets() {
   // A host running a wx main loop ends wxWidgets itself; so does a host
   // that never started it.
-  if (wxTheApp != nullptr && !wxAppConsoleBase::IsMainLoopRunning()) wxEntryCleanup();
+  if (detail::release_library_client() && wxTheApp != nullptr &&
+      !wxAppConsoleBase::IsMainLoopRunning())
+    wxEntryCleanup();
 }
 
 void process_message_loop() {

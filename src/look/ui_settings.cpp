@@ -1,5 +1,7 @@
 #include "orvix1/ui_settings.h"
 
+#include <atomic>
+
 #include <wx/app.h>
 #include <wx/gdicmn.h>
 
@@ -52,6 +54,18 @@ void load_entry(const wx_xml_config_t& config, const std::string& key, const std
   }
 }
 
+// Widgets ask for the palette when they are built: asked for while wx is not
+// running (before start-up), it can only be empty, and every widget built then stays without colours
+// and fonts. One line per process says why.
+void report_palette_before_startup() {
+  static std::atomic<bool> reported{false};
+  if (wxApp::GetInstance() != nullptr || reported.exchange(true)) return;
+  ORVIX_LOG_WARNING(log::get_logger("orvix.settings"),
+                    "the palette was asked for while wxWidgets was not running, so widgets "
+                    "get no colours or fonts: start the library with orvix1::host_session_t "
+                    "first");
+}
+
 }  // namespace
 
 ui_settings_t* ui_settings_t::m_self = nullptr;
@@ -63,6 +77,7 @@ ui_settings_t::~ui_settings_t() {
 }
 
 talvar2::intrusive_pointer_t<ui_settings_t> ui_settings_t::get() {
+  report_palette_before_startup();
   if (m_self != nullptr) return m_self;
   return new ui_settings_t;
 }
@@ -105,6 +120,7 @@ ui_settings_configure_t::~ui_settings_configure_t() {
 }
 
 talvar2::intrusive_pointer_t<ui_settings_configure_t> ui_settings_configure_t::get() {
+  report_palette_before_startup();
   if (auto* live = dynamic_cast<ui_settings_configure_t*>(m_self)) return live;
   return new ui_settings_configure_t;
 }

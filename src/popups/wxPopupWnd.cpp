@@ -39,6 +39,17 @@ void wxPopupWnd::ClosePopup() {
   if (IsShown()) Dismiss();
 }
 
+// wxPopupTransientWindow pushes event handlers on opening and pops them only
+// in Dismiss(); a plain hide would leave them pushed, and the next opening
+// would chain them onto themselves. Dismiss() hides through here again.
+bool wxPopupWnd::Show(bool show) {
+  if (show || !IsShown() || m_dismissing) return wxPopupTransientWindow::Show(show);
+  m_dismissing = true;
+  Dismiss();
+  m_dismissing = false;
+  return true;
+}
+
 void wxPopupWnd::PlaceAtAnchor() {
   // Right-aligned with the anchor: drop-down buttons sit at the right end
   // of the bars they serve.

@@ -67,6 +67,21 @@ bool write_atomically(const pugi::xml_document& document, const path_t& path,
   return true;
 }
 
+// Makes `folder` and any missing folders above it. New folders are private
+// (rwx------): settings folders hold a user's own choices, and the base
+// folder rules of the desktop ask for that mode.
+bool make_folders(const path_t& folder, std::string* error) {
+  if (folder.is_directory()) return true;
+  const path_t above = folder.parent();
+  if (above != folder && !make_folders(above, error)) return false;
+  if (::mkdir(folder.as_string().c_str(), 0700) == 0 || errno == EEXIST) {
+    if (folder.is_directory()) return true;
+    errno = ENOTDIR;
+  }
+  set_error(error, system_error("cannot create the folder", folder.as_string()));
+  return false;
+}
+
 // Settings files are a few kilobytes; anything this large is not one, and
 // reading it whole would stall the caller.
 constexpr off_t k_largest_settings_file = 16 * 1024 * 1024;
@@ -138,6 +153,7 @@ bool advanced_xml_config_t::save(const path_t& path, std::string* error) const {
     node.append_attribute(k_key_attribute) = key.c_str();
     node.text().set(m_values.at(key).c_str());
   }
+  if (!make_folders(path.parent(), error)) return false;
   return write_atomically(document, path, error);
 }
 

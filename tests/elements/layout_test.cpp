@@ -10,10 +10,12 @@
 #include <wx/dcmemory.h>
 
 #include "orvix1/elements/OptimalLayout.h"
+#include "orvix1/elements/RectangleElement.h"
 #include "orvix1/elements/SpacerElement.h"
 #include "orvix1/elements/StackLayout.h"
 #include "support/assert_texts.h"
 #include "support/fake_element_host.h"
+#include "support/paint_canvas.h"
 #include "support/wx_test_environment.h"
 
 namespace {
@@ -172,6 +174,52 @@ TEST_F(LayoutSizeTest, WhenAllAreCentredTheLargestOrTheDockedSumCounts) {
   // A child without vertical flags makes the vertical spread add up.
   spacer(h_center, wxSize(5, 100));
   EXPECT_EQ(size(), wxSize(15, 29));
+}
+
+// Sizes asked for without subclassing: a fixed axis is kept, a minimum is a
+// floor, wxDefaultCoord leaves the axis to the element; layouts place by them.
+TEST_F(LayoutSizeTest, FixedAndMinimumSizesOverrideWhatAnElementComputes) {
+  const struct {
+    wxSize fixed, minimum, size, min_size;
+  } cases[] = {
+      {wxDefaultSize, wxDefaultSize, wxSize(10, 5), wxSize(4, 2)},
+      {wxSize(20, 12), wxDefaultSize, wxSize(20, 12), wxSize(20, 12)},
+      {wxSize(20, -1), wxDefaultSize, wxSize(20, 5), wxSize(20, 2)},
+      {wxDefaultSize, wxSize(8, 3), wxSize(10, 5), wxSize(8, 3)},
+      {wxSize(-1, 7), wxSize(30, 30), wxSize(30, 7), wxSize(30, 7)},
+  };
+  for (const auto& c : cases) {
+    // sized_t overrides GetSize() and GetMinSize(): only the layout's view changes.
+    sized_ptr_t child = sized(left | top, wxSize(10, 5), wxSize(4, 2), false);
+    child->SetFixedSize(c.fixed);
+    child->SetMinSize(c.minimum);
+    EXPECT_EQ(size(), c.size) << c.fixed.x << "," << c.fixed.y;
+    EXPECT_EQ(min_size(), c.min_size) << c.fixed.x << "," << c.fixed.y;
+    relayout();
+    EXPECT_EQ(rect_of(child), wxRect(wxPoint(0, 0), c.size));
+    child->Destroy();
+  }
+  // Elements that compute their size themselves report the limits too.
+  element_ptr_t plain(new UIElement(m_root, left | top));
+  plain->SetFixedSize(wxSize(9, 4));
+  element_ptr_t gap = spacer(left | top, wxSize(6, 6));
+  gap->SetMinSize(wxSize(10, -1));
+  EXPECT_EQ(plain->GetSize(), wxSize(9, 4));
+  EXPECT_EQ(plain->GetMinSize(), wxSize(9, 4));
+  EXPECT_EQ(gap->GetSize(), wxSize(10, 6));
+}
+
+// A colour swatch: a rectangle with no children has no size of its own.
+TEST_F(LayoutSizeTest, AFixedSizeSwatchIsPlacedAndDrawn) {
+  talvar2::intrusive_pointer_t<RectangleElement> swatch(new RectangleElement(m_root, left | top));
+  swatch->SetBkColor(*wxRED);
+  swatch->SetBorderColor(*wxRED);
+  swatch->SetFixedSize(wxSize(20, 12));
+  paint_canvas_t canvas(100, 50);
+  canvas.paint([&](wxDC& dc) { m_root->ProcessDraw(dc, m_host.m_client, true); });
+  EXPECT_EQ(swatch->GetRect(), wxRect(0, 0, 20, 12));
+  EXPECT_EQ(canvas.at(10, 6), *wxRED);
+  EXPECT_EQ(canvas.at(25, 6), *wxWHITE);
 }
 
 using LayoutCacheTest = layout_fixture_t;

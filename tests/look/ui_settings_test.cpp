@@ -266,7 +266,7 @@ TEST_F(UiSettingsFile, FailedSavesKeepThePreviousFileWhole) {
     ASSERT_EQ(capture.entries().size(), 1u);
     EXPECT_EQ(capture.entries()[0].level, log4cplus::ERROR_LOG_LEVEL);
   }
-  EXPECT_FALSE(m_settings->save(m_folder.file("no/such/folder.xml")));
+  EXPECT_FALSE(m_settings->save(m_folder.file("palette.xml/in/a/file.xml")));
   EXPECT_EQ(m_folder.read("palette.xml"), previous);
   EXPECT_EQ(m_folder.entries(), std::vector<std::string>{"palette.xml"});  // no temporary left
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "orvix1/ui_settings.h"
+#include "support/assert_texts.h"
 #include "support/dpi_scale.h"
 #include "support/paint_canvas.h"
 #include "support/tab_fixture.h"
@@ -70,6 +71,30 @@ TEST_F(Popup, TheButtonOpensTheMenuWhoseRowsAreChosenOrClosedByMouse) {
   m_button->OpenPopup();
   EXPECT_EQ(m_fills, 2);
   EXPECT_FALSE(m_menu->IsPoppedUp());
+}
+
+// Hiding the open menu the plain wx way closes it as ClosePopup() does: it
+// opens again without wx complaining about handlers still pushed.
+TEST_F(Popup, HidingTheOpenMenuTheWxWayLetsItOpenAgain) {
+  take_asserts();
+  void (*const hides[])(orvix1::wxPopupMenu*) = {
+      [](orvix1::wxPopupMenu* menu) { menu->Hide(); },
+      [](orvix1::wxPopupMenu* menu) { menu->Show(false); },
+  };
+  for (const auto hide : hides) {
+    m_button->OpenPopup();
+    ASSERT_TRUE(m_menu->IsPoppedUp());
+    hide(m_menu);
+    pump_events();
+    EXPECT_FALSE(m_menu->IsPoppedUp());
+    m_button->OpenPopup();
+    pump_events();
+    EXPECT_TRUE(m_menu->IsPoppedUp());
+    EXPECT_EQ(taken_conditions(), texts_t{});
+    m_menu->ClosePopup();
+  }
+  EXPECT_EQ(m_fills, 4);
+  EXPECT_EQ(taken_conditions(), texts_t{});
 }
 
 // The button's arrow column and paddings, the menu's frame, paddings,

@@ -86,9 +86,17 @@ TEST(AdvancedXmlConfig, SaveReplacesAtomicallyAndKeepsTheFileMode) {
   ASSERT_EQ(::stat(target.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0600u);
 
+  // Missing folders are made, private to the user.
+  ASSERT_TRUE(config.save(folder.file("new/deeper/s.xml")));
+  EXPECT_TRUE(path_t(folder.file("new/deeper/s.xml")).is_regular_file());
+  ASSERT_EQ(::stat(folder.file("new").c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0700u);
+
+  // A file in the way of a folder: a clean failure, the old file untouched.
+  config.set_value("k", "changed");
   std::string error;
-  EXPECT_FALSE(config.save(folder.file("missing-folder/s.xml"), &error));
-  EXPECT_FALSE(error.empty());
+  EXPECT_FALSE(config.save(folder.file("s.xml/sub/s.xml"), &error));
+  EXPECT_NE(error.find(folder.file("s.xml")), std::string::npos) << error;
   EXPECT_NE(folder.read("s.xml").find("<value key=\"k\">v</value>"), std::string::npos);
 }
 

@@ -152,6 +152,26 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   wxWindow* GetHolder() const;
 
   // --- geometry ---
+  /// Sizes asked for without subclassing (a colour swatch, a fixed gap).
+  /// GetSize() and GetMinSize() report a fixed axis as set and an axis with a
+  /// minimum as at least that; the parent's layout places the element by
+  /// them (expanding position flags still stretch it). A component of
+  /// wxDefaultCoord leaves that axis to the element, and wxDefaultSize, the
+  /// start, leaves the sizes exactly as the element computes them. Library
+  /// elements that compute their own size (text, images, arrows, spacers)
+  /// honour them too; an element class of your own that overrides GetSize()
+  /// or GetMinSize() passes its result through LimitSize() to do so. The
+  /// root's size is its window's.
+  void SetFixedSize(const wxSize& size);
+  void SetMinSize(const wxSize& size);
+  const wxSize& GetFixedSize() const { return m_fixed_size; }
+  const wxSize& GetMinSizeLimit() const { return m_min_size_limit; }
+  /// `size` with the fixed and minimum sizes applied.
+  wxSize LimitSize(wxSize size) const;
+  /// GetSize() and GetMinSize() with the limits applied, whatever a subclass
+  /// does: what layouts place children by.
+  wxSize GetLimitedSize() const { return LimitSize(GetSize()); }
+  wxSize GetLimitedMinSize() const { return LimitSize(GetMinSize()); }
   wxRect GetRect() const;
   void SetMargin(const margin_t& margin);
   const margin_t& GetMargin() const { return m_margin; }
@@ -241,6 +261,8 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   mutable int m_largest_child_tab_order = 0;
   mutable bool m_largest_child_tab_order_known = false;
   margin_t m_margin;
+  wxSize m_fixed_size = wxDefaultSize;
+  wxSize m_min_size_limit = wxDefaultSize;
   wxCustomTooltip* m_tooltip = nullptr;
 };
 

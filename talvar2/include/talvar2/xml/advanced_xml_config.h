@@ -36,6 +36,10 @@ class TALVAR2_API advanced_xml_config_t {
 
   /// Writes the values. Atomic: a temporary file beside the target is written,
   /// flushed to disk and renamed over it, so a crash never leaves half a file.
+  /// Missing folders on the way are made first (mode rwx------). On failure
+  /// (a part of the path is a file, no permission, disk full) the old file
+  /// stays as it was and `error` (when given) says why; folders made before
+  /// the failure stay.
   bool save(const path_t& path, std::string* error = nullptr) const;
 
   bool has_value(const std::string& key) const;
