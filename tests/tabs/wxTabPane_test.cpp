@@ -131,7 +131,7 @@ TEST_F(TabPane, BothStripsShareTheButtonHeightAndOnlyOwnPanelsCanBeRemoved) {
 
 // A real X click; other tests' windows may cover this one for a moment, so
 // it is retried with the frame raised, a bounded number of times.
-TEST_F(TabPane, AClickOnTheScreenSelectsTheTab) {
+TEST_F(TabPane, AClickSelectsTheTabOnTheScreen) {
   pump_events();
   wxTabButton* beta = m_primary->GetButton(1);
   wxUIActionSimulator simulator;

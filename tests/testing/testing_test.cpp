@@ -65,7 +65,7 @@ TEST_F(TestingHelpers, ModalAnswerEndsTheNextDialogAfterTheCallbackItReplaced) {
   orvix1::set_modal_callback(nullptr);
 }
 
-TEST_F(TestingHelpers, PointerInputArrivesAsTheToolkitWouldSendIt) {
+TEST_F(TestingHelpers, PointerInputArrivesAsTheToolkitWouldSendItOnTheScreen) {
   auto* target = new wxPanel(m_host, wxID_ANY, wxPoint(20, 20), wxSize(100, 100));
   pump_events();
   std::vector<std::string> seen;
