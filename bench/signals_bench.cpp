@@ -1,6 +1,7 @@
 // Signals against Boost.Signals2 (thread-safe, like ours) and libsigc++ 3
 // (single-threaded, takes no lock). Every implementation calls the same
-// member function of the same kind of subscriber.
+// member function of the same kind of subscriber; the emit_lambda families
+// call it through a lambda slot instead.
 
 #include <benchmark/benchmark.h>
 
@@ -55,6 +56,23 @@ void emit_orvix(benchmark::State& state) {
 }
 BENCHMARK(emit_orvix)->Name("emit/orvix")->Arg(1)->Arg(8);
 
+struct orvix_lambda_fixture_t {
+  explicit orvix_lambda_fixture_t(long slots) : sinks(static_cast<std::size_t>(slots)) {
+    for (accumulator_t& sink : sinks)
+      connections.push_back(signal.connect([&sink](int value) { sink.on_value(value); }));
+  }
+  std::vector<accumulator_t> sinks;
+  talvar2::signal_t<int> signal;
+  std::vector<talvar2::scoped_connection_t> connections;
+};
+
+void emit_lambda_orvix(benchmark::State& state) {
+  orvix_lambda_fixture_t fixture(state.range(0));
+  for (auto _ : state) fixture.signal(1);
+  benchmark::DoNotOptimize(fixture.sinks.front().total.load());
+}
+BENCHMARK(emit_lambda_orvix)->Name("emit_lambda/orvix")->Arg(1)->Arg(8)->Arg(64);
+
 void connect_disconnect_orvix(benchmark::State& state) {
   orvix_sink_t sink;
   talvar2::signal_t<int> signal;
@@ -98,6 +116,8 @@ void emit_signals2(benchmark::State& state) {
   benchmark::DoNotOptimize(fixture.sinks.front().total.load());
 }
 BENCHMARK(emit_signals2)->Name("emit/signals2")->Arg(1)->Arg(8);
+// Its slots are lambdas already: the same run, next to the other lambda families.
+BENCHMARK(emit_signals2)->Name("emit_lambda/signals2")->Arg(1)->Arg(8)->Arg(64);
 
 void connect_disconnect_signals2(benchmark::State& state) {
   accumulator_t sink;
@@ -150,6 +170,21 @@ void emit_sigc(benchmark::State& state) {
   benchmark::DoNotOptimize(fixture.sinks.front().total.load());
 }
 BENCHMARK(emit_sigc)->Name("emit/sigc")->Arg(1)->Arg(8);
+
+struct sigc_lambda_fixture_t {
+  explicit sigc_lambda_fixture_t(long slots) : sinks(static_cast<std::size_t>(slots)) {
+    for (accumulator_t& sink : sinks) signal.connect([&sink](int value) { sink.on_value(value); });
+  }
+  std::vector<accumulator_t> sinks;
+  sigc::signal<void(int)> signal;
+};
+
+void emit_lambda_sigc(benchmark::State& state) {
+  sigc_lambda_fixture_t fixture(state.range(0));
+  for (auto _ : state) fixture.signal.emit(1);
+  benchmark::DoNotOptimize(fixture.sinks.front().total.load());
+}
+BENCHMARK(emit_lambda_sigc)->Name("emit_lambda/sigc")->Arg(1)->Arg(8)->Arg(64);
 
 void connect_disconnect_sigc(benchmark::State& state) {
   sigc_sink_t sink;

@@ -10,6 +10,7 @@
 #include "talvar2/threading/batch_cancel.h"
 #include "talvar2/threading/default_task.h"
 #include "talvar2/threading/stage.h"
+#include "tasks/progress_access.h"
 #include "tasks/usage_statistics.h"
 #include "core/contract_sites.h"
 
@@ -48,7 +49,7 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
       push_stage(boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms));
     push_stage(SharedStage<&ITask::TaskStarted, main_unit_name>());
     push_stage(WorkStage());
-    push_finalization_stage(SharedStage<&ITask::TaskFinished, main_unit_name>());
+    push_finalization_stage(FinishStage());
   }
 
   const ITaskPtr& GetTask() const { return m_task; }
@@ -74,6 +75,17 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
     (static_cast<TaskAdapter&>(*adapter).m_task.get()->*callback)();
   }
 
+  // Progress ends where TaskFinished begins.
+  static const stage_ptr_t& FinishStage() {
+    static const stage_ptr_t stage = boost::make_shared<stage_t>(main_unit_name, &Finish);
+    return stage;
+  }
+  static void Finish(const task_ptr_t& adapter) {
+    ITask& task = *static_cast<TaskAdapter&>(*adapter).m_task.get();
+    detail::progress_access::close(task);
+    task.TaskFinished();
+  }
+
   // The two queries are asked once, when the adapter is built.
   const stage_ptr_t& WorkStage() {
     if (!m_task->IsServiceThreadNeeded()) return SharedStage<&ITask::DoTask, main_unit_name>();
@@ -83,6 +95,28 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
 
   ITaskPtr m_task;
 };
+
+// Carries a task's latest progress to the GUI thread: one stage on "main",
+// a finalization stage so that a cancel cannot leave the task's delivery
+// pending for ever. It never enters the Scheduler's maps.
+class ProgressDelivery final : public talvar2::threading::default_task_t {
+ public:
+  explicit ProgressDelivery(const ITaskPtr& task) : m_task(task) { push_finalization_stage(Stage()); }
+
+ private:
+  static const stage_ptr_t& Stage() {
+    static const stage_ptr_t stage = boost::make_shared<stage_t>(main_unit_name, &Deliver);
+    return stage;
+  }
+  static void Deliver(const task_ptr_t& delivery) {
+    detail::progress_access::deliver(*static_cast<ProgressDelivery&>(*delivery).m_task.get());
+  }
+
+  ITaskPtr m_task;
+};
+
+// Threads of the worker units for schedulers made from now on.
+talvar2::threading::worker_counts_t g_worker_counts;
 
 // The ITask of a companion built by AddTask, or null. It lives as long as
 // the companion does, so callers borrow it without taking a reference.
@@ -175,6 +209,32 @@ IBatchCancel::~IBatchCancel() {}
 SchedulerPtr Scheduler::m_self;
 wxMutex Scheduler::m_self_mutex;
 
+bool Scheduler::set_worker_counts(std::size_t service, std::size_t long_tasks) {
+  wxMutexLocker lock(m_self_mutex);
+  if (m_self && m_self->m_took_task) {
+    ORVIX_LOG_WARNING(scheduler_logger(),
+                      "Worker counts can only be set before the first task: the scheduler keeps its workers");
+    return false;
+  }
+  g_worker_counts.service = service;
+  g_worker_counts.long_tasks = long_tasks;
+  // Before its first task the scheduler holds nothing: its threading layer
+  // is made again, and the idle pools of the old one end with it.
+  if (m_self) m_self->CreateCompanion();
+  return true;
+}
+
+bool Scheduler::PostProgress(const ITaskPtr& task) {
+  SchedulerPtr scheduler;  // never made here: without one the report is dropped
+  {
+    wxMutexLocker lock(m_self_mutex);
+    scheduler = m_self;
+  }
+  if (!scheduler) return false;
+  return scheduler->m_scheduler->schedule(boost::make_shared<ProgressDelivery>(task), std::string()) ==
+         talvar2::threading::schedule_accepted;
+}
+
 SchedulerPtr Scheduler::Get(const ISchedulerStatusCallbackPtr& callback) {
   SchedulerPtr created;  // a failed instance dies after the mutex is let go
   wxMutexLocker lock(m_self_mutex);
@@ -222,12 +282,17 @@ bool Scheduler::Initialize() {
   adapter->completed.connect(this, &Scheduler::HandleTaskComplete);
   adapter->failed.connect(this, &Scheduler::HandleTaskException);
   m_status_adapter = adapter;
-
   m_wait_callback = boost::make_shared<WaitCallback>();
-  m_scheduler = talvar2::threading::create_default_scheduler(adapter, m_wait_callback, false);
-  if (!m_scheduler) return false;
-  m_scheduler->register_unit(talvar2::threading::main_unit_name, m_gui_unit.GetQueuePtr());
-  talvar2::threading::set_scheduler(m_scheduler);
+  return CreateCompanion();
+}
+
+bool Scheduler::CreateCompanion() {
+  auto made = talvar2::threading::create_default_scheduler(m_status_adapter, m_wait_callback, false,
+                                                           g_worker_counts);
+  if (!made) return false;
+  made->register_unit(talvar2::threading::main_unit_name, m_gui_unit.GetQueuePtr());
+  talvar2::threading::set_scheduler(made);
+  m_scheduler = made;
   return true;
 }
 
@@ -245,10 +310,19 @@ void Scheduler::IncreasePriority(const std::string&) {}
 void Scheduler::Cancel(const std::string& group) { m_scheduler->cancel(group); }
 
 void Scheduler::CancelAndWait(const dialog_info_t& info, bool shut_down) {
-  CancelAndWait(std::string(), info, shut_down);
+  CancelAndWait(std::string(), info, shut_down, nullptr);
 }
 
 void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down) {
+  CancelAndWait(group, info, shut_down, nullptr);
+}
+
+void Scheduler::CancelAndWait(const dialog_info_t& info, bool shut_down, wxWindow* parent) {
+  CancelAndWait(std::string(), info, shut_down, parent);
+}
+
+void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down,
+                              wxWindow* parent) {
   const usage_statistics_scope_t usage("scheduler.cancel_and_wait", ".start", ".finish");
   if (!contract_holds(wxThread::IsMain(), contract::site_t::cancel_and_wait_off_gui_thread)) {
     Cancel(group);
@@ -257,6 +331,7 @@ void Scheduler::CancelAndWait(const std::string& group, const dialog_info_t& inf
   } else {
     auto callback = boost::make_shared<WaitCallback>();
     callback->SetDialogInfo(info);
+    callback->SetDialogParent(parent);
     m_scheduler->cancel_and_wait(group, callback);
   }
   if (shut_down) m_shut_down = true;
@@ -331,6 +406,7 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
       ORVIX_LOG_ERROR(logger, "Adding task after scheduler deitiliazed. Task name is: "
                                   << task.get()->GetDisplayName());
   }
+  m_took_task = true;
   {
     MapsLock lock(*this);
     if (isGroupEmpty(group)) notifyGroupStart(group);

@@ -3,6 +3,8 @@
 #include <typeinfo>
 
 #include "core/contract_sites.h"
+#include "orvix1/tasks/Scheduler.h"
+#include "tasks/progress_access.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -14,6 +16,46 @@ std::string ITask::GetDisplayName() {
   if (*name == '*') ++name;  // some ABIs mark local types with a leading '*'
   return name;
 }
+
+// Only the report that finds no delivery pending queues one; the others
+// overwrite the value that delivery will read.
+void ITask::ReportProgress(std::uint64_t done, std::uint64_t total, const std::string& text) {
+  {
+    std::lock_guard<std::mutex> lock(m_progress.mutex);
+    if (m_progress.closed) return;
+    m_progress.done = done;
+    m_progress.total = total;
+    m_progress.text = text;
+    if (m_progress.pending) return;
+    m_progress.pending = true;
+  }
+  if (Scheduler::PostProgress(ITaskPtr(this))) return;
+  std::lock_guard<std::mutex> lock(m_progress.mutex);
+  m_progress.pending = false;
+}
+
+namespace detail {
+
+void progress_access::close(ITask& task) {
+  std::lock_guard<std::mutex> lock(task.m_progress.mutex);
+  task.m_progress.closed = true;
+}
+
+void progress_access::deliver(ITask& task) {
+  std::uint64_t done = 0, total = 0;
+  std::string text;
+  {
+    std::lock_guard<std::mutex> lock(task.m_progress.mutex);
+    task.m_progress.pending = false;
+    if (task.m_progress.closed) return;
+    done = task.m_progress.done;
+    total = task.m_progress.total;
+    text = task.m_progress.text;
+  }
+  task.progress(done, total, text);  // unlocked: a slot may report again
+}
+
+}  // namespace detail
 
 DefaultTaskImpl::DefaultTaskImpl() : m_canceled(false) {}
 

@@ -44,7 +44,7 @@ void WaitCallback::PumpUntilFinished(const scheduler_operation_status_t& status)
 void WaitCallback::ShowDialogUntilFinished(
     const boost::shared_ptr<scheduler_operation_status_t>& status) {
   talvar2::smart_pointer_t<wxWindow> main_window = get_main_window();
-  auto* dialog = new WaitDialog(main_window.get(), status);
+  auto* dialog = new WaitDialog(m_parent != nullptr ? m_parent : main_window.get(), status);
   dialog->SetName("scheduler_wait_dialog");
   dialog->SetAnimation(m_info.animation);
   dialog->SetCaption(m_info.caption);

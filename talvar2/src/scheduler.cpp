@@ -69,10 +69,17 @@ scheduler_t::~scheduler_t() = default;
 boost::shared_ptr<scheduler_t> create_default_scheduler(
     const boost::shared_ptr<scheduler_status_callback_t>& status_callback,
     const boost::shared_ptr<scheduler_wait_callback_t>& wait_callback, bool create_main_queue) {
+  return create_default_scheduler(status_callback, wait_callback, create_main_queue, worker_counts_t());
+}
+
+boost::shared_ptr<scheduler_t> create_default_scheduler(
+    const boost::shared_ptr<scheduler_status_callback_t>& status_callback,
+    const boost::shared_ptr<scheduler_wait_callback_t>& wait_callback, bool create_main_queue,
+    const worker_counts_t& workers) {
   TALVAR2_ASSERT(status_callback);
   if (!status_callback) return nullptr;
   const auto core = boost::make_shared<_internal::scheduler_core_t>(status_callback, wait_callback);
-  core->create_own_units();
+  core->create_own_units(workers);
   if (create_main_queue) core->register_unit(main_unit_name, boost::make_shared<queue_unit_t>());
   return boost::make_shared<default_scheduler_t>(core);
 }

@@ -108,10 +108,14 @@ scheduler_core_t::scheduler_core_t(boost::shared_ptr<scheduler_status_callback_t
     : m_status_callback(std::move(status_callback)),
       m_default_wait_callback(std::move(wait_callback)) {}
 
-void scheduler_core_t::create_own_units() {
+void scheduler_core_t::create_own_units(const worker_counts_t& workers) {
   const std::size_t cores = hardware_threads();
-  const auto service = boost::make_shared<thread_pool_unit_t>(std::max<std::size_t>(2, cores));
-  const auto long_tasks = boost::make_shared<thread_pool_unit_t>(std::max<std::size_t>(4, cores));
+  const std::size_t service_threads =
+      workers.service != 0 ? workers.service : std::max<std::size_t>(2, cores);
+  const std::size_t long_threads =
+      workers.long_tasks != 0 ? workers.long_tasks : std::max<std::size_t>(4, cores);
+  const auto service = boost::make_shared<thread_pool_unit_t>(service_threads);
+  const auto long_tasks = boost::make_shared<thread_pool_unit_t>(long_threads);
   const auto delay_tasks = boost::make_shared<thread_pool_unit_t>(1);
   std::lock_guard<std::mutex> lock(m_mutex);
   m_units[service_unit_name] = service;

@@ -19,6 +19,7 @@
 
 #include "talvar2/threading/callbacks.h"
 #include "talvar2/threading/operation_status.h"
+#include "talvar2/threading/scheduler.h"
 #include "talvar2/threading/task.h"
 #include "talvar2/threading/thread_pool_unit.h"
 #include "talvar2/threading/unit.h"
@@ -80,7 +81,7 @@ class scheduler_core_t : public boost::enable_shared_from_this<scheduler_core_t>
                    boost::shared_ptr<scheduler_wait_callback_t> wait_callback);
 
   // Creates and registers the worker and timer units.
-  void create_own_units();
+  void create_own_units(const worker_counts_t& workers);
 
   int schedule(const task_ptr_t& task, const std::string& group);
   void register_unit(const std::string& name, const boost::shared_ptr<unit_t>& unit);

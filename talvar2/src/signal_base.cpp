@@ -23,6 +23,10 @@ constexpr int k_unknown_connection_line = 292;
 // one connection per style) would make every connect and every subscriber's
 // death walk the whole list; past a few connections the live nodes are also
 // indexed by subscriber.
+//
+// Callables of cut nodes wait in `retired` until no emission runs: the one
+// running may be among them, and a callable's destructor may touch this very
+// signal, which must then find its list whole.
 struct signal_base_t::core_t {
   threading::mutex_t mutex;
   node_t* head = nullptr;
@@ -31,6 +35,13 @@ struct signal_base_t::core_t {
   std::size_t live = 0;
   bool indexed = false;
   std::unordered_multimap<const subscriber_base_t*, node_t*> by_subscriber;
+  std::vector<slot_box_t*> retired;
+
+  // A core outliving its signal goes when its emission unwinds: nothing runs.
+  ~core_t() {
+    emission_state = nullptr;
+    release_retired();
+  }
 
   void append(const connection_t& connection);
   // The live node holding `connection`, or null.
@@ -42,11 +53,14 @@ struct signal_base_t::core_t {
   void free_nodes();
   // Cuts `node`'s connection: unlinks it, or only empties it during an emission.
   void cut(node_t* node);
+  // Lets go of the retired callables unless an emission is running.
+  void release_retired();
 
  private:
   static constexpr std::size_t k_index_from = 16;
   void index(node_t* node) { by_subscriber.emplace(node->connection.subscriber, node); }
   void unindex(node_t* node);
+  void retire(node_t* node);
 };
 
 signal_base_t::core_t& signal_base_t::core() {
@@ -109,6 +123,7 @@ void signal_base_t::_erase(const connection_t& connection) {
   // Every back-reference to this signal goes, even if the subscriber holds
   // further connections to it.
   if (subscriber != nullptr) subscriber->remove_signal(this);
+  list.release_retired();
 }
 
 void signal_base_t::_erase_all() {
@@ -119,6 +134,7 @@ void signal_base_t::_erase_all() {
     if (!node->connection.empty()) node->connection.subscriber->remove_signal(this);
   if (list->emission_state == nullptr) {
     list->free_nodes();
+    list->release_retired();
     return;
   }
   for (node_t* node = list->head; node != nullptr; node = node->next)
@@ -130,6 +146,7 @@ void signal_base_t::on_subscriber_destroy(subscriber_base_t* subscriber) {
   if (list == nullptr) return;
   threading::mutex_guard_t guard(list->mutex);
   for (node_t* node : list->nodes_of(subscriber)) list->cut(node);
+  list->release_retired();
 }
 
 bool signal_base_t::try_lock_for_subscriber() {
@@ -181,6 +198,7 @@ void signal_base_t::post_call(onstack_signal_state_t& state) {
   if (!state.nested) {
     list->emission_state = nullptr;
     list->remove_emptied();
+    list->release_retired();
   }
   list->mutex.release();
 }
@@ -194,6 +212,8 @@ void signal_base_t::end_after_destruction(onstack_signal_state_t& state) {
 void signal_base_t::core_t::append(const connection_t& connection) {
   node_t* node = new node_t;
   node->connection = connection;
+  node->owned = connection.owned;
+  if (node->owned != nullptr) node->owned->add_ref();
   node->previous = tail;
   (tail == nullptr ? head : tail->next) = node;
   tail = node;
@@ -245,7 +265,22 @@ void signal_base_t::core_t::unindex(node_t* node) {
 void signal_base_t::core_t::unlink(node_t* node) {
   (node->previous == nullptr ? head : node->previous->next) = node->next;
   (node->next == nullptr ? tail : node->next->previous) = node->previous;
+  retire(node);
   delete node;
+}
+
+void signal_base_t::core_t::retire(node_t* node) {
+  if (node->owned != nullptr) retired.push_back(node->owned);
+  node->owned = nullptr;
+}
+
+void signal_base_t::core_t::release_retired() {
+  // A released callable may connect or cut on this signal and retire more.
+  while (emission_state == nullptr && !retired.empty()) {
+    std::vector<slot_box_t*> releasing;
+    releasing.swap(retired);
+    for (slot_box_t* box : releasing) box->release();
+  }
 }
 
 void signal_base_t::core_t::cut(node_t* node) {
@@ -268,6 +303,7 @@ void signal_base_t::core_t::remove_emptied() {
 void signal_base_t::core_t::free_nodes() {
   while (head != nullptr) {
     node_t* next = head->next;
+    retire(head);
     delete head;
     head = next;
   }

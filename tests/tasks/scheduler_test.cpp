@@ -9,12 +9,14 @@
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
+#include <wx/frame.h>
 #include <wx/timer.h>
 
 #include "support/log_capture.h"
 #include "tasks/pump_until.h"
 #include "talvar2/threading/scheduler.h"
 #include "talvar2/threading/stage.h"
+#include "talvar2/threading/thread_pool_unit.h"
 
 namespace {
 
@@ -225,16 +227,18 @@ TEST_F(SchedulerTest, WorkersDoTheWorkAndCancelAndWaitReturnsWhenTheGroupHasFini
   EXPECT_FALSE(m_scheduler->GetTaskGroup(other, group));
 }
 
-// The dialog over work that ignores the cancel refuses a close while it runs.
+// The dialog, over the window given, over work that ignores the cancel
+// refuses a close while it runs.
 TEST_F(SchedulerTest, CancelAndWaitWithDialogInfoKeepsTheDialogUpUntilTheGroupHasLeft) {
   probe_ptr task = probe(service_kind, hold_t::until_released);
   ASSERT_EQ(m_scheduler->AddTask(task, "shown"), 0);
   ASSERT_TRUE(pump_until([&] { return task->calls.worked == 1; }));
   bool saw_dialog = false, refused_close = false;
+  wxFrame* parent = new wxFrame(nullptr, wxID_ANY, "parent");
   wxTimer inside_the_wait;
   inside_the_wait.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
     wxWindow* dialog = wxWindow::FindWindowByName("scheduler_wait_dialog");
-    saw_dialog = dialog != nullptr;
+    saw_dialog = dialog != nullptr && dialog->GetParent() == parent;
     if (dialog != nullptr) refused_close = !dialog->Close() && dialog->IsShown();
     task->release = true;  // in every case, so that a failure cannot hang
   });
@@ -242,10 +246,49 @@ TEST_F(SchedulerTest, CancelAndWaitWithDialogInfoKeepsTheDialogUpUntilTheGroupHa
   dialog_info_t info;
   info.caption = "Closing";
   info.text = "Waiting for the work to end.";
-  m_scheduler->CancelAndWait("shown", info, false);
+  m_scheduler->CancelAndWait("shown", info, false, parent);
+  parent->Destroy();
   EXPECT_TRUE(saw_dialog);
   EXPECT_TRUE(refused_close);
   EXPECT_EQ(task->calls.finished, 1);
+}
+
+// Before the first task the counts rebuild the worker pools, and later
+// schedulers are made with them (0 restores a default); once a task has
+// been taken they are refused with one warning.
+TEST_F(SchedulerTest, WorkerCountsAreSetBeforeTheFirstTaskOnly) {
+  using orvix1::tasks::Scheduler;
+  auto threads_of = [](const char* unit) -> std::size_t {
+    auto pool = boost::dynamic_pointer_cast<talvar2::threading::thread_pool_unit_t>(
+        talvar2::threading::get_scheduler()->find_unit(unit));
+    return pool ? pool->thread_count() : 0;
+  };
+  const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
+  EXPECT_EQ(threads_of("service"), std::max<std::size_t>(2, cores));
+  EXPECT_EQ(threads_of("long tasks"), std::max<std::size_t>(4, cores));
+  ASSERT_TRUE(Scheduler::set_worker_counts(3, 5));
+  EXPECT_EQ(threads_of("service"), 3u);
+  EXPECT_EQ(threads_of("long tasks"), 5u);
+
+  probe_ptr task = probe(long_kind);
+  ASSERT_EQ(m_scheduler->AddTask(task, "counted"), 0);
+  ASSERT_TRUE(pump_until([&] { return task->calls.finished == 1; }));
+  orvix1_test::log_capture_t log("orvix.scheduler");
+  EXPECT_FALSE(Scheduler::set_worker_counts(1, 1));
+  ASSERT_EQ(log.entries().size(), 1u);
+  EXPECT_EQ(log.entries()[0].level, log4cplus::WARN_LOG_LEVEL);
+  EXPECT_EQ(log.entries()[0].message,
+            "Worker counts can only be set before the first task: the scheduler keeps its workers");
+  EXPECT_EQ(threads_of("service"), 3u);
+
+  m_scheduler->CancelAndWait(dialog_info_t(), false);
+  m_scheduler.reset();
+  Scheduler::Release();
+  m_scheduler = Scheduler::Get(m_recorder);
+  EXPECT_EQ(threads_of("long tasks"), 5u);
+  EXPECT_TRUE(Scheduler::set_worker_counts(0, 0));
+  EXPECT_EQ(threads_of("service"), std::max<std::size_t>(2, cores));
+  EXPECT_EQ(threads_of("long tasks"), std::max<std::size_t>(4, cores));
 }
 
 // A waitable task wakes its waiting workers when it finishes; waiting on

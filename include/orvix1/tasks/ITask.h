@@ -5,17 +5,33 @@
 /// TaskFinished always run on the GUI thread; DoTask runs on the GUI thread
 /// or on a worker, as the task asks through IsServiceThreadNeeded and
 /// IsLongTask.
+///
+/// Progress: DoTask calls ReportProgress(done, total, text) on its worker;
+/// the task's `progress` signal carries it to the GUI thread. Deliveries are
+/// coalesced: at most one is pending per task and it carries the latest
+/// report, so a fast loop may report every step without flooding the GUI.
+/// Every delivery comes before TaskFinished (it goes through the same queue
+/// of the GUI thread, queued earlier), and none after it: reports made once
+/// TaskFinished has begun are dropped. Reports are dropped as well without a
+/// Scheduler and while CancelAndWait waits for every group.
 
+#include <cstdint>
+#include <mutex>
 #include <string>
 
 #include <wx/thread.h>
 
 #include "orvix1/export.h"
+#include "talvar2/functor/signal.h"
 #include "talvar2/pointers/intrusive_pointer.h"
 #include "talvar2/pointers/smart_pointer.h"
 
 namespace orvix1 {
 namespace tasks {
+namespace detail {
+struct progress_access;
+}  // namespace detail
+
 /// Something that can be canceled and tells whether it was.
 class ORVIX1_API ICancellable {
  public:
@@ -42,6 +58,26 @@ class ORVIX1_API ITask : public ICancellable, public talvar2::intrusive_pointer_
   virtual bool IsServiceThreadNeeded() = 0;
   /// By default the run-time type name of the object.
   virtual std::string GetDisplayName();
+
+  /// (done, total, text) of the latest ReportProgress, on the GUI thread.
+  using progress_signal_t = talvar2::signal_t<std::uint64_t, std::uint64_t, const std::string&>;
+  progress_signal_t progress;
+
+  /// From DoTask, on any thread: see the file's notes on delivery.
+  void ReportProgress(std::uint64_t done, std::uint64_t total, const std::string& text);
+
+ private:
+  friend struct detail::progress_access;
+
+  // Written by the worker, read by the GUI thread's delivery.
+  struct progress_state_t {
+    std::mutex mutex;
+    bool pending = false;  ///< a delivery is queued and has not read the value yet
+    bool closed = false;   ///< TaskFinished has begun
+    std::uint64_t done = 0, total = 0;
+    std::string text;
+  };
+  progress_state_t m_progress;
 };
 
 using ITaskPtr = talvar2::intrusive_pointer_t<ITask>;

@@ -6,6 +6,18 @@
 /// TaskStarted on "main" -> DoTask on "main", "service" or "long tasks" ->
 /// TaskFinished on "main" (also for canceled tasks). "main" is the GUI thread,
 /// fed through GUIUnit.
+///
+/// Workers: "service" has as many threads as the machine has cores, at least
+/// 2; "long tasks" as many as it has cores, at least 4, so that long work
+/// never starves ordinary work. Scheduler::set_worker_counts changes them
+/// before the first task.
+///
+/// Order on the GUI thread: "main" is one queue, run in the order its jobs
+/// were queued. A PostSignal or ReportProgress made in DoTask queues its
+/// delivery before DoTask returns, so the signal is emitted before the task's
+/// TaskFinished runs, unless it was dropped: a posted signal is refused while
+/// CancelAndWait waits for every group, and one not yet delivered is dropped
+/// when every group ("") is canceled.
 
 #include <atomic>
 #include <list>
@@ -15,6 +27,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <wx/thread.h>
+#include <wx/window.h>
 
 #include "orvix1/export.h"
 #include "orvix1/tasks/GUIUnit.h"
@@ -70,6 +83,12 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   /// reference, abandoning tasks still scheduled. An orderly end calls
   /// CancelAndWait first. The next Get creates a new instance.
   static void Release();
+  /// Threads of the "service" and "long tasks" units (0: the default of that
+  /// unit, see the file's notes), for the scheduler of the process. Call it
+  /// on the thread that creates the scheduler before any thread adds a task;
+  /// it holds for schedulers created later too. Once the scheduler has taken
+  /// a task it changes nothing, logs a warning and returns false.
+  static bool set_worker_counts(std::size_t service, std::size_t long_tasks);
 
   ~Scheduler() override;
 
@@ -89,6 +108,10 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   /// are logged as errors.
   void CancelAndWait(const dialog_info_t& info, bool shut_down);
   void CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down);
+  /// The same with the wait dialog over `parent` (null: the main window).
+  void CancelAndWait(const dialog_info_t& info, bool shut_down, wxWindow* parent);
+  void CancelAndWait(const std::string& group, const dialog_info_t& info, bool shut_down,
+                     wxWindow* parent);
 
   /// Empty when both lists are empty. Unregistered tasks are skipped.
   IBatchCancelPtr BatchCancel(const std::list<ITaskPtr>& tasks, const std::list<std::string>& groups,
@@ -122,7 +145,13 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   using task_to_companion_t = std::map<ITaskPtr, talvar2::threading::task_ptr_t>;
   using companion_to_task_t = std::map<talvar2::threading::task_ptr_t, ITaskPtr>;
 
+  friend class ITask;
+
   bool Initialize();
+  /// Makes the threading layer's scheduler with the current worker counts.
+  bool CreateCompanion();
+  /// Queues the delivery of `task`'s latest progress on "main"; false when refused.
+  static bool PostProgress(const ITaskPtr& task);
   int HandleNewTask(const talvar2::threading::task_ptr_t& companion, const ITaskPtr& task,
                     const std::string& group);
   void HandleTaskComplete(const talvar2::threading::task_ptr_t& companion);
@@ -139,6 +168,7 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   companion_to_task_t m_task_of;
   dialog_info_t m_default_dialog_info;
   std::atomic<bool> m_shut_down;
+  std::atomic<bool> m_took_task{false};
 
   static SchedulerPtr m_self;
   static wxMutex m_self_mutex;

@@ -13,6 +13,8 @@
 #include "talvar2/threading/callbacks.h"
 #include "talvar2/threading/operation_status.h"
 
+class wxWindow;
+
 namespace orvix1 {
 namespace tasks {
 /// How the GUI thread waits for a scheduler operation.
@@ -25,6 +27,8 @@ class ORVIX1_API WaitCallback : public talvar2::threading::scheduler_wait_callba
   void wait(boost::weak_ptr<talvar2::threading::scheduler_operation_status_t> status) override;
 
   void SetDialogInfo(const dialog_info_t& info);
+  /// The wait dialog's parent; null (the default) for the main window.
+  void SetDialogParent(wxWindow* parent) { m_parent = parent; }
   dialog_info_t& GetDialogInfo() { return m_info; }
 
  private:
@@ -33,6 +37,7 @@ class ORVIX1_API WaitCallback : public talvar2::threading::scheduler_wait_callba
       const boost::shared_ptr<talvar2::threading::scheduler_operation_status_t>& status);
 
   dialog_info_t m_info;
+  wxWindow* m_parent = nullptr;
 };
 
 using WaitCallbackPtr = boost::shared_ptr<WaitCallback>;

@@ -1,7 +1,18 @@
 #ifndef TALVAR2_FUNCTOR_SIGNAL_H
 #define TALVAR2_FUNCTOR_SIGNAL_H
 /// @file
-/// Thread-safe multicast signals that call member functions of subscribers.
+/// Thread-safe multicast signals that call member functions of subscribers,
+/// or any callable.
+///
+/// A callable is connected either for the life of a subscriber,
+/// `signal.connect(subscriber, callable)`, or for the life of the returned
+/// talvar2::scoped_connection_t, `signal.connect(callable)`. Such connections
+/// follow the rules of member slots: they are called in connection order,
+/// slots may connect, disconnect, emit and destroy the signal, and cutting a
+/// connection from another thread waits for a running emission. A callable
+/// is destroyed, under the signal's lock, when its last connection is gone;
+/// one that ends its own connection finishes its call first. Each callable
+/// connect makes a new connection: no duplicate check as for members.
 ///
 /// A signal may be connected to, disconnected from, emitted and even destroyed
 /// from inside one of its own slots, and subscribers may die while a signal
@@ -13,9 +24,12 @@
 #include <cstdint>
 #include <atomic>
 #include <cstring>
+#include <functional>
 #include <type_traits>
+#include <utility>
 
 #include "talvar2/export.h"
+#include "talvar2/functor/scoped_connection.h"
 #include "talvar2/threading/mutex.h"
 
 namespace talvar2 {
@@ -70,6 +84,8 @@ struct connection_t {
   subscriber_base_t* subscriber = nullptr;
   typeless_connection_t member;
   caster_t caster = nullptr;
+  /// The callable of a callable connection (then also the target); null for members.
+  slot_box_t* owned = nullptr;
 
   bool empty() const { return subscriber == nullptr; }
   /// Target and member identify a connection; subscriber and caster follow from them.
@@ -119,6 +135,8 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
  protected:
   struct node_t {
     connection_t connection;
+    /// Kept when the connection is emptied, let go when the node goes.
+    slot_box_t* owned = nullptr;
     node_t* next = nullptr;
     node_t* previous = nullptr;
   };
@@ -151,6 +169,37 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
 /// The typed part: connect, disconnect and emit for one argument list.
 template <class... A>
 class signal_templ : public signal_base_t {
+ private:
+  /// A callable the emission can call with lvalues of the arguments;
+  /// member-function pointers go to the member overloads.
+  template <class F>
+  struct is_slot
+      : std::integral_constant<bool, !std::is_member_function_pointer<std::decay_t<F>>::value &&
+                                         std::is_invocable<std::decay_t<F>&, A&...>::value> {};
+
+  template <class F>
+  class callable_box_t final : public slot_box_t {
+   public:
+    template <class G>
+    explicit callable_box_t(G&& callable) : m_callable(std::forward<G>(callable)) {}
+    static void call(void* target, typeless_connection_t, A... args) {
+      std::invoke(static_cast<callable_box_t*>(target)->m_callable, args...);
+    }
+
+   private:
+    F m_callable;
+  };
+
+  template <class F>
+  static connection_t make_callable_connection(callable_box_t<F>* box, subscriber_base_t* subscriber) {
+    connection_t connection;
+    connection.target = static_cast<void*>(box);
+    connection.subscriber = subscriber;
+    connection.caster = reinterpret_cast<caster_t>(&callable_box_t<F>::call);
+    connection.owned = box;
+    return connection;
+  }
+
  public:
   signal_templ() = default;
   signal_templ(const signal_templ&) = default;
@@ -170,6 +219,25 @@ class signal_templ : public signal_base_t {
   template <class Class>
   void disconnect(Class* target, void (Class::*member)(A...) const) {
     _erase(make_connection(target, member));
+  }
+
+  /// Calls `callable` with the arguments until `subscriber` dies. A null
+  /// subscriber connects nothing, as a null member target does.
+  template <class F, class = std::enable_if_t<is_slot<F>::value>>
+  void connect(subscriber_base_t* subscriber, F&& callable) {
+    if (subscriber == nullptr) return;
+    auto* box = new callable_box_t<std::decay_t<F>>(std::forward<F>(callable));
+    _insert(make_callable_connection(box, subscriber));
+    box->release();
+  }
+  /// Calls `callable` with the arguments until the returned handle ends the
+  /// connection; keep it, or release() it to connect for the signal's life.
+  template <class F, class = std::enable_if_t<is_slot<F>::value>>
+  [[nodiscard]] scoped_connection_t connect(F&& callable) {
+    auto* box = new callable_box_t<std::decay_t<F>>(std::forward<F>(callable));
+    auto* token = new subscriber_base_t;
+    _insert(make_callable_connection(box, token));
+    return scoped_connection_t(box, token);
   }
 
   void operator()(A... args) const;

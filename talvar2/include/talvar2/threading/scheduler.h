@@ -112,6 +112,13 @@ class TALVAR2_API scheduler_t {
   virtual bool task_group(const task_ptr_t& task, std::string& group) const = 0;
 };
 
+/// Threads of the default scheduler's worker pools; 0 picks the default
+/// given in the file's notes.
+struct worker_counts_t {
+  std::size_t service = 0;
+  std::size_t long_tasks = 0;
+};
+
 /// Creates a scheduler with the "service", "long tasks" and "delay tasks"
 /// units. `status_callback` receives its reports and is required: without
 /// one the misuse is reported and the result is empty. `wait_callback` (may
@@ -121,6 +128,11 @@ class TALVAR2_API scheduler_t {
 TALVAR2_API boost::shared_ptr<scheduler_t> create_default_scheduler(
     const boost::shared_ptr<scheduler_status_callback_t>& status_callback,
     const boost::shared_ptr<scheduler_wait_callback_t>& wait_callback, bool create_main_queue);
+/// The same with the given worker counts.
+TALVAR2_API boost::shared_ptr<scheduler_t> create_default_scheduler(
+    const boost::shared_ptr<scheduler_status_callback_t>& status_callback,
+    const boost::shared_ptr<scheduler_wait_callback_t>& wait_callback, bool create_main_queue,
+    const worker_counts_t& workers);
 
 /// The process-wide scheduler: installed with set_scheduler (an empty
 /// pointer uninstalls it), read with get_scheduler. Thread-safe.
