@@ -20,8 +20,10 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/talvar2/include/" "${PROJECT_SOURCE_DIR
   FILES_MATCHING PATTERN "*.h")
 
 # The shipped palettes, for ui_settings_configure_t::apply_theme.
+# The package exports the folder as orvix1_THEMES_DIR.
+set(ORVIX1_THEMES_INSTALL_DIR "${CMAKE_INSTALL_DATADIR}/orvix1/themes")
 install(FILES "${PROJECT_SOURCE_DIR}/themes/light.xml" "${PROJECT_SOURCE_DIR}/themes/dark.xml"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/orvix1/themes")
+  DESTINATION "${ORVIX1_THEMES_INSTALL_DIR}")
 
 install(EXPORT orvix1Targets
   NAMESPACE orvix1::
@@ -30,7 +32,8 @@ install(EXPORT orvix1Targets
 configure_package_config_file(
   "${CMAKE_CURRENT_LIST_DIR}/orvix1Config.cmake.in"
   "${PROJECT_BINARY_DIR}/orvix1Config.cmake"
-  INSTALL_DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}")
+  INSTALL_DESTINATION "${ORVIX1_CMAKE_INSTALL_DIR}"
+  PATH_VARS ORVIX1_THEMES_INSTALL_DIR)
 # The library's ABI changes with its major version (the SOVERSION).
 write_basic_package_version_file(
   "${PROJECT_BINARY_DIR}/orvix1ConfigVersion.cmake"
