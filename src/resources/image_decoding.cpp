@@ -108,58 +108,81 @@ std::size_t skip_gif_sub_blocks(const bytes_t& bytes, std::size_t at) {
 // The blocks are walked as GdkPixbuf walks them: bytes that start no block
 // are skipped, the trailer ends the file; whatever is cut short is left to
 // the decoders, which fail cleanly on it.
+// One walk through a GIF's blocks; what a block decides, the next ones see.
+class gif_walk_t {
+ public:
+  explicit gif_walk_t(const bytes_t& bytes)
+      : m_bytes(bytes), m_screen_width(bytes.le16(6)), m_screen_height(bytes.le16(8)) {}
+
+  std::string problem() {
+    std::string problem = size_problem(m_screen_width, m_screen_height);
+    std::size_t at = 13 + gif_colour_table_size(m_bytes.u8(10));
+    while (problem.empty() && m_bytes.has(at, 1)) {
+      const std::uint32_t introducer = m_bytes.u8(at++);
+      if (introducer == 0x3b) break;  // the trailer
+      if (introducer == 0x21) {       // an extension: its label, then sub-blocks
+        if (!m_bytes.has(at, 1)) break;
+        at = skip_extension(at);
+      } else if (introducer == 0x2c) {  // a frame: position, size, flags
+        if (!m_bytes.has(at, 9)) break;
+        problem = frame_problem(at);
+        at = skip_gif_sub_blocks(m_bytes, at + 9 + gif_colour_table_size(m_bytes.u8(at + 8)) + 1);
+      }
+      // Any other byte starts nothing: the decoder reads on past it.
+    }
+    return problem;
+  }
+
+ private:
+  // `at` is the extension's label; returns where the next block starts.
+  std::size_t skip_extension(std::size_t at) {
+    const std::uint32_t label = m_bytes.u8(at++);
+    const bool empty_first = !m_bytes.has(at, 1) || m_bytes.u8(at) == 0;
+    // A control block's disposal comes from its first sub-block; from an
+    // empty one GdkPixbuf takes a stale byte, so any disposal may follow.
+    if (label == 0xf9)
+      m_disposal = empty_first || !m_bytes.has(at + 1, 1) ? 7 : (m_bytes.u8(at + 1) >> 2) & 7;
+    // The first sub-block of a control or application extension is read on
+    // its own, then sub-blocks up to an empty one: after an empty first one
+    // the decoder reads on past it.
+    if ((label == 0xf9 || label == 0xff) && empty_first) ++at;
+    return skip_gif_sub_blocks(m_bytes, at);
+  }
+
+  std::string frame_problem(std::size_t at) {
+    const std::int64_t left = m_bytes.le16(at), top = m_bytes.le16(at + 2);
+    const std::int64_t width = m_bytes.le16(at + 4), height = m_bytes.le16(at + 6);
+    ++m_frames;
+    m_pixels += width * height;
+    const std::string which = "frame " + std::to_string(m_frames) + " of the GIF (" +
+                              std::to_string(width) + " x " + std::to_string(height) + " at " +
+                              std::to_string(left) + ", " + std::to_string(top) + ")";
+    std::string problem = size_problem(width, height);
+    if (problem.empty() && (width == 0 || height == 0)) return which + " has no pixels";
+    if (problem.empty() && m_disposal >= 2 &&
+        (left + width > m_screen_width || top + height > m_screen_height))
+      return which + " is to be cleared or restored but is not wholly on the " +
+             std::to_string(m_screen_width) + " x " + std::to_string(m_screen_height) + " screen";
+    if (problem.empty() && m_frames > k_most_gif_frames)
+      return "it has more than " + std::to_string(k_most_gif_frames) + " frames";
+    if (problem.empty() && m_pixels > k_most_animation_pixels)
+      return "its frames together declare more than " + std::to_string(k_most_animation_pixels) +
+             " pixels";
+    return problem;
+  }
+
+  const bytes_t& m_bytes;
+  const std::int64_t m_screen_width;
+  const std::int64_t m_screen_height;
+  std::int64_t m_pixels = 0;
+  std::uint32_t m_frames = 0;
+  // Kept from one control block to the next, as the decoder keeps it.
+  std::uint32_t m_disposal = 0;
+};
+
 std::string gif_problem(const bytes_t& bytes) {
   if (!bytes.has(0, 13)) return "its GIF header is cut off";
-  const std::int64_t screen_width = bytes.le16(6);
-  const std::int64_t screen_height = bytes.le16(8);
-  std::string problem = size_problem(screen_width, screen_height);
-  std::size_t at = 13 + gif_colour_table_size(bytes.u8(10));
-  std::int64_t pixels = 0;
-  std::uint32_t frames = 0;
-  // Kept from one control block to the next, as the decoder keeps it.
-  std::uint32_t disposal = 0;
-  while (problem.empty() && bytes.has(at, 1)) {
-    const std::uint32_t introducer = bytes.u8(at++);
-    if (introducer == 0x3b) break;  // the trailer
-    if (introducer == 0x21) {       // an extension: its label, then sub-blocks
-      if (!bytes.has(at, 1)) break;
-      const std::uint32_t label = bytes.u8(at++);
-      const bool empty_first = !bytes.has(at, 1) || bytes.u8(at) == 0;
-      // A control block's disposal comes from its first sub-block; from an
-      // empty one GdkPixbuf takes a stale byte, so any disposal may follow.
-      if (label == 0xf9)
-        disposal = empty_first || !bytes.has(at + 1, 1) ? 7 : (bytes.u8(at + 1) >> 2) & 7;
-      // The first sub-block of a control or application extension is read
-      // on its own, then sub-blocks up to an empty one: after an empty
-      // first one the decoder reads on past it.
-      if ((label == 0xf9 || label == 0xff) && empty_first) ++at;
-      at = skip_gif_sub_blocks(bytes, at);
-    } else if (introducer == 0x2c) {  // a frame: position, size, flags
-      if (!bytes.has(at, 9)) break;
-      const std::int64_t left = bytes.le16(at);
-      const std::int64_t top = bytes.le16(at + 2);
-      const std::int64_t width = bytes.le16(at + 4);
-      const std::int64_t height = bytes.le16(at + 6);
-      const std::string which = "frame " + std::to_string(++frames) + " of the GIF (" +
-                                std::to_string(width) + " x " + std::to_string(height) + " at " +
-                                std::to_string(left) + ", " + std::to_string(top) + ")";
-      pixels += width * height;
-      problem = size_problem(width, height);
-      if (problem.empty() && (width == 0 || height == 0)) problem = which + " has no pixels";
-      if (problem.empty() && disposal >= 2 &&
-          (left + width > screen_width || top + height > screen_height))
-        problem = which + " is to be cleared or restored but is not wholly on the " +
-                  std::to_string(screen_width) + " x " + std::to_string(screen_height) + " screen";
-      if (problem.empty() && frames > k_most_gif_frames)
-        problem = "it has more than " + std::to_string(k_most_gif_frames) + " frames";
-      if (problem.empty() && pixels > k_most_animation_pixels)
-        problem = "its frames together declare more than " +
-                  std::to_string(k_most_animation_pixels) + " pixels";
-      at = skip_gif_sub_blocks(bytes, at + 9 + gif_colour_table_size(bytes.u8(at + 8)) + 1);
-    }
-    // Any other byte starts nothing: the decoder reads on past it.
-  }
-  return problem;
+  return gif_walk_t(bytes).problem();
 }
 
 // The first frame header, as the decoder takes it.

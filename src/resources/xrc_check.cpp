@@ -193,55 +193,65 @@ problem_t check_stock_attributes(const wxXmlNode& node) {
   return problem_t();
 }
 
+// The values each font property may take; what is not here is refused.
+struct font_rule_t {
+  const char* name;
+  const char* expected;
+  bool (*accepts)(const wxString& text);
+};
+
+const font_rule_t k_font_rules[] = {
+    {"size", "a font size in points",
+     [](const wxString& text) {
+       double points = 0;
+       return parse_bounded_number(text, k_min_font_points, k_max_font_points, points);
+     }},
+    {"relativesize", "a relative size from 0.25 to 4",
+     [](const wxString& text) {
+       double factor = 0;
+       return parse_bounded_number(text, 0.25, 4, factor);
+     }},
+    {"style", "a font style",
+     [](const wxString& text) { return is_one_of(text, {"normal", "italic", "slant"}); }},
+    {"weight", "a font weight",
+     [](const wxString& text) {
+       return is_one_of(text, {"normal", "bold", "light", "thin", "extralight", "medium",
+                               "semibold", "extrabold", "heavy", "extraheavy"});
+     }},
+    {"family", "a font family",
+     [](const wxString& text) {
+       return is_one_of(text, {"default", "decorative", "roman", "script", "swiss", "modern",
+                               "teletype"});
+     }},
+    // wx enumerates the desktop's fonts once for every face it is offered.
+    {"face", "a short list of face names",
+     [](const wxString& text) {
+       const wxArrayString faces = wxSplit(text, ',', '\0');
+       if (faces.empty() || faces.size() > k_max_faces) return false;
+       for (const wxString& face : faces)
+         if (face.empty() || face.length() > k_max_face_length) return false;
+       return true;
+     }},
+    // Unknown encodings make wx ask the user which one to use.
+    {"encoding", "a known encoding",
+     [](const wxString& text) {
+       return is_one_of(text.Lower(), {"utf-8", "us-ascii", "iso-8859-1", "iso-8859-2",
+                                       "iso-8859-5", "iso-8859-7", "iso-8859-15", "koi8-r",
+                                       "windows-1250", "windows-1251", "windows-1252"});
+     }},
+    {"sysfont", "a system font",
+     [](const wxString& text) {
+       return is_one_of(text, {"wxSYS_OEM_FIXED_FONT", "wxSYS_ANSI_FIXED_FONT",
+                               "wxSYS_ANSI_VAR_FONT", "wxSYS_SYSTEM_FONT",
+                               "wxSYS_DEVICE_DEFAULT_FONT", "wxSYS_DEFAULT_GUI_FONT"});
+     }},
+};
+
 problem_t check_font_param(const wxXmlNode& param) {
   const wxString name = param.GetName();
-  if (name == "size")
-    return text_rule(param, "a font size in points", [](const wxString& text) {
-      double points = 0;
-      return parse_bounded_number(text, k_min_font_points, k_max_font_points, points);
-    });
-  if (name == "relativesize")
-    return text_rule(param, "a relative size from 0.25 to 4", [](const wxString& text) {
-      double factor = 0;
-      return parse_bounded_number(text, 0.25, 4, factor);
-    });
-  if (name == "style")
-    return text_rule(param, "a font style", [](const wxString& text) {
-      return is_one_of(text, {"normal", "italic", "slant"});
-    });
-  if (name == "weight")
-    return text_rule(param, "a font weight", [](const wxString& text) {
-      return is_one_of(text, {"normal", "bold", "light", "thin", "extralight", "medium",
-                              "semibold", "extrabold", "heavy", "extraheavy"});
-    });
-  if (name == "family")
-    return text_rule(param, "a font family", [](const wxString& text) {
-      return is_one_of(text, {"default", "decorative", "roman", "script", "swiss", "modern",
-                              "teletype"});
-    });
   if (name == "underlined" || name == "strikethrough") return check_bool(param);
-  if (name == "face")
-    // wx enumerates the desktop's fonts once for every face it is offered.
-    return text_rule(param, "a short list of face names", [](const wxString& text) {
-      const wxArrayString faces = wxSplit(text, ',', '\0');
-      if (faces.empty() || faces.size() > k_max_faces) return false;
-      for (const wxString& face : faces)
-        if (face.empty() || face.length() > k_max_face_length) return false;
-      return true;
-    });
-  if (name == "encoding")
-    // Unknown encodings make wx ask the user which one to use.
-    return text_rule(param, "a known encoding", [](const wxString& text) {
-      return is_one_of(text.Lower(), {"utf-8", "us-ascii", "iso-8859-1", "iso-8859-2",
-                                      "iso-8859-5", "iso-8859-7", "iso-8859-15", "koi8-r",
-                                      "windows-1250", "windows-1251", "windows-1252"});
-    });
-  if (name == "sysfont")
-    return text_rule(param, "a system font", [](const wxString& text) {
-      return is_one_of(text, {"wxSYS_OEM_FIXED_FONT", "wxSYS_ANSI_FIXED_FONT",
-                              "wxSYS_ANSI_VAR_FONT", "wxSYS_SYSTEM_FONT",
-                              "wxSYS_DEVICE_DEFAULT_FONT", "wxSYS_DEFAULT_GUI_FONT"});
-    });
+  for (const font_rule_t& rule : k_font_rules)
+    if (name == rule.name) return text_rule(param, rule.expected, rule.accepts);
   return "unknown font property";
 }
 
