@@ -1,7 +1,6 @@
 #include "orvix1/wxPopupButton.h"
 #include "orvix1/wxPopupMenu.h"
 
-#include <cstdlib>
 #include <string>
 
 #include "orvix1/ui_settings.h"
@@ -132,16 +131,6 @@ TEST_F(Popup, ArrowPaddingsAndCrossGrowWithTheScale) {
 
 namespace {
 
-// How many pixels of `area` stand out from `background` by at least a third
-// of the brightness range: what a reader can make out.
-int readable_pixels(const orvix1_test::paint_canvas_t& canvas, const wxRect& area, const wxColour& background) {
-  int readable = 0;
-  for (int y = area.y; y < area.GetBottom(); ++y)
-    for (int x = area.x; x < area.GetRight(); ++x)
-      if (std::abs(canvas.at(x, y).GetLuminance() - background.GetLuminance()) > 0.33) ++readable;
-  return readable;
-}
-
 // Under either shipped theme the button and the menu paint from the palette:
 // the count and the rows read on their backgrounds.
 TEST_F(Popup, ButtonAndMenuFollowTheThemeAndTheirTextReads) {
@@ -157,7 +146,7 @@ TEST_F(Popup, ButtonAndMenuFollowTheThemeAndTheirTextReads) {
     button_canvas.paint([&](wxDC& dc) { button->DrawButton(dc); });
     const wxColour active = palette->get_color(orvix1::color_selection_bg);
     EXPECT_EQ(button_canvas.at(1, 1), active);
-    EXPECT_GT(readable_pixels(button_canvas, wxRect(size), active), 10);
+    EXPECT_GT(button_canvas.standing_out(wxRect(size), active, 0.33), 10);
 
     auto* menu = new orvix1::wxPopupMenu(button);
     menu->Append("Readable row");
@@ -167,7 +156,7 @@ TEST_F(Popup, ButtonAndMenuFollowTheThemeAndTheirTextReads) {
     menu_canvas.paint([&](wxDC& dc) { menu->DrawRows(dc); });
     const wxColour background = palette->get_color(orvix1::color_window_bg);
     EXPECT_EQ(menu_canvas.at(1, 1), background);
-    EXPECT_GT(readable_pixels(menu_canvas, wxRect(menu_size), background), 20);
+    EXPECT_GT(menu_canvas.standing_out(wxRect(menu_size), background, 0.33), 20);
     button->Destroy();
   }
 }

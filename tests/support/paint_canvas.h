@@ -4,6 +4,7 @@
 // A bitmap to paint on through a memory DC and to read pixels back from.
 
 #include <algorithm>
+#include <cmath>
 
 #include <wx/bitmap.h>
 #include <wx/brush.h>
@@ -43,6 +44,15 @@ class paint_canvas_t {
     for (int y = area.y; y < area.y + area.height; ++y)
       for (int x = area.x; x < area.x + area.width; ++x)
         if (at(x, y) == colour) ++found;
+    return found;
+  }
+  // How many pixels of `area` differ in brightness from `background` by
+  // more than `by` (0 to 1): what a reader can make out on it.
+  int standing_out(const wxRect& area, const wxColour& background, double by) const {
+    int found = 0;
+    for (int y = area.y; y < area.y + area.height; ++y)
+      for (int x = area.x; x < area.x + area.width; ++x)
+        if (std::abs(at(x, y).GetLuminance() - background.GetLuminance()) > by) ++found;
     return found;
   }
   bool all(const wxRect& area, const wxColour& colour) const {

@@ -1,6 +1,5 @@
 #include "orvix1/wxTabButton.h"
 
-#include <cstdlib>
 #include <memory>
 
 #include "orvix1/text_utils.h"
@@ -160,12 +159,8 @@ TEST_F(TabButton, TheCrossReadsOnLightAndDarkTabs) {
   for (const wxColour& background : {wxColour(250, 250, 250), wxColour(30, 31, 34)}) {
     button->SetColor(wxTabButton::bg_normal, background);
     const paint_canvas_t canvas = painted(button);
-    const wxRect cross = button->CalculateCrossRect();
-    int standing_out = 0;
-    for (int y = cross.y; y < cross.GetBottom(); ++y)
-      for (int x = cross.x; x < cross.GetRight(); ++x)
-        if (std::abs(canvas.at(x, y).GetLuminance() - background.GetLuminance()) > 0.4) ++standing_out;
-    EXPECT_GE(standing_out, 12) << background.GetAsString();
+    EXPECT_GE(canvas.standing_out(button->CalculateCrossRect(), background, 0.4), 12)
+        << background.GetAsString();
   }
 }
 

@@ -13,23 +13,22 @@
 #include <gtest/gtest.h>
 
 #include "orvix1/tasks/Scheduler.h"
+#include "orvix1/testing.h"
 #include "support/wx_test_environment.h"
 
 namespace orvix1_test {
 
-// Waits until `done` holds, pumping the GUI loop if asked; false after ten
-// seconds, so that a broken test ends instead of hanging.
-inline bool wait_until(const std::function<bool()>& done, bool pump) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (!done()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    if (pump) pump_events();
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
+// Pumps the GUI loop until `done` holds; false after ten seconds, so that a
+// broken test ends instead of hanging.
+inline bool pump_until(const std::function<bool()>& done) {
+  return orvix1::testing::pump_until(done, std::chrono::seconds(10));
 }
-inline bool pump_until(const std::function<bool()>& done) { return wait_until(done, true); }
-inline void hold_until(const std::function<bool()>& done) { wait_until(done, false); }
+// Waits, without pumping, for a worker to make `done` hold; the same bound.
+inline void hold_until(const std::function<bool()>& done) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!done() && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
 
 class completion_recorder_t : public orvix1::tasks::ISchedulerStatusCallback {
  public:
