@@ -13,6 +13,7 @@
 #include "orvix1/html_help_window.h"
 #include "orvix1/native_window.h"
 #include "orvix1/xrc_handlers.h"
+#include "accessibility/accessible.h"
 #include "core/contract_sites.h"
 #include "host/library_clients.h"
 
@@ -58,7 +59,12 @@ void assert_not_over_cleaned() {
 // The process-wide mouse signal: built at load, destroyed at unload.
 talvar2::signal_t<wxMouseEvent*> g_signal;
 
-bool wxDLLGlobalApp::OnInit() { return true; }
+// The accessible type goes in before any library window exists: GTK keeps
+// the accessible object it made first.
+bool wxDLLGlobalApp::OnInit() {
+  accessibility::install();
+  return true;
+}
 
 int wxDLLGlobalApp::OnExit() { return wxAppBase::OnExit(); }
 
@@ -74,6 +80,7 @@ wxDLLGlobalApp& wxGetApp() { return *static_cast<wxDLLGlobalApp*>(wxApp::GetInst
 bool initialize_wxwidgets(void* main_window) {
   ++g_initialization_counter;
   g_main_window = main_window;
+  accessibility::install();
   if (g_handlers_registered) return true;
   g_handlers_registered = true;
   register_handlers();
