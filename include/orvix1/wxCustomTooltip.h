@@ -11,6 +11,7 @@
 /// color_info_text (12).
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include <wx/popupwin.h>
@@ -21,6 +22,10 @@
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
+
+namespace detail {
+class tooltip_accessible_t;
+}  // namespace detail
 
 namespace elements {
 class ElementAdapter;
@@ -107,6 +112,7 @@ class ORVIX1_API wxCustomTooltip : public wxPopupWindow, public talvar2::subscri
   elements::ElementAdapter* m_adapter = nullptr;
   talvar2::intrusive_pointer_t<elements::RectangleElement> m_frame;
   talvar2::intrusive_pointer_t<elements::TextElement> m_text;
+  std::unique_ptr<detail::tooltip_accessible_t> m_accessible;
   wxWindow* m_owner = nullptr;
   wxPoint m_offset;
   bool m_offset_set_by_caller = false;

@@ -8,6 +8,8 @@
 /// under the pointer, "clPopupSelBg" when active; the count and the arrow in
 /// "clPopupText" or, when active, "clPopupSelText"; the count in "fnPopup".
 
+#include <memory>
+
 #include <wx/control.h>
 
 #include "orvix1/export.h"
@@ -15,12 +17,18 @@
 #include "orvix1/wxPopupWnd.h"
 
 namespace orvix1 {
+
+namespace detail {
+class popup_button_accessible_t;
+}  // namespace detail
+
 /// A small drop-down button that opens a popup below itself.
 class ORVIX1_API wxPopupButton : public wxControl, public StyledBase {
  public:
   wxPopupButton();
   wxPopupButton(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
                 const wxSize& size = wxDefaultSize, long style = 0);
+  ~wxPopupButton() override;
   bool Create(wxWindow* parent, wxWindowID id, const wxPoint& position = wxDefaultPosition,
               const wxSize& size = wxDefaultSize, long style = 0);
 
@@ -33,6 +41,11 @@ class ORVIX1_API wxPopupButton : public wxControl, public StyledBase {
   void SetActive(bool active, int count = 0);
   bool IsActive() const { return m_active; }
   int GetCount() const { return m_count; }
+
+  /// What screen readers call the button, which draws only an arrow and a
+  /// count; empty by default.
+  void SetAccessibleName(const wxString& name);
+  const wxString& GetAccessibleName() const { return m_accessible_name; }
 
   bool AcceptsFocus() const override { return false; }
 
@@ -54,6 +67,8 @@ class ORVIX1_API wxPopupButton : public wxControl, public StyledBase {
   bool m_active = false;
   bool m_hovered = false;
   int m_count = 0;
+  wxString m_accessible_name;
+  std::unique_ptr<detail::popup_button_accessible_t> m_accessible;
 
   wxDECLARE_DYNAMIC_CLASS(wxPopupButton);
   wxDECLARE_EVENT_TABLE();

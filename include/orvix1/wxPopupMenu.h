@@ -8,6 +8,7 @@
 /// for disabled ones, "clPopupSelBg" and "clPopupSelText" for the hot row,
 /// "clPopupBorder" for separators, and measures and writes in "fnPopup".
 
+#include <memory>
 #include <vector>
 
 #include <wx/bitmap.h>
@@ -19,12 +20,18 @@
 #include "talvar2/functor/signal.h"
 
 namespace orvix1 {
+
+namespace detail {
+class popup_menu_accessible_t;
+}  // namespace detail
+
 /// An owner-drawn popup menu with images, separators and closable rows.
 class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
  public:
   using row_signal_t = talvar2::signal_t<int>;
 
   explicit wxPopupMenu(wxWindow* parent);
+  ~wxPopupMenu() override;
 
   /// The new row's index.
   int Append(const wxString& text, const wxBitmap& bitmap = wxNullBitmap, bool closable = false,
@@ -33,6 +40,9 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
   void Clear();
   int GetRowCount() const { return m_row_count; }
   wxString GetRowText(int row) const;
+  /// False for a row out of range.
+  bool IsRowEnabled(int row) const;
+  bool IsRowClosable(int row) const;
   bool HasContent() const override { return m_row_count > 0; }
 
   /// The row under a client position and whether the position is on its
@@ -75,6 +85,7 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
   int RowHeight() const;
   /// The normal (0) or hovered (1) cross, made for the current scale.
   const wxBitmap& CrossBitmap(int look) const;
+  void ChangeHotRow(int row, bool on_cross);
 
   void OnPaint(wxPaintEvent& event);
   void OnMotion(wxMouseEvent& event);
@@ -89,6 +100,7 @@ class ORVIX1_API wxPopupMenu : public wxPopupWnd, public StyledBase {
   mutable wxBitmap m_cross[2];  ///< normal, hovered; made when first drawn
   mutable double m_cross_scale = 0.0;
   mutable double m_cross_content_scale = 0.0;
+  std::unique_ptr<detail::popup_menu_accessible_t> m_accessible;
   row_signal_t m_chosen;
   row_signal_t m_delete_requested;
 

@@ -27,6 +27,7 @@ class wxCustomTooltip;
 class wxTabPanel;
 
 namespace detail {
+class tab_accessible_t;
 class tab_art_t;
 class tab_measurer_t;
 struct tab_face_t;
@@ -220,6 +221,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   friend class wxTabPanel;
 
   void init(const wxString& label);
+  void SetSelectedFlag(bool selected);
   void ContentChanged();
   wxSize CalculateSize(detail::tab_measurer_t& measurer) const;
   detail::tab_face_t Face(const wxBitmap& image, const wxString& caption) const;
@@ -256,6 +258,7 @@ class ORVIX1_API wxTabButton : public wxControl, public StyledBase {
   wxImage m_background_image;
   wxAnimationCtrl* m_animation_ctrl = nullptr;
   std::unique_ptr<detail::tab_art_t> m_art;
+  std::unique_ptr<detail::tab_accessible_t> m_accessible;
   color_slot_t m_colors[color_types_end];
 
   bool m_hovered = false;

@@ -27,6 +27,7 @@ class wxTabPanel;
 
 namespace detail {
 class tab_art_t;
+class tab_strip_accessible_t;
 struct tab_margins_t;
 struct tab_strip_layout_t;
 struct tab_strip_params_t;
@@ -288,6 +289,7 @@ class ORVIX1_API wxTabPanel : public wxWindow, public StyledBase {
   wxTabButton* m_brought_into_view = nullptr;
   /// Measures the buttons for the layout.
   std::unique_ptr<detail::tab_art_t> m_art;
+  std::unique_ptr<detail::tab_strip_accessible_t> m_accessible;
   /// The last layout made; its buffers serve the next one.
   std::unique_ptr<detail::tab_strip_layout_t> m_layout;
   mutable std::vector<wxSize> m_best_sizes;  // by button index

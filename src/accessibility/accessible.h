@@ -69,12 +69,15 @@ class part_t {
 // GTK keeps the accessible object it made first.
 ORVIX1_API void install();
 
-// Ties `part` to `window`'s accessible object until `detach`. The window's
-// owner keeps `part` alive and detaches before it goes.
+// Ties `part` to `window`'s accessible object until `detach`: that of its
+// client area, which for a top-level or scrolled window lies inside the
+// toolkit's own frame or scroller object. The window's owner keeps `part`
+// alive and detaches before it goes.
 ORVIX1_API void attach(wxWindow* window, part_t* part);
 ORVIX1_API void detach(wxWindow* window);
 
-// The window's accessible object (made on first use), or null.
+// The accessible object of the window's client area (made on first use),
+// the one `attach` ties parts to; or null.
 ORVIX1_API AtkObject* accessible_of(const wxWindow* window);
 
 // The accessible object of a part drawn inside `window`.

@@ -159,18 +159,29 @@ void install() {
   (void)installed;
 }
 
+namespace {
+
+// The client-area widget: a top-level window's handle is its GtkWindow and a
+// scrolled window's a scrolling container, whose accessible types are GTK's
+// own; the client area inside them has ours.
+GtkWidget* client_widget(const wxWindow* window) {
+  return window->m_wxwindow ? window->m_wxwindow : window->GetHandle();
+}
+
+}  // namespace
+
 void attach(wxWindow* window, part_t* part) {
   install();
-  g_object_set_qdata(G_OBJECT(window->GetHandle()), part_quark(), part);
+  g_object_set_qdata(G_OBJECT(client_widget(window)), part_quark(), part);
 }
 
 void detach(wxWindow* window) {
-  if (GtkWidget* widget = window->GetHandle())
+  if (GtkWidget* widget = client_widget(window))
     g_object_set_qdata(G_OBJECT(widget), part_quark(), nullptr);
 }
 
 AtkObject* accessible_of(const wxWindow* window) {
-  GtkWidget* widget = window ? window->GetHandle() : nullptr;
+  GtkWidget* widget = window ? client_widget(window) : nullptr;
   return widget ? gtk_widget_get_accessible(widget) : nullptr;
 }
 

@@ -6,6 +6,7 @@
 
 #include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
+#include "popups/popup_accessible.h"
 
 namespace orvix1 {
 namespace {
@@ -33,6 +34,8 @@ wxEND_EVENT_TABLE()
 
 wxPopupButton::wxPopupButton() = default;
 
+wxPopupButton::~wxPopupButton() = default;
+
 wxPopupButton::wxPopupButton(wxWindow* parent, wxWindowID id, const wxPoint& position,
                              const wxSize& size, long style) {
   Create(parent, id, position, size, style);
@@ -46,6 +49,7 @@ bool wxPopupButton::Create(wxWindow* parent, wxWindowID id, const wxPoint& posit
     return false;
   SetUiStyle(new popup_style_t);
   SetInitialSize(size);
+  m_accessible = std::make_unique<detail::popup_button_accessible_t>(*this);
   return true;
 }
 
@@ -65,6 +69,12 @@ void wxPopupButton::SetActive(bool active, int count) {
   m_count = count;
   InvalidateBestSize();
   Refresh();
+}
+
+void wxPopupButton::SetAccessibleName(const wxString& name) {
+  if (name == m_accessible_name) return;
+  m_accessible_name = name;
+  if (m_accessible) accessibility::notify_name(accessibility::accessible_of(this));
 }
 
 wxString wxPopupButton::CountText() const {

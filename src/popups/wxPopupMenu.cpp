@@ -7,6 +7,7 @@
 #include "look/tab_cross_images.h"
 #include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
+#include "popups/popup_accessible.h"
 
 namespace orvix1 {
 namespace {
@@ -35,7 +36,10 @@ wxEND_EVENT_TABLE()
 wxPopupMenu::wxPopupMenu(wxWindow* parent) : wxPopupWnd(parent) {
   SetBackgroundStyle(wxBG_STYLE_PAINT);
   SetUiStyle(new popup_style_t);
+  m_accessible = std::make_unique<detail::popup_menu_accessible_t>(*this);
 }
+
+wxPopupMenu::~wxPopupMenu() = default;
 
 void wxPopupMenu::on_style_updated() {
   InvalidateBestSize();
@@ -52,6 +56,7 @@ int wxPopupMenu::Append(const wxString& text, const wxBitmap& bitmap, bool closa
   item.row = m_row_count++;
   m_items.push_back(item);
   InvalidateBestSize();
+  m_accessible->rows_changed();
   return item.row;
 }
 
@@ -68,6 +73,7 @@ void wxPopupMenu::Clear() {
   m_hot_row = -1;
   m_hot_cross = false;
   InvalidateBestSize();
+  m_accessible->rows_changed();
   Refresh();
 }
 
@@ -80,6 +86,16 @@ const wxPopupMenu::item_t* wxPopupMenu::FindRow(int row) const {
 wxString wxPopupMenu::GetRowText(int row) const {
   const item_t* item = FindRow(row);
   return item != nullptr ? item->text : wxString();
+}
+
+bool wxPopupMenu::IsRowEnabled(int row) const {
+  const item_t* item = FindRow(row);
+  return item != nullptr && !item->disabled;
+}
+
+bool wxPopupMenu::IsRowClosable(int row) const {
+  const item_t* item = FindRow(row);
+  return item != nullptr && item->closable;
 }
 
 int wxPopupMenu::RowHeight() const {
@@ -145,7 +161,14 @@ int wxPopupMenu::HitTest(const wxPoint& position, bool* on_cross) const {
 
 void wxPopupMenu::SetHotRow(int row) {
   if (row < -1 || row >= m_row_count || row == m_hot_row) return;
+  ChangeHotRow(row, m_hot_cross);
+}
+
+void wxPopupMenu::ChangeHotRow(int row, bool on_cross) {
+  const int previous = m_hot_row;
   m_hot_row = row;
+  m_hot_cross = on_cross;
+  if (previous != row) m_accessible->hot_row_changed(previous);
   Refresh();
 }
 
@@ -236,11 +259,7 @@ void wxPopupMenu::DrawRows(wxDC& dc) const {
 void wxPopupMenu::OnMotion(wxMouseEvent& event) {
   bool on_cross = false;
   const int row = HitTest(event.GetPosition(), &on_cross);
-  if (row != m_hot_row || on_cross != m_hot_cross) {
-    m_hot_row = row;
-    m_hot_cross = on_cross;
-    Refresh();
-  }
+  if (row != m_hot_row || on_cross != m_hot_cross) ChangeHotRow(row, on_cross);
   event.Skip();
 }
 

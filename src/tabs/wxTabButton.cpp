@@ -10,6 +10,7 @@
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
+#include "tabs/tab_accessible.h"
 #include "tabs/tab_art.h"
 
 namespace orvix1 {
@@ -199,6 +200,7 @@ bool wxTabButton::Create(wxWindow* parent, wxWindowID id, const wxString& label,
                          "wxTabButton"))
     return false;
   init(label);
+  m_accessible = std::make_unique<detail::tab_accessible_t>(*this);
   m_created = true;
   if (size == wxDefaultSize) SetSize(CalculateSize());
   return true;
@@ -211,14 +213,22 @@ void wxTabButton::init(const wxString& label) {
 
 // --- state --------------------------------------------------------------------
 
+// Whatever moves the selection, a mouse click, a key or the host's code,
+// ends here: screen readers hear of it from one place.
+void wxTabButton::SetSelectedFlag(bool selected) {
+  if (m_selected == selected) return;
+  m_selected = selected;
+  if (m_accessible) m_accessible->selection_changed();
+}
+
 void wxTabButton::Press() {
-  m_selected = true;
+  SetSelectedFlag(true);
   UpdateAnimationBg(bg_pressed);
   Refresh();
 }
 
 void wxTabButton::Restore() {
-  m_selected = false;
+  SetSelectedFlag(false);
   UpdateAnimationBg(m_hovered ? bg_hover : bg_normal);
   Refresh();
 }
@@ -233,8 +243,10 @@ void wxTabButton::Toggle() {
 void wxTabButton::SetState(int state) {
   m_hovered = (state & state_hovered) != 0;
   m_left_pressed = (state & state_pressed) != 0;
-  m_selected = (state & state_selected) != 0;
+  const bool was_disabled = m_disabled;
   m_disabled = (state & state_disabled) != 0;
+  SetSelectedFlag((state & state_selected) != 0);
+  if (m_accessible && was_disabled != m_disabled) m_accessible->disabled_changed();
   Refresh();
 }
 
@@ -247,6 +259,7 @@ void wxTabButton::SetDisabled(bool disabled) {
   if (m_disabled == disabled) return;
   m_disabled = disabled;
   m_grey_bitmap = wxNullBitmap;
+  if (m_accessible) m_accessible->disabled_changed();
   Refresh();
 }
 
@@ -267,6 +280,7 @@ void wxTabButton::ContentChanged() {
 void wxTabButton::SetLabel(const wxString& label) {
   if (label == m_caption) return;
   m_caption = label;
+  if (m_accessible) m_accessible->caption_changed();
   ContentChanged();
 }
 

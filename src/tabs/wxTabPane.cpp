@@ -13,6 +13,9 @@ namespace {
 
 const char k_background_key[] = "clBg";
 
+// What screen readers call the overflow button, whose face shows only a count.
+wxString more_tabs_name(int listed) { return wxString::Format("More tabs (%d)", listed); }
+
 }  // namespace
 
 wxIMPLEMENT_DYNAMIC_CLASS(wxTabPane, wxWindow);
@@ -49,6 +52,7 @@ bool wxTabPane::create(wxWindow* parent, wxWindowID id, const wxPoint& position,
     return false;
   m_popup_button = new wxPopupButton(this, wxID_ANY);
   m_popup_button->Hide();
+  m_popup_button->SetAccessibleName(more_tabs_name(0));
   m_menu = new wxTabButtonsMenu(m_popup_button);
   m_popup_button->SetPopup(m_menu);
   m_menu->before_popup().connect(this, &wxTabPane::OnBeforePopup);
@@ -334,6 +338,10 @@ void wxTabPane::UpdateButtonState() {
     m_popup_button->SetActive(true, secondary->GetHiddenCount());
   else
     m_popup_button->SetActive(false);
+  // The drawn count is one strip's; the menu lists the hidden tabs of both.
+  const int listed = (primary != nullptr ? primary->GetHiddenCount() : 0) +
+                     (secondary != nullptr ? secondary->GetHiddenCount() : 0);
+  m_popup_button->SetAccessibleName(more_tabs_name(listed));
 }
 
 // --- layout -------------------------------------------------------------------

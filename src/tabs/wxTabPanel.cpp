@@ -10,6 +10,7 @@
 #include "orvix1/dpi.h"
 #include "orvix1/text_utils.h"
 #include "orvix1/ui_settings.h"
+#include "tabs/tab_accessible.h"
 #include "tabs/tab_art.h"
 #include "tabs/tab_strip_layout.h"
 
@@ -69,6 +70,7 @@ bool wxTabPanel::create(wxWindow* parent, wxWindowID id, const wxPoint& position
   if (!wxWindow::Create(parent, id, position, size, style | wxBORDER_NONE, "wxTabPanel"))
     return false;
   init();
+  m_accessible = std::make_unique<detail::tab_strip_accessible_t>(*this);
   return true;
 }
 

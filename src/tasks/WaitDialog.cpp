@@ -10,6 +10,7 @@
 #include "host/dialog_placement.h"
 #include "orvix1/tasks/dialog_info.h"
 #include "orvix1/ui_settings.h"
+#include "tasks/dialog_accessible.h"
 
 namespace orvix1 {
 namespace tasks {
@@ -60,6 +61,7 @@ WaitDialog::~WaitDialog() { delete m_timer; }
 void WaitDialog::Initialize(wxWindow* parent) {
   m_timer = new wxTimer(this, poll_timer_id);
   Create(parent, wxID_ANY, "prod_name", wxDefaultPosition, wxDefaultSize, wxCAPTION);
+  detail::make_accessible_dialog(*this);
 
   const talvar2::intrusive_pointer_t<ui_settings_t> palette = ui_settings_t::get();
   auto* box = new wxBoxSizer(wxVERTICAL);

@@ -9,6 +9,7 @@
 #include "orvix1/elements/TextElement.h"
 #include "orvix1/ui_settings.h"
 #include "core/contract_sites.h"
+#include "tooltip/tooltip_accessible.h"
 
 namespace orvix1 {
 
@@ -47,6 +48,7 @@ wxCustomTooltip::wxCustomTooltip()
       m_show_timer(this, show_timer_id),
       m_hide_timer(this, hide_timer_id) {
   SetBackgroundStyle(wxBG_STYLE_PAINT);
+  m_accessible = std::make_unique<detail::tooltip_accessible_t>(*this);
   m_adapter = new elements::ElementAdapter(this);
   m_frame = new elements::RectangleElement();
   m_adapter->SetRootElement(m_frame);
@@ -98,6 +100,7 @@ void wxCustomTooltip::Attach(wxWindow* target) {
   m_owner = target;
   BindTarget(target, true);
   m_active_tooltips[target] = this;
+  m_accessible->attached(*target, GetText());
 }
 
 void wxCustomTooltip::Detach(wxWindow* target) {
@@ -106,6 +109,7 @@ void wxCustomTooltip::Detach(wxWindow* target) {
   BindTarget(target, false);
   m_active_tooltips.erase(target);
   m_owner = nullptr;
+  m_accessible->detached(true);
 }
 
 void wxCustomTooltip::BindTarget(wxWindow* target, bool bind) {
@@ -133,6 +137,7 @@ bool wxCustomTooltip::IsTooltipsMapEmpty() { return m_active_tooltips.empty(); }
 
 void wxCustomTooltip::SetText(const std::string& text) {
   m_text->SetText(text);
+  m_accessible->text_changed(GetText());
   if (text.empty()) DoHideTooltip();
 }
 
@@ -264,6 +269,7 @@ void wxCustomTooltip::OnOwnerDestroyed(wxWindowDestroyEvent& event) {
   DoHideTooltip();
   m_active_tooltips.erase(m_owner);
   m_owner = nullptr;
+  m_accessible->detached(false);
 }
 
 // Input that lands on the tooltip outside its target goes on to the target.

@@ -1,0 +1,80 @@
+#ifndef ORVIX1_TESTS_ATK_EVENT_LOG_H
+#define ORVIX1_TESTS_ATK_EVENT_LOG_H
+
+// The events a screen reader hears from some accessible objects, as text:
+// "<label> selected=1", "<label> name=<new name>", "<label> description=<new
+// description>", "<label> child+", "<label> child-", "<label> activate".
+
+#include <atk/atk.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/atk_probe.h"
+
+namespace orvix1_test {
+
+class atk_event_log_t {
+ public:
+  atk_event_log_t() = default;
+  atk_event_log_t(const atk_event_log_t&) = delete;
+  atk_event_log_t& operator=(const atk_event_log_t&) = delete;
+  ~atk_event_log_t() {
+    for (const auto& [object, handler] : m_handlers) g_signal_handler_disconnect(object, handler);
+    for (const auto& watched : m_watched) g_object_unref(watched->object);
+  }
+
+  void watch(AtkObject* object, const std::string& label) {
+    m_watched.push_back(std::make_unique<watched_t>(watched_t{this, g_object_ref(object), label}));
+    watched_t* watched = m_watched.back().get();
+    connect(object, "state-change", G_CALLBACK(on_state), watched);
+    connect(object, "notify::accessible-name", G_CALLBACK(on_name), watched);
+    connect(object, "notify::accessible-description", G_CALLBACK(on_description), watched);
+    connect(object, "children-changed::add", G_CALLBACK(on_child_added), watched);
+    connect(object, "children-changed::remove", G_CALLBACK(on_child_removed), watched);
+    if (ATK_IS_WINDOW(object)) connect(object, "activate", G_CALLBACK(on_activate), watched);
+  }
+
+  // The events since the last take, oldest first.
+  std::vector<std::string> take() { return std::exchange(m_events, {}); }
+
+ private:
+  struct watched_t {
+    atk_event_log_t* log;
+    AtkObject* object;
+    std::string label;
+  };
+
+  void connect(AtkObject* object, const char* signal, GCallback callback, watched_t* watched) {
+    m_handlers.emplace_back(object, g_signal_connect(object, signal, callback, watched));
+  }
+  static void add(watched_t* watched, const std::string& event) {
+    watched->log->m_events.push_back(watched->label + " " + event);
+  }
+  static void on_state(AtkObject*, gchar* state, gboolean value, gpointer data) {
+    add(static_cast<watched_t*>(data), std::string(state) + (value ? "=1" : "=0"));
+  }
+  static void on_name(AtkObject* object, GParamSpec*, gpointer data) {
+    add(static_cast<watched_t*>(data), "name=" + name_of(object));
+  }
+  static void on_description(AtkObject* object, GParamSpec*, gpointer data) {
+    add(static_cast<watched_t*>(data), "description=" + description_of(object));
+  }
+  static void on_child_added(AtkObject*, guint, gpointer, gpointer data) {
+    add(static_cast<watched_t*>(data), "child+");
+  }
+  static void on_child_removed(AtkObject*, guint, gpointer, gpointer data) {
+    add(static_cast<watched_t*>(data), "child-");
+  }
+  static void on_activate(AtkObject*, gpointer data) { add(static_cast<watched_t*>(data), "activate"); }
+
+  std::vector<std::unique_ptr<watched_t>> m_watched;
+  std::vector<std::pair<AtkObject*, gulong>> m_handlers;
+  std::vector<std::string> m_events;
+};
+
+}  // namespace orvix1_test
+
+#endif
