@@ -4,6 +4,8 @@
 // The events a screen reader hears from some accessible objects, as text:
 // "<label> selected=1", "<label> name=<new name>", "<label> description=<new
 // description>", "<label> child+", "<label> child-", "<label> activate".
+// Showing and visible come from GTK mapping windows, whenever a layout
+// moves them: they are left out unless asked for.
 
 #include <atk/atk.h>
 
@@ -26,8 +28,9 @@ class atk_event_log_t {
     for (const auto& watched : m_watched) g_object_unref(watched->object);
   }
 
-  void watch(AtkObject* object, const std::string& label) {
-    m_watched.push_back(std::make_unique<watched_t>(watched_t{this, g_object_ref(object), label}));
+  void watch(AtkObject* object, const std::string& label, bool with_visibility = false) {
+    m_watched.push_back(
+        std::make_unique<watched_t>(watched_t{this, g_object_ref(object), label, with_visibility}));
     watched_t* watched = m_watched.back().get();
     connect(object, "state-change", G_CALLBACK(on_state), watched);
     connect(object, "notify::accessible-name", G_CALLBACK(on_name), watched);
@@ -45,6 +48,7 @@ class atk_event_log_t {
     atk_event_log_t* log;
     AtkObject* object;
     std::string label;
+    bool with_visibility;
   };
 
   void connect(AtkObject* object, const char* signal, GCallback callback, watched_t* watched) {
@@ -54,7 +58,10 @@ class atk_event_log_t {
     watched->log->m_events.push_back(watched->label + " " + event);
   }
   static void on_state(AtkObject*, gchar* state, gboolean value, gpointer data) {
-    add(static_cast<watched_t*>(data), std::string(state) + (value ? "=1" : "=0"));
+    auto* watched = static_cast<watched_t*>(data);
+    const std::string name(state);
+    if (!watched->with_visibility && (name == "showing" || name == "visible")) return;
+    add(watched, name + (value ? "=1" : "=0"));
   }
   static void on_name(AtkObject* object, GParamSpec*, gpointer data) {
     add(static_cast<watched_t*>(data), "name=" + name_of(object));

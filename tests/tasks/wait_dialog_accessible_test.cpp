@@ -39,7 +39,7 @@ TEST(WaitDialogAccessible, ADialogNamedByItsTitleWithItsMessageAsALabelAnnounced
   EXPECT_NE(std::find(labels.begin(), labels.end(), "Writing the archive"), labels.end());
 
   atk_event_log_t log;
-  log.watch(frame, "dialog");
+  log.watch(frame, "dialog", true);
   dialog->Show();
   const std::vector<std::string> events = log.take();
   for (const char* event : {"dialog showing=1", "dialog activate"})
