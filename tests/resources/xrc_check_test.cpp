@@ -69,6 +69,7 @@ const hostile_object_t k_hostile[] = {
     {"colour", "wxColour", "<value>rgba(1,2,3,9)</value>", "<value>: not a colour"},
     {"control", "wxColour", "<value>re&#127;d</value>", "control characters"},
     {"empty", "wxColour", "", "no <value>"},
+    {"nofont", "wxFont", "", "no <font>"},
     {"extra", "wxColour", "<value>#102030</value><size>1</size>", "<size>: unknown property"},
     {"child", "wxColour", "<value>#102030<b/></value>", "nested elements"},
     {"deep", "wxFont", "<font><size><a><b/></a></size></font>", "nested elements"},
