@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "orvix1/elements/UIElement.h"
-#include "orvix1/image_helpers.h"
 #include "orvix1/tasks/WaitCallback.h"
 #include "orvix1/ui_settings.h"
 #include "orvix1/wxCustomTooltip.h"
@@ -54,15 +53,13 @@ TEST(ContractSites, EveryRowIsItsOwnSiteAtAPlaceOfItsOwnWithTexts) {
   }
 }
 
-// A site from each kind of caller: a free function, a failure branch, a
+// A site from each kind of caller whose test checks only the condition: a
 // private helper reporting its public caller, a full signature, a task.
+// (Free functions and failure branches have their whole texts checked by
+// ImageHelpers and UiSettings.)
 TEST(ContractSites, RaisedAssertionsReportTheRowOfTheirSite) {
   const auto settings = orvix1::ui_settings_configure_t::get();
   const std::pair<site_t, std::function<void()>> raised[] = {
-      {site_t::paletteless_image_invalid,
-       [] { orvix1::image_helpers_t::create_paletteless_image(wxImage()); }},
-      {site_t::system_color_ex_unsupported,
-       [] { orvix1::get_system_color_ex(orvix1::color_window_bg); }},
       {site_t::after_pos_absent,
        [] {
          element_ptr_t parent(new UIElement), stranger(new UIElement);

@@ -27,7 +27,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 // Fake viewers and "whereis" on PATH, the mailcap file in the same folder.
-class HelpTest : public ::testing::Test {
+class Help : public ::testing::Test {
  protected:
   void SetUp() override {
     m_fakes.add_whereis();
@@ -51,11 +51,9 @@ class HelpTest : public ::testing::Test {
   fake_programs_t m_fakes;
 };
 
-class HelpPdf : public HelpTest {};
-
 // Mailcap entries for PDF come before the fixed list, in file order; the
 // first viewer that starts gets the file as its only argument.
-TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
+TEST_F(Help, MailcapViewerGetsTheFileAsItsOnlyArgument) {
   write_mailcap(
       "# viewers\n"
       "text/html; browser %s\n"
@@ -81,7 +79,7 @@ TEST_F(HelpPdf, MailcapViewerGetsTheFileAsItsOnlyArgument) {
 
 // No viewer at all, whatever the mailcap file holds: the four fixed viewers
 // are tried in order and the call fails.
-TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothing) {
+TEST_F(Help, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothing) {
   {
     m_fakes.add_non_executable("acroread");  // preferred for a page
     orvix1_test::log_capture_t capture("orvix.help");
@@ -118,7 +116,7 @@ TEST_F(HelpPdf, WithoutAnyViewerAllFourAreTriedInOrderAndAMissingFileStartsNothi
 // What the mailcap file holds goes to exec only when it is a sound name:
 // each refused line or name costs one warning (file and line) and is never
 // looked up, and the lines around it still count.
-TEST_F(HelpPdf, MailcapLinesAndNamesThatCannotBeTrustedAreSkippedWithOneWarningEach) {
+TEST_F(Help, MailcapLinesAndNamesThatCannotBeTrustedAreSkippedWithOneWarningEach) {
   const std::string good = "application/pdf; pdfview %s\n";
   std::string filler;
   while (filler.size() <= 1024 * 1024) filler += "# a long comment that fills the file up\n";
@@ -163,12 +161,10 @@ TEST_F(HelpPdf, MailcapLinesAndNamesThatCannotBeTrustedAreSkippedWithOneWarningE
   }
 }
 
-class HelpHtml : public HelpTest {};
-
 // Pages that cannot be shown open nothing. The help helper tries its sources
 // in order until one opens: the missing PDF starts nothing, the manual finds
 // no viewer, the page opens in the help window once it is there.
-TEST_F(HelpHtml, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGetsTheFileAddress) {
+TEST_F(Help, WithoutABrowserThePageOpensInTheHelpWindowWithOneTheBrowserGetsTheFileAddress) {
   const auto palette = orvix1::ui_settings_configure_t::get();
   orvix1_test::log_capture_t capture("orvix.help");
   EXPECT_FALSE(orvix1::OpenHTML(talvar2::path_t(m_fakes.folder().file("missing.html"))));

@@ -271,24 +271,15 @@ TEST_F(UiSettingsFile, FailedSavesKeepThePreviousFileWhole) {
   EXPECT_EQ(m_folder.entries(), std::vector<std::string>{"palette.xml"});  // no temporary left
 }
 
-}  // namespace
-
-namespace {
-
 std::string shipped_theme(const char* name) { return std::string(ORVIX1_THEMES_DIR "/") + name + ".xml"; }
 
 // Themes switch the whole colour palette with one signal, and back; what a
 // theme leaves out, and what is unlocked, follows the desktop again.
 TEST_F(UiSettingsFile, ThemesSwitchEveryColourWithOneSignalAndUnlockingHandsEntriesBack) {
-  int signals = 0;
   orvix1_test::log_capture_t capture;
-  talvar2::signal_t<>& changed = m_settings->changed();
-  struct counter_t : talvar2::subscriber_base_t {
-    int* count;
-    void on_change() { ++*count; }
-  } counter;
-  counter.count = &signals;
-  changed.connect(&counter, &counter_t::on_change);
+  change_counter_t counter;
+  m_settings->changed().connect(&counter, &change_counter_t::on_changed);
+  const int& signals = counter.calls;
 
   m_settings->set_color(color_note_text, *wxRED);  // a theme replaces earlier choices too
   ASSERT_TRUE(m_settings->apply_theme(shipped_theme("dark")));
@@ -323,7 +314,7 @@ TEST_F(UiSettingsFile, ThemesSwitchEveryColourWithOneSignalAndUnlockingHandsEntr
   EXPECT_FALSE(m_settings->unlock_color(colors_count));
   EXPECT_FALSE(m_settings->unlock_font(fonts_count));
   EXPECT_EQ(signals, 3);
-  changed.disconnect(&counter, &counter_t::on_change);
+  m_settings->changed().disconnect(&counter, &change_counter_t::on_changed);
 }
 
 }  // namespace

@@ -12,9 +12,11 @@
 
 #include <gtest/gtest.h>
 #include <wx/animate.h>
+#include <wx/dialog.h>
 #include <wx/font.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
+#include <wx/settings.h>
 #include <wx/sstream.h>
 #include <wx/xml/xml.h>
 
@@ -67,6 +69,7 @@ const hostile_object_t k_hostile[] = {
     {"colour", "wxColour", "<value>rgba(1,2,3,9)</value>", "<value>: not a colour"},
     {"control", "wxColour", "<value>re&#127;d</value>", "control characters"},
     {"empty", "wxColour", "", "no <value>"},
+    {"nofont", "wxFont", "", "no <font>"},
     {"extra", "wxColour", "<value>#102030</value><size>1</size>", "<size>: unknown property"},
     {"child", "wxColour", "<value>#102030<b/></value>", "nested elements"},
     {"deep", "wxFont", "<font><size><a><b/></a></size></font>", "nested elements"},
@@ -122,7 +125,6 @@ TEST(XrcCheck, HostileObjectsAreRefusedOneWarningEachAndTheirNeighboursLoad) {
   EXPECT_EQ(dynamic_cast<wxFont*>(older.get())->GetPointSize(), 12);
   EXPECT_TRUE(orvix1_test::take_asserts().empty());
 }
-
 
 // The library's handlers with a resource file the host loads itself; keeps
 // what wx reports, so that the refusals can be read.
@@ -207,6 +209,77 @@ TEST(XrcCheck, TheLibraryHandlersRefuseWhatTheCheckRefuses) {
     const char* reason = i < std::size(windows) ? windows[i].second : "nested too deeply";
     EXPECT_NE(resources.reports.find(reason), std::string::npos) << name << ": " << resources.reports;
   }
+  EXPECT_TRUE(orvix1_test::take_asserts().empty());
+}
+
+// A copy of the named object, or an invalid value when none was made.
+template <class T>
+T value(wxXmlResource& resource, const char* name, const char* class_name) {
+  std::unique_ptr<wxObject> object(resource.LoadObject(nullptr, name, class_name));
+  auto* value = dynamic_cast<T*>(object.get());
+  return value != nullptr ? *value : T();
+}
+
+// Records the translation domain in force while a child object is built.
+class domain_probe_handler_t : public wxXmlResourceHandler {
+ public:
+  static wxString seen;
+  bool CanHandle(wxXmlNode* node) override { return IsOfClass(node, "domainProbe"); }
+  wxObject* DoCreateResource() override {
+    seen = m_resource->GetDomain();
+    return new wxPanel(dynamic_cast<wxWindow*>(m_parent));
+  }
+};
+wxString domain_probe_handler_t::seen;
+
+// What the handlers take, read relative to a file the host loads itself:
+// pictures (a missing one gives nothing), colours, fonts with the
+// properties wx reads, and panels and dialogs that translate their subtree
+// in their own domain. (Hex and system colours, and pictures and animations
+// in archives: UiResources.)
+TEST(XrcHandlers, LoadPicturesColoursFontsAndTranslatedPanelsAndDialogs) {
+  (void)orvix1_test::take_asserts();
+  const orvix1_test::scratch_folder_t dir;
+  dir.write("pixel.png", orvix1_test::png_bytes(6, 4, wxColour(10, 200, 30)));
+  dir.write("res.xrc",
+            xrc_text("<object class=\"wxImage\" name=\"logo\"><bitmap>pixel.png</bitmap></object>\n"
+                     "<object class=\"wxImage\" name=\"missing\"><bitmap>nope.png</bitmap></object>\n"
+                     "<object class=\"wxAnimation\" name=\"bad\"><animation>none.gif</animation></object>\n"
+                     "<object class=\"wxColour\" name=\"named\"><value>red</value></object>\n"
+                     "<object class=\"wxFont\" name=\"big\"><font><size>14</size><weight>bold</weight>"
+                     "<underlined>1</underlined></font></object>\n"
+                     "<object class=\"wxFont\" name=\"gui\"><font><sysfont>wxSYS_DEFAULT_GUI_FONT</sysfont>"
+                     "</font></object>\n"
+                     "<object class=\"wxPanel\" name=\"panel\"><domain>panel-texts</domain>"
+                     "<object class=\"domainProbe\"/></object>\n"
+                     "<object class=\"wxDialog\" name=\"dialog\"><domain>dialog-texts</domain>"
+                     "<title>Hello</title><object class=\"domainProbe\"/></object>\n"
+                     "<object class=\"wxPanel\" name=\"plain\"><object class=\"domainProbe\"/></object>"));
+  reporting_resources_t resource;
+  resource.AddHandler(new domain_probe_handler_t);
+  ASSERT_TRUE(resource.Load(dir.file("res.xrc")));
+
+  EXPECT_EQ(value<wxImage>(resource, "logo", "wxImage").GetGreen(3, 2), 200);
+  EXPECT_FALSE(value<wxImage>(resource, "missing", "wxImage").IsOk());
+  EXPECT_FALSE(value<wxAnimation>(resource, "bad", "wxAnimation").IsOk());
+  EXPECT_EQ(value<wxColour>(resource, "named", "wxColour"), *wxRED);
+  const wxFont big = value<wxFont>(resource, "big", "wxFont");
+  EXPECT_EQ(big.GetPointSize(), 14);
+  EXPECT_EQ(big.GetWeight(), wxFONTWEIGHT_BOLD);
+  EXPECT_TRUE(big.GetUnderlined());
+  EXPECT_EQ(value<wxFont>(resource, "gui", "wxFont"), wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+
+  resource.SetDomain("app");
+  wxFrame frame(nullptr, wxID_ANY, "host");
+  ASSERT_NE(resource.LoadPanel(&frame, "panel"), nullptr);
+  EXPECT_EQ(domain_probe_handler_t::seen, "panel-texts");
+  EXPECT_EQ(resource.GetDomain(), "app");
+  const std::unique_ptr<wxDialog> dialog(resource.LoadDialog(&frame, "dialog"));
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(domain_probe_handler_t::seen, "dialog-texts");
+  EXPECT_EQ(dialog->GetTitle(), "Hello");
+  ASSERT_NE(resource.LoadPanel(&frame, "plain"), nullptr);
+  EXPECT_EQ(domain_probe_handler_t::seen, "app");
   EXPECT_TRUE(orvix1_test::take_asserts().empty());
 }
 

@@ -10,7 +10,6 @@
 #include "talvar2/assertion_recorder.h"
 #include "talvar2/pointers/intrusive_pointer.h"
 #include "talvar2/pointers/smart_pointer.h"
-#include "talvar2/value_locker.h"
 
 namespace talvar2_test {
 
@@ -144,17 +143,6 @@ TEST(SmartPointer, SharesOneCountAndReleaseRefDropsThisHoldersShareOnce) {
   const recorded_assertion raised = recorder.single();
   EXPECT_EQ(raised.expression, "m_ptr != 0");
   EXPECT_EQ(raised.file, "pointers/smart_pointer.h");
-}
-
-TEST(ValueLocker, LockedValueIgnoresRefreshes) {
-  talvar2::value_locker_t<std::string> locker("default");
-  EXPECT_TRUE(locker.refresh("theme"));
-  locker.lock("chosen");
-  EXPECT_FALSE(locker.refresh("theme again"));
-  EXPECT_EQ(locker.value, "chosen");
-  locker.unlock();
-  EXPECT_TRUE(locker.refresh("theme again"));
-  EXPECT_EQ(locker.value, "theme again");
 }
 
 }  // namespace
