@@ -73,6 +73,10 @@ ORVIX1_API void install();
 // owner keeps `part` alive and detaches before it goes.
 ORVIX1_API void attach(wxWindow* window, part_t* part);
 ORVIX1_API void detach(wxWindow* window);
+// The part attached to `window`, or null. A window two owners could describe
+// (an element tree's holder that is also a tooltip) asks before it attaches,
+// and before it detaches, so as not to drop the other's part.
+ORVIX1_API part_t* attached_part(const wxWindow* window);
 
 // The window's accessible object (made on first use), or null.
 ORVIX1_API AtkObject* accessible_of(const wxWindow* window);

@@ -1,0 +1,172 @@
+#include "splitters/splitter_accessible.h"
+
+#include <gtk/gtk.h>
+#include <wx/button.h>
+
+#include "orvix1/wxAdvancedSplitter.h"
+#include "orvix1/wxQuadSplitter.h"
+#include "support/atk_events.h"
+#include "support/atk_probe.h"
+#include "support/tab_fixture.h"
+
+namespace {
+
+using namespace orvix1_test;
+using orvix1::wxAdvancedSplitter;
+namespace a11y = orvix1::accessibility;
+
+double value_of(AtkObject* object) {
+  gdouble value = -1;
+  atk_value_get_value_and_text(ATK_VALUE(object), &value, nullptr);
+  return value;
+}
+
+bool contains(const std::vector<std::string>& events, const std::string& event) {
+  return std::find(events.begin(), events.end(), event) != events.end();
+}
+
+// A 400x400 splitter between two buttons; its sash's track runs from 3 to 397.
+class SplitterAccessible : public tab_frame_test_t {
+ protected:
+  void SetUp() override {
+    tab_frame_test_t::SetUp();
+    m_before = new wxButton(m_host, wxID_ANY, "before", wxPoint(0, 410));
+    m_splitter = make_splitter(false);
+    m_after = new wxButton(m_host, wxID_ANY, "after", wxPoint(100, 410));
+  }
+  wxAdvancedSplitter* make_splitter(bool horizontal) {
+    auto* splitter = new wxAdvancedSplitter(m_host, wxID_ANY, wxPoint(0, 0), wxSize(400, 400));
+    splitter->EnableAnimation(false);
+    auto* first = new wxPanel(splitter);
+    auto* second = new wxPanel(splitter);
+    EXPECT_TRUE(horizontal ? splitter->SplitHorizontally(first, second) : splitter->SplitVertically(first, second));
+    return splitter;
+  }
+  AtkObject* sash_of(wxAdvancedSplitter* splitter) {
+    const std::vector<AtkObject*> found = find_by_role(a11y::accessible_of(splitter), ATK_ROLE_SEPARATOR);
+    return found.size() == 1 ? found[0] : nullptr;
+  }
+  bool press(int key_code) {
+    wxKeyEvent event(wxEVT_KEY_DOWN);
+    event.m_keyCode = key_code;
+    event.SetEventObject(m_splitter);
+    m_splitter->ProcessWindowEvent(event);
+    return !event.GetSkipped();
+  }
+  wxButton* m_before = nullptr;
+  wxButton* m_after = nullptr;
+  wxAdvancedSplitter* m_splitter = nullptr;
+};
+
+TEST_F(SplitterAccessible, TheSashIsASeparatorWhoseValueIsItsPositionAndWhoseActionsCloseThePane) {
+  const struct {
+    bool horizontal;
+    wxAdvancedSplitter::PaneToClose pane;
+    double closed_value;
+    AtkStateType orientation;
+  } cases[] = {{false, wxAdvancedSplitter::ptcSecond, 100, ATK_STATE_VERTICAL},
+               {true, wxAdvancedSplitter::ptcFirst, 0, ATK_STATE_HORIZONTAL}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.horizontal);
+    wxAdvancedSplitter* splitter = make_splitter(c.horizontal);
+    splitter->SetPaneToClose(c.pane);
+    AtkObject* window = a11y::accessible_of(splitter);
+    EXPECT_EQ(atk_object_get_role(window), ATK_ROLE_SPLIT_PANE);
+    AtkObject* sash = sash_of(splitter);
+    ASSERT_NE(sash, nullptr);
+    EXPECT_EQ(children_of(window).back(), sash);  // after the panes
+    for (AtkStateType state : {c.orientation, ATK_STATE_FOCUSABLE, ATK_STATE_EXPANDABLE, ATK_STATE_EXPANDED})
+      EXPECT_TRUE(has_state(sash, state)) << atk_state_type_get_name(state);
+    EXPECT_FALSE(has_state(sash, ATK_STATE_COLLAPSED));
+    EXPECT_DOUBLE_EQ(value_of(sash), 49.5);  // (198 - 3) / 394
+    AtkRange* range = atk_value_get_range(ATK_VALUE(sash));
+    EXPECT_EQ(atk_range_get_lower_limit(range), 0);
+    EXPECT_EQ(atk_range_get_upper_limit(range), 100);
+    atk_range_free(range);
+    gint x, y, width, height;
+    atk_component_get_extents(ATK_COMPONENT(sash), &x, &y, &width, &height, ATK_XY_PARENT);
+    EXPECT_EQ(wxRect(x, y, width, height), splitter->GetSplitterElement()->GetSashRect());
+
+    atk_events_t events(sash);
+    atk_value_set_value(ATK_VALUE(sash), 25);  // as a drag would
+    EXPECT_EQ(splitter->GetSplitterElement()->GetSashPosition(), 102);
+    EXPECT_TRUE(splitter->IsModifiedByUser());
+    EXPECT_DOUBLE_EQ(value_of(sash), 25.1);
+    EXPECT_EQ(events.take(), std::vector<std::string>{"accessible-value"});
+
+    EXPECT_EQ(actions_of(sash), (std::vector<std::string>{"collapse", "expand"}));
+    ASSERT_TRUE(run_action(sash, "collapse"));
+    pump_events();
+    EXPECT_TRUE(splitter->IsSecondPaneClosed());
+    EXPECT_EQ(value_of(sash), c.closed_value);
+    EXPECT_TRUE(has_state(sash, ATK_STATE_COLLAPSED) && !has_state(sash, ATK_STATE_EXPANDED));
+    std::vector<std::string> seen = events.take();
+    EXPECT_TRUE(contains(seen, "collapsed=1") && contains(seen, "expanded=0") && contains(seen, "accessible-value"));
+    ASSERT_TRUE(run_action(sash, "expand"));
+    pump_events();
+    EXPECT_NEAR(value_of(sash), 25, 0.5);  // back at its relative position
+    seen = events.take();
+    EXPECT_TRUE(contains(seen, "collapsed=0") && contains(seen, "expanded=1"));
+
+    // A disabled button refuses clicks: assistive technology gets no way around it.
+    splitter->EnableCloseButton(false);
+    EXPECT_TRUE(actions_of(sash).empty());
+    EXPECT_FALSE(has_state(sash, ATK_STATE_EXPANDABLE));
+    splitter->Destroy();
+    pump_events();
+  }
+}
+
+TEST_F(SplitterAccessible, TabReachesTheSashWhoseArrowKeysMoveIt) {
+  // Without a window manager no frame is active, and the toolkit moves no
+  // focus in it: the frame takes the input focus first.
+  gtk_window_present(GTK_WINDOW(m_frame->GetHandle()));
+  gdk_display_sync(gtk_widget_get_display(m_frame->GetHandle()));
+  pump_events();
+  ASSERT_TRUE(gtk_window_is_active(GTK_WINDOW(m_frame->GetHandle())));
+  m_before->SetFocus();
+  pump_events();
+  AtkObject* sash = sash_of(m_splitter);
+  ASSERT_NE(sash, nullptr);
+  atk_events_t events(sash);
+  m_before->Navigate(wxNavigationKeyEvent::IsForward | wxNavigationKeyEvent::FromTab);
+  ASSERT_TRUE(orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == m_splitter; },
+                                          std::chrono::seconds(5)));
+  EXPECT_TRUE(m_splitter->CanAcceptFocusFromKeyboard());
+  EXPECT_TRUE(has_state(sash, ATK_STATE_FOCUSED));
+  EXPECT_EQ(events.take(), std::vector<std::string>{"focused=1"});
+
+  atk_value_set_value(ATK_VALUE(sash), 50);
+  const struct {
+    int key;
+    bool taken;
+    double value;
+    bool closed;
+  } steps[] = {{WXK_RIGHT, true, 51, false}, {WXK_LEFT, true, 50, false}, {WXK_DOWN, false, 50, false},
+               {WXK_END, true, 100, false},  {WXK_HOME, true, 0, false},   {WXK_RETURN, true, 100, true},
+               {WXK_SPACE, true, 0, false}};
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.key);
+    EXPECT_EQ(press(step.key), step.taken);
+    EXPECT_DOUBLE_EQ(value_of(sash), step.value);
+    EXPECT_EQ(m_splitter->IsSecondPaneClosed(), step.closed);
+  }
+
+  m_after->SetFocus();
+  ASSERT_TRUE(orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == m_after; },
+                                          std::chrono::seconds(5)));
+  EXPECT_FALSE(has_state(sash, ATK_STATE_FOCUSED));
+  EXPECT_TRUE(contains(events.take(), "focused=0"));
+  const double before_keys = value_of(sash);
+  EXPECT_FALSE(press(WXK_RIGHT));  // an unfocused splitter leaves the keys alone
+  EXPECT_EQ(value_of(sash), before_keys);
+}
+
+TEST_F(SplitterAccessible, AQuadSplitterShowsItsThreeSashes) {
+  auto* quad = new orvix1::wxQuadSplitter(m_host, wxID_ANY, wxPoint(0, 0), wxSize(400, 300));
+  ASSERT_TRUE(quad->SplitVertically(new wxPanel(quad), new wxPanel(quad), new wxPanel(quad), new wxPanel(quad)));
+  EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SEPARATOR).size(), 3u);
+  EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SPLIT_PANE).size(), 3u);
+}
+
+}  // namespace
