@@ -11,9 +11,10 @@
 /// The panes are the splitter's children: a pane given with another parent
 /// is moved into the splitter.
 ///
-/// The keyboard reaches the sash too: Tab stops at the splitter, the arrow
-/// keys along its axis move the sash by a hundredth of its track, Home and
-/// End move it to the ends, and Enter or Space work as the sash's button.
+/// The keyboard reaches the sash too: Tab stops at the splitter (the sash)
+/// and then goes on into the first and the second pane. The arrow keys
+/// along the splitter's axis move the sash by a hundredth of its track, Home
+/// and End move it to the ends, and Enter or Space work as its button.
 
 #include <memory>
 #include <string>

@@ -12,6 +12,7 @@
 #include "core/log.h"
 #include "orvix1/dpi.h"
 #include "splitters/collapse_motion.h"
+#include "splitters/sash_focus.h"
 #include "splitters/splitter_accessible.h"
 
 namespace orvix1 {
@@ -71,6 +72,7 @@ bool wxAdvancedSplitter::Create(wxWindow* parent, wxWindowID id, const wxPoint& 
   m_last_extent = Extent();
   UpdateButtonDirection();
   m_accessible = std::make_unique<detail::splitter_accessible_t>(*this);
+  detail::order_sash_focus(this);
   return true;
 }
 

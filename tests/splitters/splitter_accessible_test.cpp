@@ -39,6 +39,8 @@ class SplitterAccessible : public tab_frame_test_t {
     splitter->EnableAnimation(false);
     auto* first = new wxPanel(splitter);
     auto* second = new wxPanel(splitter);
+    m_in_first = new wxButton(first, wxID_ANY, "in first");
+    m_in_second = new wxButton(second, wxID_ANY, "in second");
     EXPECT_TRUE(horizontal ? splitter->SplitHorizontally(first, second) : splitter->SplitVertically(first, second));
     return splitter;
   }
@@ -46,13 +48,27 @@ class SplitterAccessible : public tab_frame_test_t {
     const std::vector<AtkObject*> found = find_by_role(a11y::accessible_of(splitter), ATK_ROLE_SEPARATOR);
     return found.size() == 1 ? found[0] : nullptr;
   }
-  bool press(int key_code) {
+  bool press(int key_code, bool shift = false) {
     wxKeyEvent event(wxEVT_KEY_DOWN);
     event.m_keyCode = key_code;
+    event.SetShiftDown(shift);
     event.SetEventObject(m_splitter);
     m_splitter->ProcessWindowEvent(event);
     return !event.GetSkipped();
   }
+  // Without a window manager no frame is active, and the toolkit moves no
+  // focus in it: the frame takes the input focus first.
+  bool activate() {
+    gtk_window_present(GTK_WINDOW(m_frame->GetHandle()));
+    gdk_display_sync(gtk_widget_get_display(m_frame->GetHandle()));
+    pump_events();
+    return gtk_window_is_active(GTK_WINDOW(m_frame->GetHandle()));
+  }
+  bool focus_reaches(wxWindow* window) {
+    return orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == window; }, std::chrono::seconds(5));
+  }
+  wxButton* m_in_first = nullptr;
+  wxButton* m_in_second = nullptr;
   wxButton* m_before = nullptr;
   wxButton* m_after = nullptr;
   wxAdvancedSplitter* m_splitter = nullptr;
@@ -118,20 +134,14 @@ TEST_F(SplitterAccessible, TheSashIsASeparatorWhoseValueIsItsPositionAndWhoseAct
 }
 
 TEST_F(SplitterAccessible, TabReachesTheSashWhoseArrowKeysMoveIt) {
-  // Without a window manager no frame is active, and the toolkit moves no
-  // focus in it: the frame takes the input focus first.
-  gtk_window_present(GTK_WINDOW(m_frame->GetHandle()));
-  gdk_display_sync(gtk_widget_get_display(m_frame->GetHandle()));
-  pump_events();
-  ASSERT_TRUE(gtk_window_is_active(GTK_WINDOW(m_frame->GetHandle())));
+  ASSERT_TRUE(activate());
   m_before->SetFocus();
   pump_events();
   AtkObject* sash = sash_of(m_splitter);
   ASSERT_NE(sash, nullptr);
   atk_events_t events(sash);
   m_before->Navigate(wxNavigationKeyEvent::IsForward | wxNavigationKeyEvent::FromTab);
-  ASSERT_TRUE(orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == m_splitter; },
-                                          std::chrono::seconds(5)));
+  ASSERT_TRUE(focus_reaches(m_splitter));
   EXPECT_TRUE(m_splitter->CanAcceptFocusFromKeyboard());
   EXPECT_TRUE(has_state(sash, ATK_STATE_FOCUSED));
   EXPECT_EQ(events.take(), std::vector<std::string>{"focused=1"});
@@ -153,13 +163,36 @@ TEST_F(SplitterAccessible, TabReachesTheSashWhoseArrowKeysMoveIt) {
   }
 
   m_after->SetFocus();
-  ASSERT_TRUE(orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == m_after; },
-                                          std::chrono::seconds(5)));
+  ASSERT_TRUE(focus_reaches(m_after));
   EXPECT_FALSE(has_state(sash, ATK_STATE_FOCUSED));
   EXPECT_TRUE(contains(events.take(), "focused=0"));
   const double before_keys = value_of(sash);
   EXPECT_FALSE(press(WXK_RIGHT));  // an unfocused splitter leaves the keys alone
   EXPECT_EQ(value_of(sash), before_keys);
+}
+
+// Tab stops at the sash and then in each pane, Shift+Tab the other way.
+TEST_F(SplitterAccessible, TabGoesFromTheSashIntoThePanesAndOut) {
+  ASSERT_TRUE(activate());
+  m_before->SetFocus();
+  ASSERT_TRUE(focus_reaches(m_before));
+  // The key goes to the focused window first; what it leaves alone the
+  // toolkit turns into navigation.
+  const auto tab = [this](bool forward) {
+    wxWindow* focused = wxWindow::FindFocus();
+    if (focused == m_splitter && press(WXK_TAB, !forward)) return;
+    focused->Navigate(forward ? wxNavigationKeyEvent::IsForward : wxNavigationKeyEvent::IsBackward);
+  };
+  const struct {
+    bool forward;
+    wxWindow* reached;
+  } steps[] = {{true, m_splitter},  {true, m_in_first},  {true, m_in_second}, {true, m_after},
+               {false, m_in_second}, {false, m_in_first}, {false, m_splitter}, {false, m_before}};
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.reached->GetLabel());
+    tab(step.forward);
+    ASSERT_TRUE(focus_reaches(step.reached));
+  }
 }
 
 TEST_F(SplitterAccessible, AQuadSplitterShowsItsThreeSashes) {
