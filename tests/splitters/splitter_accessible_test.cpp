@@ -195,11 +195,24 @@ TEST_F(SplitterAccessible, TabGoesFromTheSashIntoThePanesAndOut) {
   }
 }
 
-TEST_F(SplitterAccessible, AQuadSplitterShowsItsThreeSashes) {
+// The grid is no stop of its own: Tab goes on to the major sash, then the
+// first minor one and its panes. (The quad comes after the buttons.)
+TEST_F(SplitterAccessible, AQuadSplitterShowsAndReachesItsThreeSashes) {
+  m_splitter->Destroy();
   auto* quad = new orvix1::wxQuadSplitter(m_host, wxID_ANY, wxPoint(0, 0), wxSize(400, 300));
-  ASSERT_TRUE(quad->SplitVertically(new wxPanel(quad), new wxPanel(quad), new wxPanel(quad), new wxPanel(quad)));
+  ASSERT_TRUE(quad->SplitVertically(new wxButton(quad, wxID_ANY, "1"), new wxButton(quad, wxID_ANY, "2"),
+                                    new wxButton(quad, wxID_ANY, "3"), new wxButton(quad, wxID_ANY, "4")));
   EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SEPARATOR).size(), 3u);
   EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SPLIT_PANE).size(), 3u);
+
+  ASSERT_TRUE(activate());
+  m_after->SetFocus();
+  ASSERT_TRUE(focus_reaches(m_after));
+  for (wxWindow* stop : {static_cast<wxWindow*>(quad->GetMajorSplitter()),
+                         static_cast<wxWindow*>(quad->GetMinorSplitter1()), quad->GetMinorSplitter1()->GetPanel1()}) {
+    wxWindow::FindFocus()->Navigate();
+    EXPECT_TRUE(focus_reaches(stop));
+  }
 }
 
 }  // namespace
