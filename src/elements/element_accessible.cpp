@@ -20,6 +20,16 @@ const UIElement* child_at(const UIElement& parent, int index) {
   return std::next(children.begin(), index)->get();
 }
 
+// The texts shown inside `element`, in list order: what a focusable element
+// (a button made of elements) is called.
+void gather_texts(const UIElement& element, std::string& texts) {
+  for (const element_ptr_t& child : element.GetChildren()) {
+    const auto* text = dynamic_cast<const TextElement*>(child.get());
+    if (text && !text->GetText().empty()) texts += (texts.empty() ? "" : " ") + text->GetText();
+    gather_texts(*child, texts);
+  }
+}
+
 int index_of(const UIElement& parent, const UIElement* child) {
   int index = 0;
   for (const element_ptr_t& candidate : parent.GetChildren()) {
@@ -51,8 +61,10 @@ class tree_accessible_t::element_part_t : public accessibility::part_t {
 
   // The whole text, also while the element shows it cut short.
   std::string name() const override {
-    const auto* text = dynamic_cast<const TextElement*>(&m_element);
-    return text ? text->GetText() : std::string();
+    if (const auto* text = dynamic_cast<const TextElement*>(&m_element)) return text->GetText();
+    std::string texts;
+    if (m_element.AcceptsFocus()) gather_texts(m_element, texts);
+    return texts;
   }
 
   std::string description() const override {

@@ -9,7 +9,8 @@
 //
 // Roles: a text element is a label named by its whole text, an image
 // element an image described by the host (SetAccessibleDescription), a
-// spacer a filler, any other element a panel. An element's tooltip text is
+// spacer a filler, any other element a panel; a focusable one is named by
+// the texts inside it. An element's tooltip text is
 // its description when the host gave none, its test id its accessible id.
 // Changed names and descriptions are announced when the holder next paints,
 // which every change that shows does.

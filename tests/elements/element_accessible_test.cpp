@@ -15,7 +15,7 @@ using namespace orvix1_test;
 using namespace orvix1::elements;
 namespace a11y = orvix1::accessibility;
 
-// root > { label (40x20, a long text), picture, gap, group > { button } }
+// root > { label (40x20, a long text), picture, gap, group > { button > { caption } } }
 class ElementAccessible : public adapter_fixture_t {
  protected:
   void SetUp() override {
@@ -29,6 +29,7 @@ class ElementAccessible : public adapter_fixture_t {
     group = add(root, wxSize(60, 40), "group");
     button = add(group, wxSize(30, 20), "button");
     button->SetAcceptFocus(true);
+    new TextElement(button, UIElement::pfLeft, "Send");
     button->GetTooltip()->SetText("Sends the report");
     paint();
     tree = a11y::accessible_of(holder);
@@ -58,7 +59,7 @@ TEST_F(ElementAccessible, ElementsShowTheirRolesWordsIdsAndPlaces) {
               {"1", ATK_ROLE_IMAGE, "", "company logo", ""},
               {"2", ATK_ROLE_FILLER, "", "", ""},
               {"3", ATK_ROLE_PANEL, "", "", "group"},
-              {"30", ATK_ROLE_PANEL, "", "Sends the report", "button"}};
+              {"30", ATK_ROLE_PANEL, "Send", "Sends the report", "button"}};  // named by its text
   ASSERT_EQ(children_of(tree).size(), 4u);
   for (const auto& row : rows) {
     SCOPED_TRACE(row.path);
