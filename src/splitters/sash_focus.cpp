@@ -31,8 +31,10 @@ gboolean next_stop(GtkWidget* widget, GtkDirectionType direction) {
   return forward ? FALSE : take_focus(widget);
 }
 
+// A splitter the host made unfocusable is left to the toolkit.
 gboolean on_focus(GtkWidget* widget, GtkDirectionType direction, gpointer) {
   if (direction != GTK_DIR_TAB_FORWARD && direction != GTK_DIR_TAB_BACKWARD) return FALSE;
+  if (!gtk_widget_get_can_focus(widget)) return FALSE;
   // The class's handler would take the focus back for the sash.
   g_signal_stop_emission_by_name(widget, "focus");
   return next_stop(widget, direction);

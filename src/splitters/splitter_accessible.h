@@ -32,14 +32,14 @@ class splitter_accessible_t : public accessibility::part_t {
   void pane_settled();
   void focus_changed(bool focused);
 
+ private:
+  class sash_part_t;
+
   /// The sash position in percent of its track; 0 with the first pane
   /// closed, 100 with the second.
   static double percent_of(const wxAdvancedSplitter& splitter);
   /// The sash position that shows `percent`.
   static int position_for(const wxAdvancedSplitter& splitter, double percent);
-
- private:
-  class sash_part_t;
 
   wxAdvancedSplitter& m_splitter;
   mutable std::unique_ptr<sash_part_t> m_sash;
