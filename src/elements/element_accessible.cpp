@@ -45,12 +45,16 @@ int index_of(const UIElement& parent, const UIElement* child) {
 // paint, whether the element's words changed.
 class tree_accessible_t::element_part_t : public accessibility::part_t {
  public:
-  element_part_t(const tree_accessible_t& tree, UIElement& element, wxWindow* holder, AtkObject* parent)
+  element_part_t(const tree_accessible_t& tree, UIElement& element, wxWindow* holder,
+                 AtkObject* parent)
       : m_tree(tree), m_element(element), m_node(*this, holder, parent) {
     remember();
   }
 
   AtkObject* object() const { return m_node.object(); }
+
+  /// Whether the tree hears of the element's children coming and going.
+  bool watched = false;
 
   AtkRole role() const override {
     if (dynamic_cast<const TextElement*>(&m_element)) return ATK_ROLE_LABEL;
@@ -69,7 +73,8 @@ class tree_accessible_t::element_part_t : public accessibility::part_t {
 
   std::string description() const override {
     const auto* image = dynamic_cast<const ImageElement*>(&m_element);
-    if (image && !image->GetAccessibleDescription().empty()) return image->GetAccessibleDescription();
+    if (image && !image->GetAccessibleDescription().empty())
+      return image->GetAccessibleDescription();
     return tooltip_text_of(m_element);
   }
 
@@ -84,7 +89,9 @@ class tree_accessible_t::element_part_t : public accessibility::part_t {
     if (!m_element.IsVisibleOnScreen()) atk_state_set_remove_state(states, ATK_STATE_SHOWING);
   }
 
-  int drawn_child_count() const override { return static_cast<int>(m_element.GetChildren().size()); }
+  int drawn_child_count() const override {
+    return static_cast<int>(m_element.GetChildren().size());
+  }
 
   AtkObject* drawn_child(int index) const override {
     const UIElement* child = child_at(m_element, index);
@@ -102,7 +109,8 @@ class tree_accessible_t::element_part_t : public accessibility::part_t {
     remember();
     if (m_name != previous_name) accessibility::notify_name(object());
     if (m_description != previous_description) accessibility::notify_description(object());
-    if (m_showing != was_showing) accessibility::notify_state(object(), ATK_STATE_SHOWING, m_showing);
+    if (m_showing != was_showing)
+      accessibility::notify_state(object(), ATK_STATE_SHOWING, m_showing);
   }
 
  private:
@@ -118,12 +126,6 @@ class tree_accessible_t::element_part_t : public accessibility::part_t {
   const tree_accessible_t& m_tree;
   UIElement& m_element;
   accessibility::node_t m_node;
-
- public:
-  /// Whether the tree hears of the element's children coming and going.
-  bool watched = false;
-
- private:
   std::string m_name;
   std::string m_description;
   bool m_showing = false;
@@ -140,7 +142,9 @@ tree_accessible_t::~tree_accessible_t() {
   if (m_attached && accessibility::attached_part(m_holder) == this) accessibility::detach(m_holder);
 }
 
-AtkObject* tree_accessible_t::holder_object() const { return accessibility::accessible_of(m_holder); }
+AtkObject* tree_accessible_t::holder_object() const {
+  return accessibility::accessible_of(m_holder);
+}
 
 int tree_accessible_t::drawn_child_count() const {
   if (m_root == nullptr) return 0;
@@ -201,7 +205,8 @@ void tree_accessible_t::on_child_added(element_ptr_t parent, element_ptr_t child
   if (parent_object == nullptr) return;
   int index = index_of(*parent, child.get());
   // The root's children come after the holder's own windows.
-  if (parent.get() == m_root) index += atk_object_get_n_accessible_children(parent_object) - drawn_child_count();
+  if (parent.get() == m_root)
+    index += atk_object_get_n_accessible_children(parent_object) - drawn_child_count();
   accessibility::notify_child_added(parent_object, index, object_of(child.get()));
 }
 
@@ -238,7 +243,8 @@ void tree_accessible_t::set_root(UIElement* root) {
 }
 
 void tree_accessible_t::focus_moved(UIElement* from, UIElement* to) {
-  if (element_part_t* left = find(from)) accessibility::notify_state(left->object(), ATK_STATE_FOCUSED, false);
+  if (element_part_t* left = find(from))
+    accessibility::notify_state(left->object(), ATK_STATE_FOCUSED, false);
   if (!m_root_seen || to == nullptr || !to->IsFocused()) return;
   accessibility::notify_state(object_of(to), ATK_STATE_FOCUSED, true);
 }

@@ -26,7 +26,7 @@ gboolean next_stop(GtkWidget* widget, GtkDirectionType direction) {
   const bool on_sash = gtk_widget_has_focus(widget);
   const bool in_pane = gtk_container_get_focus_child(GTK_CONTAINER(widget)) != nullptr;
   if (forward && !on_sash && !in_pane) return take_focus(widget);  // coming in
-  if (!forward && on_sash) return FALSE;                            // going out
+  if (!forward && on_sash) return FALSE;                           // going out
   if (move_among_panes(widget, direction)) return TRUE;
   return forward ? FALSE : take_focus(widget);
 }

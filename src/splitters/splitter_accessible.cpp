@@ -43,8 +43,8 @@ class splitter_accessible_t::sash_part_t : public accessibility::part_t {
     if (wxWindow::FindFocus() == &m_splitter) atk_state_set_add_state(states, ATK_STATE_FOCUSED);
     if (!m_splitter.ButtonTakesClicks()) return;
     atk_state_set_add_state(states, ATK_STATE_EXPANDABLE);
-    atk_state_set_add_state(states, m_splitter.IsSecondPaneClosed() ? ATK_STATE_COLLAPSED
-                                                                     : ATK_STATE_EXPANDED);
+    atk_state_set_add_state(
+        states, m_splitter.IsSecondPaneClosed() ? ATK_STATE_COLLAPSED : ATK_STATE_EXPANDED);
   }
 
   // Only while the sash's button would toggle the pane: a disabled button
@@ -89,7 +89,8 @@ splitter_accessible_t::~splitter_accessible_t() {
 
 AtkObject* splitter_accessible_t::drawn_child(int index) const {
   if (index != 0) return nullptr;
-  if (!m_sash) m_sash = std::make_unique<sash_part_t>(m_splitter, accessibility::accessible_of(&m_splitter));
+  if (!m_sash)
+    m_sash = std::make_unique<sash_part_t>(m_splitter, accessibility::accessible_of(&m_splitter));
   return m_sash->object();
 }
 

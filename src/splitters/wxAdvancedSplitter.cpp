@@ -531,7 +531,8 @@ void wxAdvancedSplitter::OnPaint(wxPaintEvent&) {
   dc.Clear();
   if (!m_element) return;
   m_element->Draw(dc);
-  if (HasFocus() && focus_visible(this)) wxRendererNative::Get().DrawFocusRect(this, dc, m_element->GetSashRect());
+  if (HasFocus() && focus_visible(this))
+    wxRendererNative::Get().DrawFocusRect(this, dc, m_element->GetSashRect());
 }
 
 void wxAdvancedSplitter::OnSysColourChanged(wxSysColourChangedEvent& event) {

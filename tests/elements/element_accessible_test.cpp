@@ -73,7 +73,8 @@ TEST_F(ElementAccessible, ElementsShowTheirRolesWordsIdsAndPlaces) {
   }
   AtkObject* pressable = object_of("30");
   EXPECT_EQ(atk_object_get_parent(pressable), object_of("3"));
-  EXPECT_TRUE(has_state(pressable, ATK_STATE_FOCUSABLE) && !has_state(object_of("3"), ATK_STATE_FOCUSABLE));
+  EXPECT_TRUE(has_state(pressable, ATK_STATE_FOCUSABLE) &&
+              !has_state(object_of("3"), ATK_STATE_FOCUSABLE));
   gint x, y, width, height;
   atk_component_get_extents(ATK_COMPONENT(pressable), &x, &y, &width, &height, ATK_XY_PARENT);
   EXPECT_EQ(wxRect(x, y, width, height), button->GetRect());

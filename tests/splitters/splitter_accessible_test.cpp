@@ -41,11 +41,13 @@ class SplitterAccessible : public tab_frame_test_t {
     auto* second = new wxPanel(splitter);
     m_in_first = new wxButton(first, wxID_ANY, "in first");
     m_in_second = new wxButton(second, wxID_ANY, "in second");
-    EXPECT_TRUE(horizontal ? splitter->SplitHorizontally(first, second) : splitter->SplitVertically(first, second));
+    EXPECT_TRUE(horizontal ? splitter->SplitHorizontally(first, second)
+                           : splitter->SplitVertically(first, second));
     return splitter;
   }
   AtkObject* sash_of(wxAdvancedSplitter* splitter) {
-    const std::vector<AtkObject*> found = find_by_role(a11y::accessible_of(splitter), ATK_ROLE_SEPARATOR);
+    const std::vector<AtkObject*> found =
+        find_by_role(a11y::accessible_of(splitter), ATK_ROLE_SEPARATOR);
     return found.size() == 1 ? found[0] : nullptr;
   }
   bool press(int key_code, bool shift = false) {
@@ -65,7 +67,8 @@ class SplitterAccessible : public tab_frame_test_t {
     return gtk_window_is_active(GTK_WINDOW(m_frame->GetHandle()));
   }
   bool focus_reaches(wxWindow* window) {
-    return orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == window; }, std::chrono::seconds(5));
+    return orvix1::testing::pump_until([&] { return wxWindow::FindFocus() == window; },
+                                       std::chrono::seconds(5));
   }
   wxButton* m_in_first = nullptr;
   wxButton* m_in_second = nullptr;
@@ -91,7 +94,8 @@ TEST_F(SplitterAccessible, TheSashIsASeparatorWhoseValueIsItsPositionAndWhoseAct
     AtkObject* sash = sash_of(splitter);
     ASSERT_NE(sash, nullptr);
     EXPECT_EQ(children_of(window).back(), sash);  // after the panes
-    for (AtkStateType state : {c.orientation, ATK_STATE_FOCUSABLE, ATK_STATE_EXPANDABLE, ATK_STATE_EXPANDED})
+    for (AtkStateType state :
+         {c.orientation, ATK_STATE_FOCUSABLE, ATK_STATE_EXPANDABLE, ATK_STATE_EXPANDED})
       EXPECT_TRUE(has_state(sash, state)) << atk_state_type_get_name(state);
     EXPECT_FALSE(has_state(sash, ATK_STATE_COLLAPSED));
     EXPECT_DOUBLE_EQ(value_of(sash), 49.5);  // (198 - 3) / 394
@@ -117,7 +121,8 @@ TEST_F(SplitterAccessible, TheSashIsASeparatorWhoseValueIsItsPositionAndWhoseAct
     EXPECT_EQ(value_of(sash), c.closed_value);
     EXPECT_TRUE(has_state(sash, ATK_STATE_COLLAPSED) && !has_state(sash, ATK_STATE_EXPANDED));
     std::vector<std::string> seen = events.take();
-    EXPECT_TRUE(contains(seen, "collapsed=1") && contains(seen, "expanded=0") && contains(seen, "accessible-value"));
+    EXPECT_TRUE(contains(seen, "collapsed=1") && contains(seen, "expanded=0") &&
+                contains(seen, "accessible-value"));
     ASSERT_TRUE(run_action(sash, "expand"));
     pump_events();
     EXPECT_NEAR(value_of(sash), 25, 0.5);  // back at its relative position
@@ -152,8 +157,9 @@ TEST_F(SplitterAccessible, TabReachesTheSashWhoseArrowKeysMoveIt) {
     bool taken;
     double value;
     bool closed;
-  } steps[] = {{WXK_RIGHT, true, 51, false}, {WXK_LEFT, true, 50, false}, {WXK_DOWN, false, 50, false},
-               {WXK_END, true, 100, false},  {WXK_HOME, true, 0, false},   {WXK_RETURN, true, 100, true},
+  } steps[] = {{WXK_RIGHT, true, 51, false}, {WXK_LEFT, true, 50, false},
+               {WXK_DOWN, false, 50, false}, {WXK_END, true, 100, false},
+               {WXK_HOME, true, 0, false},   {WXK_RETURN, true, 100, true},
                {WXK_SPACE, true, 0, false}};
   for (const auto& step : steps) {
     SCOPED_TRACE(step.key);
@@ -186,7 +192,7 @@ TEST_F(SplitterAccessible, TabGoesFromTheSashIntoThePanesAndOut) {
   const struct {
     bool forward;
     wxWindow* reached;
-  } steps[] = {{true, m_splitter},  {true, m_in_first},  {true, m_in_second}, {true, m_after},
+  } steps[] = {{true, m_splitter},   {true, m_in_first},  {true, m_in_second}, {true, m_after},
                {false, m_in_second}, {false, m_in_first}, {false, m_splitter}, {false, m_before}};
   for (const auto& step : steps) {
     SCOPED_TRACE(step.reached->GetLabel());
@@ -200,8 +206,9 @@ TEST_F(SplitterAccessible, TabGoesFromTheSashIntoThePanesAndOut) {
 TEST_F(SplitterAccessible, AQuadSplitterShowsAndReachesItsThreeSashes) {
   m_splitter->Destroy();
   auto* quad = new orvix1::wxQuadSplitter(m_host, wxID_ANY, wxPoint(0, 0), wxSize(400, 300));
-  ASSERT_TRUE(quad->SplitVertically(new wxButton(quad, wxID_ANY, "1"), new wxButton(quad, wxID_ANY, "2"),
-                                    new wxButton(quad, wxID_ANY, "3"), new wxButton(quad, wxID_ANY, "4")));
+  ASSERT_TRUE(
+      quad->SplitVertically(new wxButton(quad, wxID_ANY, "1"), new wxButton(quad, wxID_ANY, "2"),
+                            new wxButton(quad, wxID_ANY, "3"), new wxButton(quad, wxID_ANY, "4")));
   EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SEPARATOR).size(), 3u);
   EXPECT_EQ(find_by_role(a11y::accessible_of(quad), ATK_ROLE_SPLIT_PANE).size(), 3u);
 
@@ -209,7 +216,8 @@ TEST_F(SplitterAccessible, AQuadSplitterShowsAndReachesItsThreeSashes) {
   m_after->SetFocus();
   ASSERT_TRUE(focus_reaches(m_after));
   for (wxWindow* stop : {static_cast<wxWindow*>(quad->GetMajorSplitter()),
-                         static_cast<wxWindow*>(quad->GetMinorSplitter1()), quad->GetMinorSplitter1()->GetPanel1()}) {
+                         static_cast<wxWindow*>(quad->GetMinorSplitter1()),
+                         quad->GetMinorSplitter1()->GetPanel1()}) {
     wxWindow::FindFocus()->Navigate();
     EXPECT_TRUE(focus_reaches(stop));
   }

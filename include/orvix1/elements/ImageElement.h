@@ -62,7 +62,9 @@ class ORVIX1_API ImageElement : public UIElement {
 
   /// What the picture shows, in words, for screen readers (they read the
   /// element's tooltip text otherwise). Announced with the next paint.
-  void SetAccessibleDescription(const std::string& description) { m_accessible_description = description; }
+  void SetAccessibleDescription(const std::string& description) {
+    m_accessible_description = description;
+  }
   const std::string& GetAccessibleDescription() const { return m_accessible_description; }
 
   /// Frees the frame iterator: the animation starts again from its first
