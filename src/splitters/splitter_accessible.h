@@ -24,6 +24,10 @@ class splitter_accessible_t : public accessibility::part_t {
   splitter_accessible_t& operator=(const splitter_accessible_t&) = delete;
 
   AtkRole role() const override { return ATK_ROLE_SPLIT_PANE; }
+  /// The window's keyboard focus is the sash's.
+  void remove_states(AtkStateSet* states) const override {
+    atk_state_set_remove_state(states, ATK_STATE_FOCUSED);
+  }
   int drawn_child_count() const override { return 1; }
   AtkObject* drawn_child(int index) const override;
 
