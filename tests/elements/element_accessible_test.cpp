@@ -1,6 +1,5 @@
-#include "elements/element_accessible.h"
-
 #include "accessibility/accessible.h"
+
 #include "elements/adapter_fixture.h"
 #include "orvix1/elements/ImageElement.h"
 #include "orvix1/elements/SpacerElement.h"

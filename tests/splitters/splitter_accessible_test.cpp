@@ -1,4 +1,4 @@
-#include "splitters/splitter_accessible.h"
+#include "accessibility/accessible.h"
 
 #include <gtk/gtk.h>
 #include <wx/button.h>
