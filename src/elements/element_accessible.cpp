@@ -223,6 +223,7 @@ void tree_accessible_t::forget(UIElement* element) {
   if (found == m_parts.end()) return;
   for (const element_ptr_t& child : element->GetChildren()) forget(child.get());
   if (found->second->watched) unwatch(element);
+  if (element == m_announced_focus) m_announced_focus = nullptr;
   m_parts.erase(found);
 }
 
@@ -242,10 +243,14 @@ void tree_accessible_t::set_root(UIElement* root) {
   for (const element_ptr_t& child : m_root->GetChildren()) on_child_added(m_root, child);
 }
 
+// Taking the focus can bring the holder's focus-in, which gives it to the
+// same element again: that is announced once.
 void tree_accessible_t::focus_moved(UIElement* from, UIElement* to) {
+  if (from == m_announced_focus && from != to) m_announced_focus = nullptr;
   if (element_part_t* left = find(from))
     accessibility::notify_state(left->object(), ATK_STATE_FOCUSED, false);
-  if (!m_root_seen || to == nullptr || !to->IsFocused()) return;
+  if (!m_root_seen || to == nullptr || !to->IsFocused() || to == m_announced_focus) return;
+  m_announced_focus = to;
   accessibility::notify_state(object_of(to), ATK_STATE_FOCUSED, true);
 }
 

@@ -71,6 +71,8 @@ class tree_accessible_t : public accessibility::part_t, public talvar2::subscrib
   bool m_attached = false;
   UIElement* m_root = nullptr;
   mutable bool m_root_seen = false;
+  /// The element last announced as focused, while it keeps the focus.
+  const UIElement* m_announced_focus = nullptr;
   mutable std::unordered_map<const UIElement*, std::unique_ptr<element_part_t>> m_parts;
 };
 
