@@ -10,6 +10,11 @@
 ///
 /// The panes are the splitter's children: a pane given with another parent
 /// is moved into the splitter.
+///
+/// The keyboard reaches the sash too: Tab stops at the splitter (the sash)
+/// and then goes on into the first and the second pane. The arrow keys
+/// along the splitter's axis move the sash by a hundredth of its track, Home
+/// and End move it to the ends, and Enter or Space work as its button.
 
 #include <memory>
 #include <string>
@@ -25,6 +30,7 @@
 namespace orvix1 {
 namespace detail {
 class collapse_motion_t;
+class splitter_accessible_t;
 }
 
 /// A window split in two panes by a sash with a collapse button.
@@ -128,6 +134,8 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnEnterSash();
   void OnLeaveSash();
   void OnSysColourChanged(wxSysColourChangedEvent& event);
+  void OnKeyDown(wxKeyEvent& event);
+  void OnFocusChanged(wxFocusEvent& event);
   void OnSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashPosChanged(int position);
   void OnLinkedSplitterSashStateChanged(wxSplitterElement::VisualState state);
@@ -157,6 +165,13 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   void OnDoubleClick(const wxPoint& point);
   void UpdateHover(const wxPoint& point);
   void TogglePane();
+  /// What a click on the sash's button does, when it would open (true) or
+  /// close the pane.
+  void SetPaneOpenByUser(bool open);
+  /// Moves the sash as a drag does; false while the animation owns it.
+  bool MoveSashByUser(int position);
+  bool HandleSashKey(int key_code);
+  void PaneSettled();
   wxWindow* ClosingPanel() const;
   void PlacePanels(const wxRect& sash);
   void ApplySize();
@@ -183,6 +198,8 @@ class ORVIX1_API wxAdvancedSplitter : public wxWindow, public talvar2::subscribe
   wxTimer m_timer;
   /// Closed, open or on the way, and where the sash goes next.
   std::unique_ptr<detail::collapse_motion_t> m_motion;
+  std::unique_ptr<detail::splitter_accessible_t> m_accessible;
+  friend class detail::splitter_accessible_t;
 
   wxDECLARE_DYNAMIC_CLASS(wxAdvancedSplitter);
   wxDECLARE_EVENT_TABLE();

@@ -15,6 +15,8 @@
 /// rows (w1 beside w2, w3 beside w4). The splitters are the windows named
 /// "major_splitter", "minor_splitter1" (left column or top row) and
 /// "minor_splitter2"; the four windows are moved into them.
+///
+/// The grid itself takes no focus: Tab goes straight on to its sashes.
 
 #include <wx/window.h>
 

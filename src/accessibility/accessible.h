@@ -75,6 +75,10 @@ ORVIX1_API void install();
 // alive and detaches before it goes.
 ORVIX1_API void attach(wxWindow* window, part_t* part);
 ORVIX1_API void detach(wxWindow* window);
+// The part attached to `window`, or null. A window two owners could describe
+// (an element tree's holder that is also a tooltip) asks before it attaches,
+// and before it detaches, so as not to drop the other's part.
+ORVIX1_API part_t* attached_part(const wxWindow* window);
 
 // The accessible object of the window's client area (made on first use),
 // the one `attach` ties parts to; or null.

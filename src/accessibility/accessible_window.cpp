@@ -180,6 +180,10 @@ void detach(wxWindow* window) {
     g_object_set_qdata(G_OBJECT(widget), part_quark(), nullptr);
 }
 
+part_t* attached_part(const wxWindow* window) {
+  return window ? part_of_widget(window->GetHandle()) : nullptr;
+}
+
 AtkObject* accessible_of(const wxWindow* window) {
   GtkWidget* widget = window ? client_widget(window) : nullptr;
   return widget ? gtk_widget_get_accessible(widget) : nullptr;

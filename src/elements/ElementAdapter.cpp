@@ -8,6 +8,7 @@
 #include <wx/dcbuffer.h>
 
 #include "core/contract_sites.h"
+#include "elements/element_accessible.h"
 
 namespace orvix1 {
 namespace elements {
@@ -71,6 +72,7 @@ void for_each_request_route(Action action) {
 ElementAdapter::ElementAdapter(wxWindow* holder) : m_holder(holder) {
   if (!contract_holds(holder != nullptr, contract::site_t::adapter_holder_null)) return;
   BindHolder();
+  m_accessible = std::make_unique<detail::tree_accessible_t>(holder);
 }
 
 ElementAdapter::~ElementAdapter() {
@@ -95,6 +97,7 @@ void ElementAdapter::SetRootElement(element_ptr_t element) {
   // no longer reach this adapter: forget them.
   ForgetTreeState();
   m_root_element = element;
+  if (m_accessible) m_accessible->set_root(element.get());
   ConnectRoot();
   if (m_holder != nullptr) m_holder->Refresh(false, nullptr);
 }
@@ -158,6 +161,7 @@ void ElementAdapter::UnbindHolder() {
 // timer and without a capture taken for an element.
 void ElementAdapter::DetachHolder(bool /*holder_is_dying*/) {
   if (m_holder == nullptr) return;
+  m_accessible.reset();
   OnRequestClearTooltip();
   UnbindHolder();
   // The timer is owned by the holder: it must not fire at a window that is
@@ -201,6 +205,7 @@ void ElementAdapter::OnPaint(wxPaintEvent& event) {
   wxAutoBufferedPaintDC dc(m_holder);
   const wxSize client = m_holder->GetClientSize();
   root->ProcessDraw(dc, wxRect(0, 0, client.x, client.y), false);
+  if (m_accessible) m_accessible->painted();
 }
 
 void ElementAdapter::OnSize(wxSizeEvent& event) {
@@ -383,15 +388,15 @@ void ElementAdapter::OnKillFocus(wxFocusEvent& event) {
     element_ptr_t focused = m_focused;
     m_focused.reset();
     focused->ProcessChangeFocus(false);
+    if (m_accessible) m_accessible->focus_moved(focused.get(), nullptr);
   }
 }
 
 void ElementAdapter::OnRequestChangeFocus(element_ptr_t element) {
-  if (m_focused && m_focused != element) {
-    element_ptr_t previous = m_focused;
-    previous->SetFocus(false);
-  }
+  element_ptr_t previous = m_focused != element ? m_focused : element_ptr_t();
+  if (previous) previous->SetFocus(false);
   m_focused = element;
+  if (m_accessible) m_accessible->focus_moved(previous.get(), element.get());
 }
 
 // Key-down rather than char events: Tab arrives here before the toolkit

@@ -5,16 +5,27 @@
 #include <locale>
 #include <sstream>
 
+#include <gtk/gtk.h>
 #include <wx/dcbuffer.h>
+#include <wx/renderer.h>
 
 #include "core/log.h"
 #include "orvix1/dpi.h"
 #include "splitters/collapse_motion.h"
+#include "splitters/sash_focus.h"
+#include "splitters/splitter_accessible.h"
 
 namespace orvix1 {
 namespace {
 
 log4cplus::Logger splitter_logger() { return log::get_logger("orvix.splitters"); }
+
+// The desktop's rule for drawing the focus: once the keyboard has been used
+// in the window, not for a window that took the focus from a click.
+bool focus_visible(wxWindow* window) {
+  GtkWidget* top = gtk_widget_get_toplevel(window->GetHandle());
+  return GTK_IS_WINDOW(top) && gtk_window_get_focus_visible(GTK_WINDOW(top));
+}
 
 }  // namespace
 
@@ -27,6 +38,9 @@ wxBEGIN_EVENT_TABLE(wxAdvancedSplitter, wxWindow)
   EVT_TIMER(wxID_ANY, wxAdvancedSplitter::OnTimer)
   EVT_SYS_COLOUR_CHANGED(wxAdvancedSplitter::OnSysColourChanged)
   EVT_MOUSE_CAPTURE_LOST(wxAdvancedSplitter::OnCaptureLost)
+  EVT_KEY_DOWN(wxAdvancedSplitter::OnKeyDown)
+  EVT_SET_FOCUS(wxAdvancedSplitter::OnFocusChanged)
+  EVT_KILL_FOCUS(wxAdvancedSplitter::OnFocusChanged)
 wxEND_EVENT_TABLE()
 
 wxAdvancedSplitter::wxAdvancedSplitter()
@@ -39,6 +53,7 @@ wxAdvancedSplitter::wxAdvancedSplitter(wxWindow* parent, wxWindowID id, const wx
 }
 
 wxAdvancedSplitter::~wxAdvancedSplitter() {
+  m_accessible.reset();
   m_timer.Stop();
   Unlink();
   if (m_element) m_element->SashPositionChanged().disconnect(this, &wxAdvancedSplitter::OnSplitterSashPosChanged);
@@ -56,6 +71,8 @@ bool wxAdvancedSplitter::Create(wxWindow* parent, wxWindowID id, const wxPoint& 
   m_timer.SetOwner(this);
   m_last_extent = Extent();
   UpdateButtonDirection();
+  m_accessible = std::make_unique<detail::splitter_accessible_t>(*this);
+  detail::order_sash_focus(this);
   return true;
 }
 
@@ -274,6 +291,11 @@ void wxAdvancedSplitter::FinishAnimation() {
   UpdateButtonDirection();
   CalcLayout();
   Refresh();
+  PaneSettled();
+}
+
+void wxAdvancedSplitter::PaneSettled() {
+  if (m_accessible) m_accessible->pane_settled();
 }
 
 void wxAdvancedSplitter::SetAccelerationFactor(float factor) {
@@ -373,19 +395,29 @@ void wxAdvancedSplitter::TogglePane() {
   m_modified_by_user = true;
 }
 
+void wxAdvancedSplitter::SetPaneOpenByUser(bool open) {
+  if (m_element && ButtonTakesClicks() && open == ClosingOrClosed()) TogglePane();
+}
+
 void wxAdvancedSplitter::DoSashMoving(const wxPoint& point) {
   const wxPoint movement = point - m_last_point;
   m_last_point = point;
   const int step = m_horizontal ? movement.y : movement.x;
+  if (step != 0) MoveSashByUser(m_element->GetSashPosition() + step);
+}
+
+bool wxAdvancedSplitter::MoveSashByUser(int position) {
   // The animation owns the sash until it ends.
-  if (step == 0 || m_timer.IsRunning()) return;
+  if (!m_element || m_timer.IsRunning()) return false;
   if (m_motion->pane_closed()) {  // dragged out by hand
     m_motion->settle(false);
     if (ClosingPanel() != nullptr) ClosingPanel()->Show();
     UpdateButtonDirection();
+    PaneSettled();
   }
-  MoveSashKeepingRelative(m_element->GetSashPosition() + step);
+  MoveSashKeepingRelative(position);
   m_modified_by_user = true;
+  return true;
 }
 
 void wxAdvancedSplitter::OnLeftUp(const wxPoint& point) {
@@ -442,6 +474,52 @@ void wxAdvancedSplitter::OnLeaveSash() {
   Refresh();
 }
 
+// --- keyboard -----------------------------------------------------------------
+
+void wxAdvancedSplitter::OnKeyDown(wxKeyEvent& event) {
+  if (FindFocus() != this || !HandleSashKey(event.GetKeyCode())) event.Skip();
+}
+
+// The arrows across the axis are left to the host: they would move nothing.
+bool wxAdvancedSplitter::HandleSashKey(int key_code) {
+  if (!m_element) return false;
+  const int first = m_element->ClampSashPosition(0);
+  const int last = m_element->GetMaxSashPosition();
+  const int step = std::max(1, (last - first + 50) / 100);
+  const int position = m_element->GetSashPosition();
+  switch (key_code) {
+    case WXK_LEFT:
+    case WXK_UP:
+      if ((key_code == WXK_UP) != m_horizontal) return false;
+      MoveSashByUser(position - step);
+      return true;
+    case WXK_RIGHT:
+    case WXK_DOWN:
+      if ((key_code == WXK_DOWN) != m_horizontal) return false;
+      MoveSashByUser(position + step);
+      return true;
+    case WXK_HOME:
+      MoveSashByUser(first);
+      return true;
+    case WXK_END:
+      MoveSashByUser(last);
+      return true;
+    case WXK_RETURN:
+    case WXK_NUMPAD_ENTER:
+    case WXK_SPACE:
+      if (ButtonTakesClicks()) TogglePane();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void wxAdvancedSplitter::OnFocusChanged(wxFocusEvent& event) {
+  event.Skip();
+  Refresh();
+  if (m_accessible) m_accessible->focus_changed(event.GetEventType() == wxEVT_SET_FOCUS);
+}
+
 // --- painting and colours -----------------------------------------------------
 
 void wxAdvancedSplitter::OnPaint(wxPaintEvent&) {
@@ -451,7 +529,10 @@ void wxAdvancedSplitter::OnPaint(wxPaintEvent&) {
   const wxColour background = m_element ? m_element->GetUiStyle()->get_color("clSash") : wxColour();
   dc.SetBackground(wxBrush(background.IsOk() ? background : GetBackgroundColour()));
   dc.Clear();
-  if (m_element) m_element->Draw(dc);
+  if (!m_element) return;
+  m_element->Draw(dc);
+  if (HasFocus() && focus_visible(this))
+    wxRendererNative::Get().DrawFocusRect(this, dc, m_element->GetSashRect());
 }
 
 void wxAdvancedSplitter::OnSysColourChanged(wxSysColourChangedEvent& event) {
@@ -465,6 +546,7 @@ void wxAdvancedSplitter::OnSysColourChanged(wxSysColourChangedEvent& event) {
 void wxAdvancedSplitter::OnSplitterSashPosChanged(int) {
   CalcLayout();
   Refresh();
+  if (m_accessible) m_accessible->sash_moved();
 }
 
 void wxAdvancedSplitter::OnLinkedSplitterSashPosChanged(int position) {

@@ -16,6 +16,9 @@ wxQuadSplitter::wxQuadSplitter(wxWindow* parent, wxWindowID id, const wxPoint& p
 bool wxQuadSplitter::Create(wxWindow* parent, wxWindowID id, const wxPoint& pos,
                             const wxSize& size, long style, const wxString& name) {
   if (!wxWindow::Create(parent, id, pos, size, style, name)) return false;
+  // The grid is no stop for Tab: the toolkit would never enter a window
+  // that takes the focus, and the sashes inside could not be reached.
+  SetCanFocus(false);
   m_major = new wxAdvancedSplitter(this, wxID_ANY, wxPoint(0, 0), GetClientSize(), 0,
                                    "major_splitter");
   m_minor1 = new wxAdvancedSplitter(m_major, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0,

@@ -10,6 +10,7 @@
 #include "orvix1/elements/UIElement.h"
 #include "orvix1/wxCustomTooltip.h"
 #include "core/contract_sites.h"
+#include "elements/element_accessible.h"
 
 namespace orvix1 {
 namespace elements {
@@ -35,6 +36,12 @@ void UIElement::OnTooltipDestroyed(wxCustomTooltip* tooltip) {
   if (m_tooltip != tooltip) return;
   m_tooltip = nullptr;
   wxCustomTooltip::GetDestroyedSignal().disconnect(this, &UIElement::OnTooltipDestroyed);
+}
+
+// A screen reader reads the tooltip as the element's description.
+std::string detail::tooltip_text_of(const UIElement& element) {
+  const wxCustomTooltip* tooltip = element.GetExistingTooltip();
+  return tooltip ? tooltip->GetText() : std::string();
 }
 
 void ElementAdapter::OnRequestSetTooltip(wxCustomTooltip* tip) {

@@ -4,9 +4,12 @@
 /// Joins a tree of elements to one real wx window, the holder: the holder's
 /// paint, size, mouse, focus, keyboard, timer, show and colour events become
 /// calls on the root element, and the root's requests (client rectangle,
-/// holder, timers, capture, tooltips, focus) are answered here.
+/// holder, timers, capture, tooltips, focus) are answered here. The holder's
+/// accessible object shows the tree to screen readers, unless the holder's
+/// own class describes it.
 
 #include <map>
+#include <memory>
 
 #include <wx/event.h>
 #include <wx/timer.h>
@@ -19,6 +22,10 @@
 
 namespace orvix1 {
 namespace elements {
+namespace detail {
+class tree_accessible_t;
+}
+
 /// Joins a tree of elements to one real wx window, the holder.
 class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::subscriber_base_t {
  public:
@@ -112,6 +119,8 @@ class ORVIX1_API ElementAdapter : public wxEvtHandler, public talvar2::subscribe
   bool m_passing_focus = false;
   /// Where the last mouse event on the holder happened, in client coordinates.
   wxPoint m_last_mouse_position;
+  /// The tree as screen readers see it, while there is a holder.
+  std::unique_ptr<detail::tree_accessible_t> m_accessible;
 };
 
 }  // namespace elements

@@ -20,6 +20,7 @@
 ///   shows its first frame as a still picture and logs a warning.
 
 #include <cstdint>
+#include <string>
 
 #include <wx/animate.h>
 #include <wx/bitmap.h>
@@ -59,6 +60,13 @@ class ORVIX1_API ImageElement : public UIElement {
   /// Whether frames are being played (a still picture has none).
   bool HasAnimation() const { return m_frames != nullptr; }
 
+  /// What the picture shows, in words, for screen readers (they read the
+  /// element's tooltip text otherwise). Announced with the next paint.
+  void SetAccessibleDescription(const std::string& description) {
+    m_accessible_description = description;
+  }
+  const std::string& GetAccessibleDescription() const { return m_accessible_description; }
+
   /// Frees the frame iterator: the animation starts again from its first
   /// frame the next time it is drawn or ticks.
   void ResetIter();
@@ -92,6 +100,7 @@ class ORVIX1_API ImageElement : public UIElement {
   GdkPixbufAnimationIter* m_iter;
   /// What OnDraw draws (the picture or the current frame), made on first use.
   wxBitmap m_bitmap;
+  std::string m_accessible_description;
 };
 
 }  // namespace elements
