@@ -181,7 +181,7 @@ void detach(wxWindow* window) {
 }
 
 part_t* attached_part(const wxWindow* window) {
-  return window ? part_of_widget(window->GetHandle()) : nullptr;
+  return window ? part_of_widget(client_widget(window)) : nullptr;
 }
 
 AtkObject* accessible_of(const wxWindow* window) {

@@ -5,7 +5,7 @@
 #include "orvix1/elements/SpacerElement.h"
 #include "orvix1/elements/TextElement.h"
 #include "orvix1/wxCustomTooltip.h"
-#include "support/atk_events.h"
+#include "support/atk_event_log.h"
 #include "support/atk_probe.h"
 
 namespace {
@@ -87,45 +87,49 @@ TEST_F(ElementAccessible, ElementsShowTheirRolesWordsIdsAndPlaces) {
 TEST_F(ElementAccessible, FocusAndWordsThatChangeAreAnnounced) {
   AtkObject* pressable = object_of("30");
   AtkObject* text = object_of("0");
-  atk_events_t pressable_events(pressable), text_events(text);
+  atk_event_log_t events;
+  events.watch(pressable, "pressable");
+  events.watch(text, "text");
   ASSERT_TRUE(atk_component_grab_focus(ATK_COMPONENT(pressable)));
   // The holder's focus-in, when its window is active, gives it to the same element again.
   wxFocusEvent focus_in(wxEVT_SET_FOCUS, holder->GetId());
   focus_in.SetEventObject(holder);
   holder->ProcessWindowEvent(focus_in);
   EXPECT_TRUE(button->IsFocused() && has_state(pressable, ATK_STATE_FOCUSED));
-  EXPECT_EQ(pressable_events.take(), std::vector<std::string>{"focused=1"});
+  EXPECT_EQ(events.take(), std::vector<std::string>{"pressable focused=1"});
 
   recording_ptr_t other = add(root, wxSize(10, 10), "other");
   other->SetAcceptFocus(true);
   other->SetFocus(true);  // an element reached for the first time by its focus
-  EXPECT_EQ(pressable_events.take(), std::vector<std::string>{"focused=0"});
+  EXPECT_EQ(events.take(), std::vector<std::string>{"pressable focused=0"});
   EXPECT_TRUE(has_state(children_of(tree).back(), ATK_STATE_FOCUSED));
 
   label->SetText("Yearly figures");
   button->GetTooltip()->SetText("Prints the report");
   paint();
-  EXPECT_EQ(text_events.take(), std::vector<std::string>{"accessible-name"});
-  EXPECT_EQ(pressable_events.take(), std::vector<std::string>{"accessible-description"});
+  EXPECT_EQ(events.take(), (std::vector<std::string>{"pressable description=Prints the report",
+                                                     "text name=Yearly figures"}));
   EXPECT_EQ(name_of(text), "Yearly figures");
 }
 
 TEST_F(ElementAccessible, TreeChangesAreAnnouncedWhereTheyHaveBeenSeen) {
-  atk_events_t holder_events(tree);
+  atk_event_log_t holder_events;
+  holder_events.watch(tree);
   add(button, wxSize(5, 5), "unseen");  // no one has read the button's children
   EXPECT_TRUE(holder_events.take().empty());
 
   ASSERT_EQ(children_of(tree).size(), 4u);
   recording_ptr_t added = add(root, wxSize(10, 10), "added");
-  EXPECT_EQ(holder_events.take(), std::vector<std::string>{"add 4"});
+  EXPECT_EQ(holder_events.take(), std::vector<std::string>{"child+ 4"});
   EXPECT_EQ(holder_events.take_children(), std::vector<AtkObject*>{children_of(tree).at(4)});
 
   AtkObject* group_object = object_of("3");
   AtkObject* button_object = object_of("30");
-  atk_events_t group_events(group_object);
+  atk_event_log_t group_events;
+  group_events.watch(group_object);
   g_object_ref(button_object);
   button->Destroy();
-  EXPECT_EQ(group_events.take(), std::vector<std::string>{"remove -1"});
+  EXPECT_EQ(group_events.take(), std::vector<std::string>{"child- -1"});
   EXPECT_EQ(group_events.take_children(), std::vector<AtkObject*>{button_object});
   EXPECT_TRUE(has_state(button_object, ATK_STATE_DEFUNCT));
   g_object_unref(button_object);
@@ -139,8 +143,8 @@ TEST_F(ElementAccessible, TreeChangesAreAnnouncedWhereTheyHaveBeenSeen) {
   EXPECT_TRUE(has_state(former, ATK_STATE_DEFUNCT));
   g_object_unref(former);
   const std::vector<std::string> events = holder_events.take();
-  EXPECT_EQ(std::count(events.begin(), events.end(), "remove -1"), 5);
-  EXPECT_EQ(events.back(), "add 0");
+  EXPECT_EQ(std::count(events.begin(), events.end(), "child- -1"), 5);
+  EXPECT_EQ(events.back(), "child+ 0");
   ASSERT_EQ(children_of(tree).size(), 1u);
   EXPECT_EQ(atk_object_get_accessible_id(children_of(tree)[0]), std::string("only child"));
 }

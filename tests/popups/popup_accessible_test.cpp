@@ -122,8 +122,8 @@ TEST_F(PopupAccessible, RowActionsChooseOrCloseAndARefillReplacesTheItems) {
   EXPECT_FALSE(m_menu->IsPoppedUp());
 
   m_button->OpenPopup();
-  EXPECT_EQ(m_log.take(), (std::vector<std::string>{"menu child-", "menu child-", "menu child-", "menu child-",
-                                                    "menu child+", "menu child+", "menu child+", "menu child+"}));
+  EXPECT_EQ(m_log.take(), (std::vector<std::string>{"menu child- 3", "menu child- 2", "menu child- 1", "menu child- 0",
+                                                    "menu child+ 0", "menu child+ 1", "menu child+ 2", "menu child+ 3"}));
   for (AtkObject* item : items) {
     EXPECT_TRUE(has_state(item, ATK_STATE_DEFUNCT));
     g_object_unref(item);

@@ -3,7 +3,8 @@
 
 // The events a screen reader hears from some accessible objects, as text:
 // "<label> selected=1", "<label> name=<new name>", "<label> description=<new
-// description>", "<label> child+", "<label> child-", "<label> activate".
+// description>", "<label> value", "<label> child+ <index>", "<label> child-
+// <index>", "<label> activate"; without a label, the event alone.
 // Showing and visible come from GTK mapping windows, whenever a layout
 // moves them: they are left out unless asked for.
 
@@ -28,13 +29,14 @@ class atk_event_log_t {
     for (const auto& watched : m_watched) g_object_unref(watched->object);
   }
 
-  void watch(AtkObject* object, const std::string& label, bool with_visibility = false) {
+  void watch(AtkObject* object, const std::string& label = {}, bool with_visibility = false) {
     m_watched.push_back(
         std::make_unique<watched_t>(watched_t{this, g_object_ref(object), label, with_visibility}));
     watched_t* watched = m_watched.back().get();
     connect(object, "state-change", G_CALLBACK(on_state), watched);
     connect(object, "notify::accessible-name", G_CALLBACK(on_name), watched);
     connect(object, "notify::accessible-description", G_CALLBACK(on_description), watched);
+    connect(object, "notify::accessible-value", G_CALLBACK(on_value), watched);
     connect(object, "children-changed::add", G_CALLBACK(on_child_added), watched);
     connect(object, "children-changed::remove", G_CALLBACK(on_child_removed), watched);
     if (ATK_IS_WINDOW(object)) connect(object, "activate", G_CALLBACK(on_activate), watched);
@@ -42,6 +44,8 @@ class atk_event_log_t {
 
   // The events since the last take, oldest first.
   std::vector<std::string> take() { return std::exchange(m_events, {}); }
+  // The children the children-changed events named, oldest first.
+  std::vector<AtkObject*> take_children() { return std::exchange(m_children, {}); }
 
  private:
   struct watched_t {
@@ -55,7 +59,7 @@ class atk_event_log_t {
     m_handlers.emplace_back(object, g_signal_connect(object, signal, callback, watched));
   }
   static void add(watched_t* watched, const std::string& event) {
-    watched->log->m_events.push_back(watched->label + " " + event);
+    watched->log->m_events.push_back(watched->label.empty() ? event : watched->label + " " + event);
   }
   static void on_state(AtkObject*, gchar* state, gboolean value, gpointer data) {
     auto* watched = static_cast<watched_t*>(data);
@@ -69,17 +73,23 @@ class atk_event_log_t {
   static void on_description(AtkObject* object, GParamSpec*, gpointer data) {
     add(static_cast<watched_t*>(data), "description=" + description_of(object));
   }
-  static void on_child_added(AtkObject*, guint, gpointer, gpointer data) {
-    add(static_cast<watched_t*>(data), "child+");
+  static void on_value(AtkObject*, GParamSpec*, gpointer data) { add(static_cast<watched_t*>(data), "value"); }
+  static void on_child_added(AtkObject*, guint index, AtkObject* child, gpointer data) {
+    on_child(static_cast<watched_t*>(data), "child+ ", index, child);
   }
-  static void on_child_removed(AtkObject*, guint, gpointer, gpointer data) {
-    add(static_cast<watched_t*>(data), "child-");
+  static void on_child_removed(AtkObject*, guint index, AtkObject* child, gpointer data) {
+    on_child(static_cast<watched_t*>(data), "child- ", index, child);
+  }
+  static void on_child(watched_t* watched, const char* event, guint index, AtkObject* child) {
+    add(watched, event + std::to_string(static_cast<gint>(index)));
+    watched->log->m_children.push_back(child);
   }
   static void on_activate(AtkObject*, gpointer data) { add(static_cast<watched_t*>(data), "activate"); }
 
   std::vector<std::unique_ptr<watched_t>> m_watched;
   std::vector<std::pair<AtkObject*, gulong>> m_handlers;
   std::vector<std::string> m_events;
+  std::vector<AtkObject*> m_children;
 };
 
 }  // namespace orvix1_test
