@@ -1,0 +1,26 @@
+#ifndef ORVIX1_SRC_ELEMENTS_MEASURING_CONTEXT_H
+#define ORVIX1_SRC_ELEMENTS_MEASURING_CONTEXT_H
+// The context text elements measure with outside a paint pass. Making a
+// client context costs as much as measuring a short label twice over, so
+// one context per window is kept and shared until the event loop next runs
+// idle work or the window dies. It measures exactly as a new context on the
+// same window would: it is one.
+
+#include <wx/dc.h>
+#include <wx/window.h>
+
+namespace orvix1 {
+namespace elements {
+namespace detail {
+
+/// The shared context of `window` (the screen's for null). Set the font
+/// before measuring: other elements leave theirs.
+wxDC& measuring_context(wxWindow* window);
+/// Whether `dc` is one of the shared contexts (which nobody deletes).
+bool is_measuring_context(const wxDC* dc);
+
+}  // namespace detail
+}  // namespace elements
+}  // namespace orvix1
+
+#endif
