@@ -252,7 +252,10 @@ wxDC* TextElement::GetDC() {
   wxDC* dc = GetCurrentDC();
   // Without a holder window the screen's context still measures the font.
   if (dc == nullptr) dc = &detail::measuring_context(GetHolder());
-  dc->SetFont(font_to_use());
+  // Selecting a font makes the context build a font object of its own;
+  // labels of one style share theirs, so mostly it is selected already.
+  const wxFont font = font_to_use();
+  if (dc->GetFont().GetRefData() != font.GetRefData()) dc->SetFont(font);
   return dc;
 }
 
