@@ -270,20 +270,25 @@ void TextElement::ReleaseDC(wxDC* dc) {
 }
 
 void TextElement::UpdateSizeInternal() {
-  wxDC* dc = GetDC();
-  const wxString shown = to_display(m_text);
-  wxCoord width = 0;
-  wxCoord height = 0;
-  if (!shown.empty()) {
-    if (m_multiline)
-      dc->GetMultiLineTextExtent(shown, &width, &height);
-    else
-      dc->GetTextExtent(shown, &width, &height);
-  }
-  m_natural_size = wxSize(width, height);
-  ReleaseDC(dc);
+  m_natural_size = MeasureText(to_display(m_text));
   Invalidate(true);
   SizeChanged(m_natural_size);
+}
+
+wxSize TextElement::MeasureText(const wxString& shown) {
+  if (shown.empty()) return wxSize(0, 0);
+  // Outside a paint pass a single line goes the shortest way.
+  if (!m_multiline && GetCurrentDC() == nullptr)
+    return detail::measure_line(GetHolder(), font_to_use(), shown);
+  wxDC* dc = GetDC();
+  wxCoord width = 0;
+  wxCoord height = 0;
+  if (m_multiline)
+    dc->GetMultiLineTextExtent(shown, &width, &height);
+  else
+    dc->GetTextExtent(shown, &width, &height);
+  ReleaseDC(dc);
+  return wxSize(width, height);
 }
 
 std::string TextElement::AddEllipsis(const std::string& text, int max_width, bool force) {

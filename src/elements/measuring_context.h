@@ -7,6 +7,9 @@
 // same window would: it is one.
 
 #include <wx/dc.h>
+#include <wx/font.h>
+#include <wx/gdicmn.h>
+#include <wx/string.h>
 #include <wx/window.h>
 
 namespace orvix1 {
@@ -18,6 +21,9 @@ namespace detail {
 wxDC& measuring_context(wxWindow* window);
 /// Whether `dc` is one of the shared contexts (which nobody deletes).
 bool is_measuring_context(const wxDC* dc);
+/// The extent of one line of `text` in `font`, exactly as the shared context
+/// of `window` gives it: (0, 0) for an empty text.
+wxSize measure_line(wxWindow* window, const wxFont& font, const wxString& text);
 
 }  // namespace detail
 }  // namespace elements

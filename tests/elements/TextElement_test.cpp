@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <glib.h>
+#include <gtk/gtk.h>
 #include <gtest/gtest.h>
 #include <wx/dcclient.h>
 #include <wx/dcmemory.h>
@@ -171,6 +172,22 @@ TEST_F(TextElementTest, AStyleChangeStaysWithItsLabelWhilePaletteChangesReachEve
   EXPECT_EQ(other->GetColor(), wxColour(90, 90, 90));
   EXPECT_EQ(fresh->GetColor(), wxColour(90, 90, 90));
   EXPECT_EQ(changed->GetColor(), wxColour(200, 0, 0));
+}
+
+// Labels are measured on a shared context, as a client context of their
+// window measures them, also when that context scales fonts for the desktop.
+TEST_F(TextElementTest, LabelsMeasureAsTheirWindowsContextAtEveryDesktopResolution) {
+  gint saved_dpi = 0;
+  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &saved_dpi, NULL);
+  for (int dpi : {96, 144}) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", dpi * 1024, NULL);
+    pump_events();  // contexts live until the loop idles
+    wxClientDC dc(m_window);
+    dc.SetFont(m_bold);
+    for (const char* line : {"Label 1", "fi fl AVAVA To"})
+      EXPECT_EQ(make_text(line)->GetSize(), dc.GetTextExtent(line)) << dpi << " dpi: " << line;
+  }
+  g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", saved_dpi, NULL);
 }
 
 TEST_F(TextElementTest, SizeIsTheExtentOfTheWidestLineByAllLinesAndIsSignalled) {

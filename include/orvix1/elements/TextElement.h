@@ -123,6 +123,7 @@ class ORVIX1_API TextElement : public UIElement {
   void StopSharingDefaultStyle();
   wxFont font_to_use() const;
   void UpdateSizeInternal();
+  wxSize MeasureText(const wxString& shown);
   void SetTruncated(bool truncated);
 
   std::string m_text;
