@@ -114,6 +114,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   virtual void SetResizable(bool resizable);
   virtual bool IsResizable() const;
   virtual void SetLayoutLogic(talvar2::intrusive_pointer_t<Layout> layout);
+  /// The layout set, or the OptimalLayout made now for an element given none.
   virtual talvar2::intrusive_pointer_t<Layout> GetLayoutLogic() const;
   virtual bool SetFocus(bool focused);
   virtual bool AcceptsFocus() const;
