@@ -1,10 +1,10 @@
 #ifndef ORVIX1_SRC_ELEMENTS_MEASURING_CONTEXT_H
 #define ORVIX1_SRC_ELEMENTS_MEASURING_CONTEXT_H
 // The context text elements measure with outside a paint pass. Making a
-// client context costs as much as measuring a short label twice over, so
-// one context per window is kept and shared until the event loop next runs
-// idle work or the window dies. It measures exactly as a new context on the
-// same window would: it is one.
+// client context costs half as much as measuring a short label, so one
+// context per window is kept and shared until the event loop next handles
+// pending events, or the window dies. It measures exactly as a new context
+// on the same window would: it is one.
 
 #include <wx/dc.h>
 #include <wx/font.h>

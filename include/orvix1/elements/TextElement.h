@@ -98,8 +98,8 @@ class ORVIX1_API TextElement : public UIElement {
 
   /// The measuring context with the element's font selected: the running
   /// paint pass's context if there is one, else a client context on the
-  /// holder window that text elements share until the event loop next runs
-  /// idle work. Give it back with ReleaseDC.
+  /// holder window that text elements share until the event loop next
+  /// handles pending events. Give it back with ReleaseDC.
   wxDC* GetDC();
   void ReleaseDC(wxDC* dc);
 
