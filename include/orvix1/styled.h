@@ -36,6 +36,15 @@ class ORVIX1_API StyledBase : public IStyled, public talvar2::subscriber_base_t 
   void on_style_updated() override;
 
  protected:
+  /// The style held, as the widget's own code reads it: GetUiStyle() is the
+  /// callers' way to change a style, and a widget may answer it with a copy
+  /// of its own (see elements::TextElement).
+  ui_style_t* PeekUiStyle() const { return m_style.get(); }
+  /// Holds `style` without on_style_updated(): for a widget that takes a
+  /// style with the values it already shows. One that hears of the style's
+  /// updates another way does not follow them.
+  void HoldUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style, bool follow_updates);
+
   /// The style's colour or font under `key`; invalid or null without a style.
   wxColour StyleColor(const std::string& key) const;
   wxFont StyleFont(const std::string& key) const;
@@ -43,6 +52,7 @@ class ORVIX1_API StyledBase : public IStyled, public talvar2::subscriber_base_t 
  private:
   talvar2::intrusive_pointer_t<ui_style_t> m_style;
   bool m_inherited = false;
+  bool m_follows_updates = false;  ///< connected to m_style's update signal
 };
 
 }  // namespace orvix1

@@ -6,6 +6,7 @@
 #include <wx/strconv.h>
 
 #include "orvix1/ui_settings.h"
+#include "elements/measuring_context.h"
 
 namespace orvix1 {
 namespace elements {
@@ -55,6 +56,79 @@ void TextElement::default_style_t::set_style_info() {
   internal_set_font(k_text_font_key, m_settings->get_font(font_normal_bold));
 }
 
+// --- the shared default style ---------------------------------------------------
+
+// The default style of the live palette, held by the text elements that
+// share it. They are linked into a list rather than connected to the update
+// signal: a connection costs each element two allocations.
+class TextElement::shared_default_style_t final : public default_style_t {
+ public:
+  /// The instance of the live palette: the one in use, or a new one when
+  /// none is or the palette was replaced.
+  static talvar2::intrusive_pointer_t<shared_default_style_t> current() {
+    if (s_current != nullptr && s_current->get_settings().get() == ui_settings_t::get().get())
+      return s_current;
+    return new shared_default_style_t;
+  }
+
+  ~shared_default_style_t() override {
+    updated().disconnect(this, &shared_default_style_t::update_sharers);
+    if (s_current == this) s_current = nullptr;
+  }
+
+  void join(TextElement& element) {
+    element.m_previous_sharing = m_last;
+    element.m_next_sharing = nullptr;
+    (m_last != nullptr ? m_last->m_next_sharing : m_first) = &element;
+    m_last = &element;
+  }
+
+  void leave(TextElement& element) {
+    // A running update skips an element that leaves before its turn.
+    for (walk_t* walk = m_walks; walk != nullptr; walk = walk->outer)
+      if (walk->next == &element) walk->next = element.m_next_sharing;
+    (element.m_previous_sharing != nullptr ? element.m_previous_sharing->m_next_sharing : m_first) =
+        element.m_next_sharing;
+    (element.m_next_sharing != nullptr ? element.m_next_sharing->m_previous_sharing : m_last) =
+        element.m_previous_sharing;
+    element.m_previous_sharing = element.m_next_sharing = nullptr;
+  }
+
+ private:
+  /// One update going through the list; an element's handlers may start
+  /// another, or make elements leave or join.
+  struct walk_t {
+    TextElement* next;
+    walk_t* outer;
+  };
+
+  shared_default_style_t() {
+    s_current = this;
+    updated().connect(this, &shared_default_style_t::update_sharers);
+  }
+
+  void update_sharers() {
+    if (m_first == nullptr) return;
+    // The last sharer may leave meanwhile: the style lives until the walk ends.
+    const talvar2::intrusive_pointer_t<shared_default_style_t> alive(this);
+    walk_t walk{m_first, m_walks};
+    m_walks = &walk;
+    while (walk.next != nullptr) {
+      TextElement* element = walk.next;
+      walk.next = element->m_next_sharing;
+      element->on_style_updated();
+    }
+    m_walks = walk.outer;
+  }
+
+  static shared_default_style_t* s_current;
+  TextElement* m_first = nullptr;
+  TextElement* m_last = nullptr;
+  walk_t* m_walks = nullptr;
+};
+
+TextElement::shared_default_style_t* TextElement::shared_default_style_t::s_current = nullptr;
+
 // --- construction -------------------------------------------------------------
 
 TextElement::TextElement() { Init(); }
@@ -71,6 +145,10 @@ TextElement::TextElement(element_ptr_t parent, int position_flags, const std::st
   Init();
 }
 
+TextElement::~TextElement() {
+  if (m_shares_default_style) StopSharingDefaultStyle();
+}
+
 void TextElement::Init() {
   m_multiline = false;
   m_truncation_enabled = true;
@@ -78,10 +156,47 @@ void TextElement::Init() {
   SetResizable(true);
   // A style pushed down by the parent arrived while the base was being
   // built, before this class could take its values.
-  if (GetUiStyle())
+  if (PeekUiStyle() != nullptr)
     InvalidateColors();
   else
-    SetUiStyle(new default_style_t);
+    ShareDefaultStyle();
+}
+
+// --- style ----------------------------------------------------------------------
+
+void TextElement::ShareDefaultStyle() {
+  talvar2::intrusive_pointer_t<shared_default_style_t> shared = shared_default_style_t::current();
+  HoldUiStyle(shared, false);
+  shared->join(*this);
+  m_shares_default_style = true;
+  on_style_updated();
+}
+
+void TextElement::StopSharingDefaultStyle() {
+  static_cast<shared_default_style_t*>(PeekUiStyle())->leave(*this);
+  m_shares_default_style = false;
+}
+
+// The copy has the values the element shows: nothing to redraw.
+talvar2::intrusive_pointer_t<ui_style_t> TextElement::GetUiStyle() {
+  if (m_shares_default_style) {
+    StopSharingDefaultStyle();
+    HoldUiStyle(new default_style_t, true);
+  }
+  return UIElement::GetUiStyle();
+}
+
+void TextElement::SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) {
+  if (m_shares_default_style) {
+    StopSharingDefaultStyle();
+    if (!style) {
+      // Taking no style is a change too: the element follows the palette now.
+      HoldUiStyle(nullptr, false);
+      on_style_updated();
+      return;
+    }
+  }
+  UIElement::SetUiStyle(style);
 }
 
 // --- properties ---------------------------------------------------------------
@@ -123,9 +238,9 @@ wxSize TextElement::GetMinSize() const {
 }
 
 void TextElement::InvalidateColors() {
-  talvar2::intrusive_pointer_t<ui_style_t> style = GetUiStyle();
+  talvar2::intrusive_pointer_t<ui_style_t> style = PeekUiStyle();
   // Without a style of its own the element follows the palette directly.
-  if (!style) style = new default_style_t;
+  if (!style) style = shared_default_style_t::current();
   m_font.refresh(style->get_font(k_text_font_key));
   m_color.refresh(style->get_color(k_text_colour_key));
   UpdateSizeInternal();
@@ -135,15 +250,12 @@ void TextElement::InvalidateColors() {
 
 wxDC* TextElement::GetDC() {
   wxDC* dc = GetCurrentDC();
-  if (dc == nullptr) {
-    wxWindow* holder = GetHolder();
-    // Without a holder window the screen's context still measures the font.
-    if (holder != nullptr)
-      dc = new wxClientDC(holder);
-    else
-      dc = new wxScreenDC;
-  }
-  dc->SetFont(font_to_use());
+  // Without a holder window the screen's context still measures the font.
+  if (dc == nullptr) dc = &detail::measuring_context(GetHolder());
+  // Selecting a font makes the context build a font object of its own;
+  // labels of one style share theirs, so mostly it is selected already.
+  const wxFont font = font_to_use();
+  if (dc->GetFont().GetRefData() != font.GetRefData()) dc->SetFont(font);
   return dc;
 }
 
@@ -154,24 +266,29 @@ wxFont TextElement::font_to_use() const {
 }
 
 void TextElement::ReleaseDC(wxDC* dc) {
-  if (dc != GetCurrentDC()) delete dc;
+  if (dc != GetCurrentDC() && !detail::is_measuring_context(dc)) delete dc;
 }
 
 void TextElement::UpdateSizeInternal() {
-  wxDC* dc = GetDC();
-  const wxString shown = to_display(m_text);
-  wxCoord width = 0;
-  wxCoord height = 0;
-  if (!shown.empty()) {
-    if (m_multiline)
-      dc->GetMultiLineTextExtent(shown, &width, &height);
-    else
-      dc->GetTextExtent(shown, &width, &height);
-  }
-  m_natural_size = wxSize(width, height);
-  ReleaseDC(dc);
+  m_natural_size = MeasureText(to_display(m_text));
   Invalidate(true);
   SizeChanged(m_natural_size);
+}
+
+wxSize TextElement::MeasureText(const wxString& shown) {
+  if (shown.empty()) return wxSize(0, 0);
+  // Outside a paint pass a single line goes the shortest way.
+  if (!m_multiline && GetCurrentDC() == nullptr)
+    return detail::measure_line(GetHolder(), font_to_use(), shown);
+  wxDC* dc = GetDC();
+  wxCoord width = 0;
+  wxCoord height = 0;
+  if (m_multiline)
+    dc->GetMultiLineTextExtent(shown, &width, &height);
+  else
+    dc->GetTextExtent(shown, &width, &height);
+  ReleaseDC(dc);
+  return wxSize(width, height);
 }
 
 std::string TextElement::AddEllipsis(const std::string& text, int max_width, bool force) {

@@ -27,14 +27,12 @@ wxRect inner_rect(const wxRect& rect, const margin_t& margin) {
 
 }  // namespace
 
-UIElement::UIElement() : m_position_flags(pfVCenter | pfHCenter) {
-  SetLayoutLogic(new OptimalLayout);
-}
+// The default layout is made when first needed (layout()).
+UIElement::UIElement() : m_position_flags(pfVCenter | pfHCenter) {}
 
 UIElement::UIElement(element_ptr_t parent) : UIElement(parent, pfLeft | pfVCenter) {}
 
 UIElement::UIElement(element_ptr_t parent, int position_flags) : m_position_flags(position_flags) {
-  SetLayoutLogic(new OptimalLayout);
   if (!contract_holds(parent.get() != nullptr, site_t::element_parent_null)) return;
   m_tab_order = parent->GenerateUniqueTabOrder();
   // The parent's list takes the first reference of this element.
@@ -51,8 +49,10 @@ UIElement::~UIElement() {
 
 // --- sizes, layout, focus flags ---------------------------------------------
 
+// A leaf's layout would add up no children: nothing, which is said here
+// without making one.
 wxSize UIElement::GetSize() const {
-  if (m_parent != nullptr) return LimitSize(m_layout->GetSize());
+  if (m_parent != nullptr) return LimitSize(HasLayoutWork() ? layout().GetSize() : wxSize(0, 0));
   if (!contract_holds(!RequestClientRect.empty(), site_t::element_size_unanswered))
     return wxSize();
   wxRect rect(0, 0, 0, 0);
@@ -60,7 +60,9 @@ wxSize UIElement::GetSize() const {
   return rect.GetSize();
 }
 
-wxSize UIElement::GetMinSize() const { return LimitSize(m_layout->GetMinSize()); }
+wxSize UIElement::GetMinSize() const {
+  return LimitSize(HasLayoutWork() ? layout().GetMinSize() : wxSize(0, 0));
+}
 
 void UIElement::SetFixedSize(const wxSize& size) {
   if (m_fixed_size == size) return;
@@ -97,7 +99,15 @@ void UIElement::SetLayoutLogic(talvar2::intrusive_pointer_t<Layout> layout) {
   m_layout->SetControlledElement(this);
 }
 
-talvar2::intrusive_pointer_t<Layout> UIElement::GetLayoutLogic() const { return m_layout; }
+talvar2::intrusive_pointer_t<Layout> UIElement::GetLayoutLogic() const { return &layout(); }
+
+Layout& UIElement::layout() const {
+  if (!m_layout) {
+    m_layout = new OptimalLayout;
+    m_layout->SetControlledElement(const_cast<UIElement*>(this));
+  }
+  return *m_layout;
+}
 
 bool UIElement::AcceptsFocus() const { return m_accepts_focus; }
 
@@ -243,7 +253,7 @@ wxWindow* UIElement::GetHolder() const {
 
 wxRect UIElement::GetRect() const {
   if (m_parent != nullptr)
-    return m_parent->m_layout->GetChildRect(m_parent->GetRect(), self_of(this));
+    return m_parent->layout().GetChildRect(m_parent->GetRect(), self_of(this));
   wxRect rect(0, 0, 0, 0);
   if (contract_holds(!RequestClientRect.empty(), site_t::element_rect_unanswered))
     RequestClientRect(rect);
@@ -260,7 +270,7 @@ void UIElement::SetPositionFlags(int flags) {
 void UIElement::RefreshLayoutIfDirty() const {
   const UIElement* root = GetRootElement();
   if (!contract_holds(root != nullptr, site_t::element_root_null)) return;
-  if (root->m_layout_dirty && m_layout) m_layout.get()->Invalidate();
+  if (root->m_layout_dirty && HasLayoutWork()) layout().Invalidate();
 }
 
 bool UIElement::HitTest(const wxPoint& point) const {
@@ -305,12 +315,12 @@ void UIElement::ProcessMouse(const wxMouseEvent& event) {
 }
 
 void UIElement::OnMouseEnter(const wxMouseEvent&) {
-  if (m_tooltip != nullptr) GetRootElement()->RequestSetTooltip(m_tooltip);
+  if (wxCustomTooltip* tooltip = GetExistingTooltip()) GetRootElement()->RequestSetTooltip(tooltip);
   MouseEntered(self_of(this));
 }
 
 void UIElement::OnMouseLeave(const wxMouseEvent&) {
-  if (m_tooltip != nullptr) GetRootElement()->RequestClearTooltip();
+  if (GetExistingTooltip() != nullptr) GetRootElement()->RequestClearTooltip();
   MouseLeft(self_of(this));
 }
 
@@ -333,12 +343,14 @@ void UIElement::SetCurrentDC(wxDC* dc) {
 
 void UIElement::ProcessDraw(wxDC& dc, const wxRect& rect, bool force_layout) {
   SetCurrentDC(&dc);
+  // A root is laid out even as a leaf, as its host asks for its rectangle.
+  const bool lay_out = HasLayoutWork() || m_parent == nullptr;
   if (m_parent == nullptr && m_layout_dirty) {
-    m_layout->Invalidate();
+    layout().Invalidate();
     m_layout_dirty = false;
     force_layout = true;
-  } else if (force_layout) {
-    m_layout->Invalidate();
+  } else if (force_layout && lay_out) {
+    layout().Invalidate();
   }
   const wxRect inner = inner_rect(rect, m_margin);
   dc.SetClippingRegion(inner);
@@ -351,7 +363,7 @@ void UIElement::ProcessDraw(wxDC& dc, const wxRect& rect, bool force_layout) {
   const wxRect drawable(wxPoint(0, 0), dc.GetSize());
   for (element_ptr_t& child : m_children) {
     if (!child->m_visible) continue;
-    const wxRect child_rect = m_layout->GetChildRect(rect, child);
+    const wxRect child_rect = layout().GetChildRect(rect, child);
     const bool off_context = !child_rect.IsEmpty() && !child_rect.Intersects(drawable);
     if (child->m_children.empty() && off_context) continue;
     child->ProcessDraw(dc, child_rect, force_layout);
@@ -539,7 +551,7 @@ void UIElement::InvalidateColors() {}
 
 // A styled element keeps its style's colours.
 void UIElement::ProcessSysColorChanged() {
-  if (!GetUiStyle()) InvalidateColors();
+  if (PeekUiStyle() == nullptr) InvalidateColors();
   for (element_ptr_t& child : m_children) child->ProcessSysColorChanged();
 }
 
@@ -547,17 +559,37 @@ void UIElement::OnKeyPress(wxKeyEvent&) {}
 
 // --- bindings -----------------------------------------------------------------
 
+UIElement::extras_t& UIElement::Extras() {
+  if (!m_extras) m_extras = std::make_unique<extras_t>();
+  return *m_extras;
+}
+
 unsigned long UIElement::GenerateUniqueBindingSlotId() const {
-  return m_bindings.empty() ? 0 : m_bindings.rbegin()->first + 1;
+  if (!m_extras || m_extras->bindings.empty()) return 0;
+  return m_extras->bindings.rbegin()->first + 1;
 }
 
 unsigned long UIElement::AddBinding(const boost::any& value) {
   const unsigned long slot = GenerateUniqueBindingSlotId();
-  m_bindings.emplace(slot, value);
+  Extras().bindings.emplace(slot, value);
   return slot;
 }
 
-void UIElement::RemoveBinding(unsigned long slot) { m_bindings.erase(slot); }
+void UIElement::RemoveBinding(unsigned long slot) {
+  if (m_extras) m_extras->bindings.erase(slot);
+}
+
+// --- test identifiers -----------------------------------------------------------
+
+void UIElement::SetTestID(const std::string& id) {
+  if (id.empty() && !m_extras) return;
+  Extras().test_id = id;
+}
+
+const std::string& UIElement::GetTestID() const {
+  static const std::string none;
+  return m_extras ? m_extras->test_id : none;
+}
 
 }  // namespace elements
 }  // namespace orvix1

@@ -8,10 +8,15 @@ StyledBase::~StyledBase() = default;
 
 void StyledBase::SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) {
   if (style == m_style) return;
-  if (m_style) m_style->updated().disconnect(this, &StyledBase::on_style_updated);
-  m_style = style;
-  if (m_style) m_style->updated().connect(this, &StyledBase::on_style_updated);
+  HoldUiStyle(style, true);
   on_style_updated();
+}
+
+void StyledBase::HoldUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style, bool follow_updates) {
+  if (m_style && m_follows_updates) m_style->updated().disconnect(this, &StyledBase::on_style_updated);
+  m_style = style;
+  m_follows_updates = m_style && follow_updates;
+  if (m_follows_updates) m_style->updated().connect(this, &StyledBase::on_style_updated);
 }
 
 talvar2::intrusive_pointer_t<ui_style_t> StyledBase::GetUiStyle() { return m_style; }

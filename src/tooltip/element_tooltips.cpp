@@ -16,25 +16,26 @@ namespace orvix1 {
 namespace elements {
 
 wxCustomTooltip* UIElement::GetTooltip() {
-  if (m_tooltip == nullptr) {
-    m_tooltip = new wxCustomTooltip();
+  wxCustomTooltip*& tooltip = Extras().tooltip;
+  if (tooltip == nullptr) {
+    tooltip = new wxCustomTooltip();
     wxCustomTooltip::GetDestroyedSignal().connect(this, &UIElement::OnTooltipDestroyed);
   }
-  return m_tooltip;
+  return tooltip;
 }
 
 void UIElement::DestroyTooltip() {
-  wxCustomTooltip* tooltip = m_tooltip;
+  wxCustomTooltip* tooltip = GetExistingTooltip();
   if (tooltip == nullptr) return;
-  m_tooltip = nullptr;
+  m_extras->tooltip = nullptr;
   wxCustomTooltip::GetDestroyedSignal().disconnect(this, &UIElement::OnTooltipDestroyed);
   tooltip->Destroy();
 }
 
 // Only this element's own tooltip is forgotten.
 void UIElement::OnTooltipDestroyed(wxCustomTooltip* tooltip) {
-  if (m_tooltip != tooltip) return;
-  m_tooltip = nullptr;
+  if (GetExistingTooltip() != tooltip) return;
+  if (m_extras) m_extras->tooltip = nullptr;
   wxCustomTooltip::GetDestroyedSignal().disconnect(this, &UIElement::OnTooltipDestroyed);
 }
 

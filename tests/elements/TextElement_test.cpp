@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <glib.h>
+#include <gtk/gtk.h>
 #include <gtest/gtest.h>
 #include <wx/dcclient.h>
 #include <wx/dcmemory.h>
@@ -140,6 +141,53 @@ TEST_F(TextElementTest, ExplicitFontAndColourSurviveStyleChangesWhileStyleValues
   EXPECT_EQ(text->GetFont(), chosen);
   EXPECT_EQ(text->GetColor(), wxColour(1, 2, 3));
   EXPECT_EQ(text->GetSize().x, client_width(chosen, "label"));
+}
+
+// Labels without a style share one default style. A caller's change to one
+// label's style reaches no other label, not even one made afterwards; palette
+// changes reach them all, also when a label's handler destroys another.
+TEST_F(TextElementTest, AStyleChangeStaysWithItsLabelWhilePaletteChangesReachEveryLabel) {
+  text_ptr_t changed = make_text("one");
+  text_ptr_t other = make_text("two");
+  text_ptr_t doomed = make_text("three");
+  const wxFont big = wxFontInfo(16).Family(wxFONTFAMILY_SWISS).Bold();
+  changed->GetUiStyle()->lock_color("clTextNormal", wxColour(200, 0, 0));
+  changed->GetUiStyle()->lock_font("fnNormalBold", big);
+  text_ptr_t fresh = make_text("four");
+  for (TextElement* label : {changed.get(), other.get(), doomed.get(), fresh.get()}) label->InvalidateColors();
+  EXPECT_EQ(changed->GetFont(), big);
+  for (const text_ptr_t& label : {other, fresh}) {
+    EXPECT_EQ(label->GetColor(), wxColour(10, 20, 30));
+    EXPECT_EQ(label->GetFont(), m_bold);
+  }
+
+  bindings::bind_signal(other, other->SizeChanged, [&doomed] {
+    if (!doomed) return;
+    doomed->Destroy();
+    doomed.reset();
+  });
+  m_palette->set_color(color_window_text, wxColour(90, 90, 90));
+  m_palette->changed()();
+  EXPECT_FALSE(doomed);
+  EXPECT_EQ(other->GetColor(), wxColour(90, 90, 90));
+  EXPECT_EQ(fresh->GetColor(), wxColour(90, 90, 90));
+  EXPECT_EQ(changed->GetColor(), wxColour(200, 0, 0));
+}
+
+// Labels are measured on a shared context, as a client context of their
+// window measures them, also when that context scales fonts for the desktop.
+TEST_F(TextElementTest, LabelsMeasureAsTheirWindowsContextAtEveryDesktopResolution) {
+  gint saved_dpi = 0;
+  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &saved_dpi, NULL);
+  for (int dpi : {96, 144}) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", dpi * 1024, NULL);
+    pump_events();  // contexts live until the loop idles
+    wxClientDC dc(m_window);
+    dc.SetFont(m_bold);
+    for (const char* line : {"Label 1", "fi fl AVAVA To"})
+      EXPECT_EQ(make_text(line)->GetSize(), dc.GetTextExtent(line)) << dpi << " dpi: " << line;
+  }
+  g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", saved_dpi, NULL);
 }
 
 TEST_F(TextElementTest, SizeIsTheExtentOfTheWidestLineByAllLinesAndIsSignalled) {

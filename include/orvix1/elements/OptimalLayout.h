@@ -10,7 +10,8 @@ namespace elements {
 
 /// Docks children to the sides of the remaining space, centres or stretches
 /// them, and shrinks resizable children towards their minimum sizes when the
-/// space runs out. Every parented element starts with one.
+/// space runs out. The layout of every element that was given none, made
+/// when first needed: a leaf makes one only when GetLayoutLogic() asks.
 class ORVIX1_API OptimalLayout : public Layout {
  public:
   OptimalLayout();

@@ -7,6 +7,11 @@
 /// several lines. Colour and font come from its style unless the caller set
 /// them; a value set by the caller survives every style change.
 ///
+/// Text elements that nobody gave a style share one default style: a
+/// thousand labels hold one style and one palette subscription. The first
+/// GetUiStyle() of such an element gives it a copy of its own, so that what
+/// the caller changes on the style changes that element only.
+///
 /// Text is UTF-8 in the interface and is converted for measuring and drawing
 /// with the C library's locale conversion (wxConvLibc): the process locale
 /// must be a UTF-8 one for non-ASCII text to show.
@@ -48,6 +53,12 @@ class ORVIX1_API TextElement : public UIElement {
   explicit TextElement(element_ptr_t parent);
   TextElement(element_ptr_t parent, int position_flags);
   TextElement(element_ptr_t parent, int position_flags, const std::string& text);
+  ~TextElement() override;
+
+  /// The element's own style: one that shared the default style gets a copy
+  /// of it first, so that the caller may change it.
+  talvar2::intrusive_pointer_t<ui_style_t> GetUiStyle() override;
+  void SetUiStyle(talvar2::intrusive_pointer_t<ui_style_t> style) override;
 
   /// A text that differs byte for byte is stored, measured and repainted; an
   /// equal one changes nothing.
@@ -86,8 +97,9 @@ class ORVIX1_API TextElement : public UIElement {
   void InvalidateColors() override;
 
   /// The measuring context with the element's font selected: the running
-  /// paint pass's context if there is one, else a new client context on the
-  /// holder window. Give it back with ReleaseDC.
+  /// paint pass's context if there is one, else a client context on the
+  /// holder window that text elements share until the event loop next
+  /// handles pending events. Give it back with ReleaseDC.
   wxDC* GetDC();
   void ReleaseDC(wxDC* dc);
 
@@ -104,9 +116,14 @@ class ORVIX1_API TextElement : public UIElement {
   std::string AddEllipsis(const std::string& text, int max_width, bool force);
 
  private:
+  class shared_default_style_t;
+
   void Init();
+  void ShareDefaultStyle();
+  void StopSharingDefaultStyle();
   wxFont font_to_use() const;
   void UpdateSizeInternal();
+  wxSize MeasureText(const wxString& shown);
   void SetTruncated(bool truncated);
 
   std::string m_text;
@@ -116,6 +133,11 @@ class ORVIX1_API TextElement : public UIElement {
   bool m_multiline = false;
   wxSize m_natural_size{0, 0};
   bool m_truncated = false;
+  /// Whether the style held is the shared default style; such an element is
+  /// told of the style's updates through the links below, not a connection.
+  bool m_shares_default_style = false;
+  TextElement* m_previous_sharing = nullptr;
+  TextElement* m_next_sharing = nullptr;
 };
 
 }  // namespace elements

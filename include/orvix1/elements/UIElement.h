@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <list>
 #include <map>
+#include <memory>
 #include <string>
 
 #include <boost/any.hpp>
@@ -63,7 +64,9 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   bool m_resizable = false;
   bool m_has_layout_rect = false;
   wxRect m_layout_rect;  ///< kept by the parent's layout (see Layout)
-  talvar2::intrusive_pointer_t<Layout> m_layout;
+  /// Null until the element needs a layout: a leaf has no children to lay
+  /// out, and most elements are leaves (see layout()).
+  mutable talvar2::intrusive_pointer_t<Layout> m_layout;
   friend class Layout;
 
  public:
@@ -111,6 +114,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   virtual void SetResizable(bool resizable);
   virtual bool IsResizable() const;
   virtual void SetLayoutLogic(talvar2::intrusive_pointer_t<Layout> layout);
+  /// The layout set, or the OptimalLayout made now for an element given none.
   virtual talvar2::intrusive_pointer_t<Layout> GetLayoutLogic() const;
   virtual bool SetFocus(bool focused);
   virtual bool AcceptsFocus() const;
@@ -205,7 +209,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   /// The element's tooltip, made on first use; shown while the pointer is
   /// over the element.
   wxCustomTooltip* GetTooltip();
-  wxCustomTooltip* GetExistingTooltip() const { return m_tooltip; }
+  wxCustomTooltip* GetExistingTooltip() const { return m_extras ? m_extras->tooltip : nullptr; }
   void OnTooltipDestroyed(wxCustomTooltip* tooltip);
 
   // --- style ---
@@ -218,9 +222,9 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   /// Keeps `value` (a connection, a helper) alive as long as the element.
   unsigned long AddBinding(const boost::any& value);
   void RemoveBinding(unsigned long slot);
-  std::size_t GetBindingsCount() const { return m_bindings.size(); }
-  void SetTestID(const std::string& id) { m_test_id = id; }
-  const std::string& GetTestID() const { return m_test_id; }
+  std::size_t GetBindingsCount() const { return m_extras ? m_extras->bindings.size() : 0; }
+  void SetTestID(const std::string& id);
+  const std::string& GetTestID() const;
 
   // --- entry points for the host ---
   void ProcessDraw(wxDC& dc, const wxRect& rect, bool force_layout);
@@ -243,10 +247,21 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   std::list<element_ptr_t>::iterator FindChild(const UIElement* child);
   void MoveChildNextTo(const UIElement* child, const UIElement* pos, bool after);
   void ChildTabOrderChanged(int old_order, int new_order);
+  /// The layout, made on first use when none was set.
+  Layout& layout() const;
+  /// Whether a relayout can place anything: a leaf's layout has nothing to
+  /// do, so none is made for it.
+  bool HasLayoutWork() const { return m_layout || !m_children.empty(); }
+
+  /// What few elements use, made on first use: a label pays one pointer for it.
+  struct extras_t {
+    std::string test_id;
+    std::map<unsigned long, boost::any> bindings;
+    wxCustomTooltip* tooltip = nullptr;
+  };
+  extras_t& Extras();
 
   wxDC* m_current_dc = nullptr;
-  std::string m_test_id;
-  std::map<unsigned long, boost::any> m_bindings;
   bool m_layout_dirty = true;
   bool m_destroyed = false;
   bool m_pressed = false;
@@ -263,7 +278,7 @@ class ORVIX1_API UIElement : public talvar2::intrusive_pointer_impl_t, public St
   margin_t m_margin;
   wxSize m_fixed_size = wxDefaultSize;
   wxSize m_min_size_limit = wxDefaultSize;
-  wxCustomTooltip* m_tooltip = nullptr;
+  std::unique_ptr<extras_t> m_extras;
 };
 
 }  // namespace elements
