@@ -22,7 +22,9 @@ struct running_stage_t {
   const task_run_t* run;
   const running_stage_t* outer;
 };
-thread_local const running_stage_t* t_running_stages = nullptr;
+// Initial-exec: the library is linked by its users, not opened later, and
+// every stage reads this.
+thread_local const running_stage_t* t_running_stages __attribute__((tls_model("initial-exec"))) = nullptr;
 
 class running_stage_scope_t {
  public:
@@ -78,6 +80,22 @@ void task_run_t::release() {
   const boost::shared_ptr<run_pool_t> pool = std::move(m_pool);
   clear();
   pool->give_back(this);
+}
+
+void* task_run_t::allocate_operation(std::size_t size) {
+  if (size > sizeof(m_operation) || m_operation_busy.exchange(true, std::memory_order_acquire))
+    return ::operator new(size);
+  add_ref();
+  return m_operation;
+}
+
+void task_run_t::deallocate_operation(void* memory) {
+  if (memory != m_operation) {
+    ::operator delete(memory);
+    return;
+  }
+  m_operation_busy.store(false, std::memory_order_release);
+  release();
 }
 
 void task_run_t::clear() {
@@ -239,10 +257,7 @@ int scheduler_core_t::schedule(const task_ptr_t& task, const std::string& group)
   return schedule_accepted;
 }
 
-bool scheduler_core_t::should_skip(const task_run_ptr_t& run, std::size_t index, bool ask_task) {
-  if (run->stages[index].finalization) return false;
-  if (run->failed.load()) return true;
-  if (!ask_task) return false;
+bool scheduler_core_t::is_canceled(const task_run_ptr_t& run) {
   bool canceled = false;
   std::string what;
   if (!call_guarded([&] { canceled = run->task->is_canceled(); }, what)) {

@@ -8,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <new>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -81,6 +82,13 @@ class task_run_t : public boost::intrusive::unordered_set_base_hook<
   // Marks the run canceled through the scheduler and cuts the current wait.
   void interrupt();
 
+  // Memory for the operation that carries one of the run's jobs through a
+  // worker pool: a run has one job out at a time, so one small block serves
+  // all its stages. Larger or overlapping requests go to the heap. The block
+  // holds a reference to the run until it is given back.
+  void* allocate_operation(std::size_t size);
+  void deallocate_operation(void* memory);
+
   void add_ref() { m_refs.fetch_add(1, std::memory_order_relaxed); }
   // The last reference gives the run back to its pool.
   void release();
@@ -98,6 +106,8 @@ class task_run_t : public boost::intrusive::unordered_set_base_hook<
   // an idle run holds nothing (the pool frees it).
   boost::shared_ptr<run_pool_t> m_pool;
   task_run_t* m_next_free = nullptr;
+  std::atomic<bool> m_operation_busy{false};
+  alignas(std::max_align_t) unsigned char m_operation[96];
 };
 
 using task_run_ptr_t = boost::intrusive_ptr<task_run_t>;
@@ -213,7 +223,13 @@ class scheduler_core_t : public boost::enable_shared_from_this<scheduler_core_t>
                bool ask_every_stage);
   // Whether the stage is skipped: a finalization never; an ordinary one
   // after a failure, or when `ask_task` and the task says it is canceled.
-  bool should_skip(const task_run_ptr_t& run, std::size_t index, bool ask_task);
+  bool should_skip(const task_run_ptr_t& run, std::size_t index, bool ask_task) {
+    if (run->stages[index].finalization) return false;
+    if (run->failed.load()) return true;
+    return ask_task && is_canceled(run);
+  }
+  // Asks the task; a throw counts as a failed stage.
+  bool is_canceled(const task_run_ptr_t& run);
   void run_stage(const task_run_ptr_t& run, const stage_t& stage);
   void complete(const task_run_ptr_t& run);
   void cancel_runs(const std::vector<task_run_ptr_t>& runs);

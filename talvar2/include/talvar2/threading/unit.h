@@ -19,6 +19,8 @@
 namespace talvar2 {
 namespace threading {
 
+class thread_pool_unit_t;
+
 namespace _internal {
 class scheduler_core_t;
 class task_run_t;
@@ -50,6 +52,7 @@ class TALVAR2_API job_t {
 
  private:
   friend class _internal::scheduler_core_t;
+  friend class thread_pool_unit_t;  // keeps its operations in the run
   job_t(const boost::intrusive_ptr<_internal::task_run_t>& run, std::size_t index);
 
   boost::intrusive_ptr<_internal::task_run_t> m_run;  ///< holds the task and its stages
