@@ -199,7 +199,9 @@ unit_t* scheduler_core_t::unit_of(const stage_ptr_t& stage) {
   unit_t* const unit = unit_named(stage->unit_name());
   if (unit == nullptr) return nullptr;
   if (stage->is_wait() && dynamic_cast<timed_unit_t*>(unit) == nullptr) return nullptr;
-  m_resolved[m_next_resolved++ % k_resolved] = {stage, unit};
+  // Only stages that hold nothing else are kept: a signal's connections
+  // might hold objects that would then outlive their task.
+  if (stage->has_work_function()) m_resolved[m_next_resolved++ % k_resolved] = {stage, unit};
   return unit;
 }
 

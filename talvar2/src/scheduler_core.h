@@ -189,8 +189,8 @@ class scheduler_core_t : public boost::enable_shared_from_this<scheduler_core_t>
     boost::shared_ptr<scheduler_operation_status_t> status;
   };
   using named_unit_t = std::pair<std::string, boost::shared_ptr<unit_t>>;
-  // A stage whose unit was looked up; holding the stage keeps its address
-  // from meaning another stage.
+  // A function stage whose unit was looked up; holding the stage keeps its
+  // address from meaning another stage.
   struct resolved_stage_t {
     stage_ptr_t stage;
     unit_t* unit = nullptr;
