@@ -8,8 +8,6 @@ namespace orvix1 {
 namespace tasks {
 
 namespace {
-// The wake-up event of every GUIUnit; its type is allocated once per process.
-wxDEFINE_EVENT(EVT_GUI_UNIT_UPDATE, wxCommandEvent);
 
 // The queue of a GUIUnit wakes its unit itself: a call under a small lock,
 // cheaper per job than a signal emission. The queue may outlive the unit
@@ -39,8 +37,8 @@ class gui_queue_t final : public talvar2::threading::queue_unit_t {
 
 }  // namespace
 
+// Wake-ups come as CallAfter events, which wx runs without an event table.
 wxBEGIN_EVENT_TABLE(GUIUnit, wxEvtHandler)
-  EVT_COMMAND(wxID_ANY, EVT_GUI_UNIT_UPDATE, GUIUnit::HandleUpdate)
 wxEND_EVENT_TABLE()
 
 GUIUnit::GUIUnit() : m_queue(boost::make_shared<gui_queue_t>(this)) {}
@@ -51,10 +49,11 @@ GUIUnit::~GUIUnit() {
   static_cast<gui_queue_t&>(*m_queue).detach();
 }
 
-// The job itself stays in the queue; only a wake-up crosses threads.
+// The job itself stays in the queue; only a wake-up crosses threads. A
+// wake-up still pending when the unit goes is dropped with it.
 void GUIUnit::OnNewJobReceived(const talvar2::threading::task_ptr_t&,
                                const talvar2::threading::stage_ptr_t&) {
-  QueueEvent(new wxCommandEvent(EVT_GUI_UNIT_UPDATE, 0));
+  CallAfter([this] { m_queue->process_queue(1); });
 }
 
 void GUIUnit::HandleUpdate(wxCommandEvent&) { m_queue->process_queue(1); }

@@ -16,7 +16,10 @@ void queue_unit_t::post(const job_t& job) {
   job_queued(job);
 }
 
-void queue_unit_t::job_queued(const job_t& job) { new_job(job.task(), job.stage()); }
+void queue_unit_t::job_queued(const job_t& job) {
+  // A signal no one ever connected to answers this without a lock.
+  if (!new_job.empty()) new_job(job.task(), job.stage());
+}
 
 std::size_t queue_unit_t::process_queue(std::size_t max_jobs) {
   std::size_t ran = 0;
