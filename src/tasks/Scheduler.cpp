@@ -158,6 +158,8 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
   }
   void Detach() { Attach(nullptr, nullptr, nullptr); }
 
+  // The threading layer reports through task_complete_in; a direct call
+  // gets the group looked up.
   void task_complete(const task_ptr_t& task) override {
     std::string group;
     if (const auto scheduler = talvar2::threading::get_scheduler()) scheduler->task_group(task, group);
