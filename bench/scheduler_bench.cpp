@@ -22,6 +22,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <boost/asio/executor_work_guard.hpp>
@@ -32,6 +33,7 @@
 #include <wx/thread.h>
 
 #include "gui_loop.h"
+#include "scheduler_bench.h"
 #include "orvix1/tasks/ITask.h"
 #include "orvix1/tasks/Scheduler.h"
 #include "talvar2/functor/signal.h"
@@ -109,8 +111,6 @@ void scheduler_throughput_orvix(benchmark::State& state) {
     return session.get()->AddTask(new counted_task_t(arrivals), "bench") == 0;
   });
 }
-BENCHMARK(scheduler_throughput_orvix)->Name("scheduler_throughput/orvix")->Arg(50)->Arg(1000)
-    ->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void scheduler_throughput_asio_callafter(benchmark::State& state) {
   boost::asio::thread_pool pool(service_threads());
@@ -120,8 +120,6 @@ void scheduler_throughput_asio_callafter(benchmark::State& state) {
   });
   pool.join();
 }
-BENCHMARK(scheduler_throughput_asio_callafter)->Name("scheduler_throughput/asio_callafter")
-    ->Arg(50)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // The same three hops as a scheduled service task, made of the raw
 // primitives: the start delivered on the GUI thread, the work posted to the
@@ -137,8 +135,6 @@ void scheduler_throughput_asio_callafter_staged(benchmark::State& state) {
   });
   pool.join();
 }
-BENCHMARK(scheduler_throughput_asio_callafter_staged)->Name("scheduler_throughput/asio_callafter_staged")
-    ->Arg(50)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // One worker thread that runs `send` each time the bench thread asks.
 class worker_t {
@@ -280,4 +276,23 @@ BENCHMARK(gui_latency_asio_post)->Name("gui_latency/asio_post")->Arg(1)->UseManu
     ->Iterations(k_messages)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
+// A burst takes a few milliseconds and moves by a quarter from run to run
+// on a loaded machine: by default each row is the median of repetitions
+// interleaved at random with the other rows' (bench_main turns the
+// interleaving on). Repetitions or a minimum time given on the command line
+// rule instead, as for one counted batch under callgrind.
+void register_scheduler_throughput(bool command_line_rules) {
+  const std::pair<const char*, void (*)(benchmark::State&)> rows[] = {
+      {"scheduler_throughput/orvix", &scheduler_throughput_orvix},
+      {"scheduler_throughput/asio_callafter", &scheduler_throughput_asio_callafter},
+      {"scheduler_throughput/asio_callafter_staged", &scheduler_throughput_asio_callafter_staged},
+  };
+  for (const auto& row : rows) {
+    benchmark::internal::Benchmark* registered = benchmark::RegisterBenchmark(row.first, row.second);
+    registered->Arg(50)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
+    if (!command_line_rules) registered->Repetitions(k_scheduler_repetitions)->MinTime(0.2);
+  }
+}
+
 }  // namespace orvix1_bench

@@ -36,6 +36,8 @@ void summary_reporter_t::ReportRuns(const std::vector<Run>& runs) {
     if (run.error_occurred) continue;
     const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
     if (run.run_type == Run::RT_Aggregate && !median) continue;
+    // A repeated row is its median: the single repetitions do not count.
+    if (run.run_type == Run::RT_Iteration && run.repetitions > 1) continue;
     const std::vector<std::string> parts = split_name(run.run_name.str());
     if (parts.size() < 3) continue;  // not family/implementation/argument
     row_key_t key{parts[0], parts[1], std::atol(parts[2].c_str())};

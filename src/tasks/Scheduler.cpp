@@ -1,7 +1,9 @@
 #include "orvix1/tasks/Scheduler.h"
 
 #include <chrono>
+#include <mutex>
 #include <thread>
+#include <typeinfo>
 
 #include <boost/make_shared.hpp>
 
@@ -38,18 +40,16 @@ log4cplus::Logger scheduler_logger() { return log::get_logger("orvix.scheduler")
 // canceled). Canceling and the display name belong to the ITask.
 //
 // The stages hold no state: each calls the ITask of the adapter it runs for.
-// Every adapter shares the same few stage objects, so a task costs no stage
-// allocations, connections or locks of its own.
-class TaskAdapter final : public talvar2::threading::default_task_t {
+// Every adapter shares the same few stage objects, and its stage list is
+// fixed when it is made, so a task costs no stage allocations, connections
+// or locks of its own.
+class TaskAdapter final : public talvar2::threading::task_t {
  public:
   static constexpr int no_delay = -1;
 
-  TaskAdapter(const ITaskPtr& task, int delay_ms) : m_task(task) {
+  TaskAdapter(const ITaskPtr& task, int delay_ms) : m_task(task), m_work(&WorkStage()) {
     if (delay_ms != no_delay)
-      push_stage(boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms));
-    push_stage(SharedStage<&ITask::TaskStarted, main_unit_name>());
-    push_stage(WorkStage());
-    push_finalization_stage(FinishStage());
+      m_delay = boost::make_shared<stage_t>(talvar2::threading::delay_tasks_unit_name, delay_ms);
   }
 
   const ITaskPtr& GetTask() const { return m_task; }
@@ -57,6 +57,14 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
   void cancel() override { m_task.get()->Cancel(); }
   bool is_canceled() const override { return m_task.get()->IsCanceled(); }
   std::string display_name() const override { return m_task.get()->GetDisplayName(); }
+  talvar2::threading::stage_list_t stages() const override {
+    talvar2::threading::stage_list_t stages;
+    if (m_delay) stages.push_back({m_delay, false});
+    stages.push_back({SharedStage<&ITask::TaskStarted, main_unit_name>(), false});
+    stages.push_back({*m_work, false});
+    stages.push_back({FinishStage(), true});
+    return stages;
+  }
 
  private:
   using callback_t = void (ITask::*)();
@@ -94,6 +102,8 @@ class TaskAdapter final : public talvar2::threading::default_task_t {
   }
 
   ITaskPtr m_task;
+  const stage_ptr_t* m_work;  // one of the shared stages
+  stage_ptr_t m_delay;
 };
 
 // Carries a task's latest progress to the GUI thread: one stage on "main",
@@ -121,28 +131,55 @@ talvar2::threading::worker_counts_t g_worker_counts;
 // The ITask of a companion built by AddTask, or null. It lives as long as
 // the companion does, so callers borrow it without taking a reference.
 const ITaskPtr* task_of_adapter(const task_ptr_t& companion) {
-  const TaskAdapter* adapter = dynamic_cast<const TaskAdapter*>(companion.get());
-  return adapter != nullptr ? &adapter->GetTask() : nullptr;
+  // The adapter is final: comparing types is all a dynamic_cast would do, cheaper.
+  if (!companion || typeid(*companion) != typeid(TaskAdapter)) return nullptr;
+  return &static_cast<const TaskAdapter&>(*companion).GetTask();
 }
 
 // Turns the threading layer's reports into the Scheduler's bookkeeping and
-// the application's ISchedulerStatusCallback. Runs on any thread.
+// the application's ISchedulerStatusCallback. Runs on any thread. The
+// Scheduler is called directly, under a lock that its destructor takes to
+// detach it: a worker may be reporting right then, and the threading layer
+// may outlive the Scheduler (a batch cancel holds it). Re-entrant, as a
+// report may end in the Scheduler's own destruction.
 class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_status_callback_t {
  public:
+  using complete_t = void (Scheduler::*)(const task_ptr_t&, const std::string&);
+  using failed_t = void (Scheduler::*)(const task_ptr_t&, const std::string&);
+
   explicit SchedulerStatusCallbackAdapter(const ISchedulerStatusCallbackPtr& callback)
       : m_callback(callback) {}
 
-  talvar2::signal_t<const task_ptr_t&> completed;
-  talvar2::signal_t<const task_ptr_t&, const std::string&> failed;
+  void Attach(Scheduler* scheduler, complete_t complete, failed_t failed) {
+    std::lock_guard<std::recursive_mutex> lock(m_scheduler_mutex);
+    m_scheduler = scheduler;
+    m_complete = complete;
+    m_failed = failed;
+  }
+  void Detach() { Attach(nullptr, nullptr, nullptr); }
 
+  // The threading layer reports through task_complete_in; a direct call
+  // gets the group looked up.
   void task_complete(const task_ptr_t& task) override {
-    completed(task);
+    std::string group;
+    if (const auto scheduler = talvar2::threading::get_scheduler()) scheduler->task_group(task, group);
+    task_complete_in(task, group);
+  }
+
+  void task_complete_in(const task_ptr_t& task, const std::string& group) override {
+    {
+      std::lock_guard<std::recursive_mutex> lock(m_scheduler_mutex);
+      if (m_scheduler != nullptr) (m_scheduler->*m_complete)(task, group);
+    }
     if (!m_callback) return;
     if (const ITaskPtr* itask = task_of_adapter(task)) m_callback.get()->OnTaskComplete(*itask);
   }
 
   void task_exception(const task_ptr_t& task, const std::string& what) override {
-    failed(task, what);
+    {
+      std::lock_guard<std::recursive_mutex> lock(m_scheduler_mutex);
+      if (m_scheduler != nullptr) (m_scheduler->*m_failed)(task, what);
+    }
     const ITaskPtr* itask = task_of_adapter(task);
     if (m_callback && itask != nullptr) m_callback.get()->OnTaskException(*itask, what);
   }
@@ -153,6 +190,10 @@ class SchedulerStatusCallbackAdapter : public talvar2::threading::scheduler_stat
 
  private:
   ISchedulerStatusCallbackPtr m_callback;
+  std::recursive_mutex m_scheduler_mutex;
+  Scheduler* m_scheduler = nullptr;
+  complete_t m_complete = nullptr;
+  failed_t m_failed = nullptr;
 };
 
 class BatchCancelImpl : public IBatchCancel {
@@ -263,11 +304,7 @@ Scheduler::Scheduler(const ISchedulerStatusCallbackPtr& callback)
 Scheduler::~Scheduler() {
   // Workers may still report tasks of a threading layer that outlives us
   // (a batch cancel holds it): cut their way in first.
-  if (m_status_adapter) {
-    auto* adapter = static_cast<SchedulerStatusCallbackAdapter*>(m_status_adapter.get());
-    adapter->completed.disconnect(this, &Scheduler::HandleTaskComplete);
-    adapter->failed.disconnect(this, &Scheduler::HandleTaskException);
-  }
+  if (m_status_adapter) static_cast<SchedulerStatusCallbackAdapter&>(*m_status_adapter).Detach();
   if (m_scheduler && talvar2::threading::get_scheduler() == m_scheduler)
     talvar2::threading::set_scheduler(boost::shared_ptr<scheduler_t>());
   m_scheduler.reset();
@@ -279,8 +316,7 @@ Scheduler::~Scheduler() {
 
 bool Scheduler::Initialize() {
   auto adapter = boost::make_shared<SchedulerStatusCallbackAdapter>(m_status_callback);
-  adapter->completed.connect(this, &Scheduler::HandleTaskComplete);
-  adapter->failed.connect(this, &Scheduler::HandleTaskException);
+  adapter->Attach(this, &Scheduler::HandleTaskComplete, &Scheduler::HandleTaskException);
   m_status_adapter = adapter;
   m_wait_callback = boost::make_shared<WaitCallback>();
   return CreateCompanion();
@@ -411,8 +447,10 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
     MapsLock lock(*this);
     if (isGroupEmpty(group)) notifyGroupStart(group);
     addToGroup(task, group);
-    m_companion_of[task] = companion;
-    m_task_of[companion] = task;
+    // Tasks and their companions mostly come in the order they were made,
+    // that is at the end of both maps: the hint spares the search then.
+    m_companion_of.insert_or_assign(m_companion_of.end(), task, companion);
+    m_task_of.insert_or_assign(m_task_of.end(), companion, task);
   }
   const int status = m_scheduler->schedule(companion, group);
   if (status == talvar2::threading::schedule_accepted) return status;
@@ -437,10 +475,8 @@ int Scheduler::HandleNewTask(const task_ptr_t& companion, const ITaskPtr& task,
   return status;
 }
 
-void Scheduler::HandleTaskComplete(const task_ptr_t& companion) {
-  // The group is asked for before the lock: it is a call into the threading
-  // layer, which still knows the task while it reports its completion.
-  const std::string group = getTaskGroup(companion);
+// The threading layer reports the task's group with its completion.
+void Scheduler::HandleTaskComplete(const task_ptr_t& companion, const std::string& group) {
   ITaskPtr task;  // let go after the lock: it may be the last reference
   MapsLock lock(*this);
   auto found = m_task_of.find(companion);

@@ -13,7 +13,12 @@ void queue_unit_t::post(const job_t& job) {
     std::lock_guard<std::mutex> lock(m_mutex);
     m_jobs.push_back(job);
   }
-  new_job(job.task(), job.stage());
+  job_queued(job);
+}
+
+void queue_unit_t::job_queued(const job_t& job) {
+  // A signal no one ever connected to answers this without a lock.
+  if (!new_job.empty()) new_job(job.task(), job.stage());
 }
 
 std::size_t queue_unit_t::process_queue(std::size_t max_jobs) {

@@ -1,5 +1,7 @@
 #include "talvar2/threading/thread_pool_unit.h"
 
+#include <cstddef>
+
 #include <algorithm>
 
 #include <boost/asio/post.hpp>
@@ -7,8 +9,43 @@
 #include <boost/asio/thread_pool.hpp>
 #include <boost/make_shared.hpp>
 
+#include "scheduler_core.h"
+
 namespace talvar2 {
 namespace threading {
+namespace {
+
+// Allocates a job's pool operation inside the job's run (see
+// task_run_t::allocate_operation): posting a stage allocates nothing.
+template <class T>
+struct run_allocator_t {
+  using value_type = T;
+
+  explicit run_allocator_t(_internal::task_run_t* run_) noexcept : run(run_) {}
+  template <class U>
+  run_allocator_t(const run_allocator_t<U>& other) noexcept : run(other.run) {}
+
+  T* allocate(std::size_t count) { return static_cast<T*>(run->allocate_operation(sizeof(T) * count)); }
+  void deallocate(T* memory, std::size_t) noexcept { run->deallocate_operation(memory); }
+
+  template <class U>
+  bool operator==(const run_allocator_t<U>& other) const noexcept { return run == other.run; }
+  template <class U>
+  bool operator!=(const run_allocator_t<U>& other) const noexcept { return run != other.run; }
+
+  _internal::task_run_t* run;
+};
+
+}  // namespace
+
+// Runs one job on a pool thread; Boost.Asio finds its allocator here.
+struct thread_pool_unit_t::job_handler_t {
+  using allocator_type = run_allocator_t<void>;
+  allocator_type get_allocator() const noexcept { return allocator_type(job.m_run.get()); }
+  void operator()() const { job.run(); }
+
+  job_t job;
+};
 
 struct thread_pool_unit_t::pool_t {
   explicit pool_t(std::size_t threads) : pool(threads) {}
@@ -28,7 +65,7 @@ thread_pool_unit_t::~thread_pool_unit_t() {
 }
 
 void thread_pool_unit_t::post(const job_t& job) {
-  boost::asio::post(m_pool->pool, [job] { job.run(); });
+  boost::asio::post(m_pool->pool, job_handler_t{job});
 }
 
 void thread_pool_unit_t::post_after(const job_t& job, std::chrono::milliseconds delay) {

@@ -7,7 +7,12 @@
 namespace talvar2 {
 namespace threading {
 
-job_t::job_t(const boost::shared_ptr<_internal::task_run_t>& run, std::size_t index)
+namespace _internal {
+void intrusive_ptr_add_ref(task_run_t* run) { run->add_ref(); }
+void intrusive_ptr_release(task_run_t* run) { run->release(); }
+}  // namespace _internal
+
+job_t::job_t(const boost::intrusive_ptr<_internal::task_run_t>& run, std::size_t index)
     : m_run(run), m_index(index) {}
 
 const task_ptr_t& job_t::task() const { return m_run->task; }

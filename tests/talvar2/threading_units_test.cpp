@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <stdexcept>
 
 #include "talvar2/assertion_recorder.h"
@@ -111,6 +113,55 @@ TEST_F(BatchCancel, CancelsItsTasksAndGroupsWhenItRunsOnItsUnit) {
   assertion_recorder recorder;
   EXPECT_EQ(batch->execute(nullptr, service_unit_name), schedule_invalid_task);
   EXPECT_EQ(recorder.single().expression, "scheduler");
+}
+
+// Names the group of every completion; the plain report must not be used.
+class group_status_t : public scheduler_status_callback_t {
+ public:
+  void task_complete(const task_ptr_t&) override { ADD_FAILURE() << "a completion without its group"; }
+  void task_complete_in(const task_ptr_t&, const std::string& group) override {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_groups.push_back(group);
+  }
+  void task_exception(const task_ptr_t&, const std::string&) override {}
+  void task_scheduling_error(const task_ptr_t&, const std::string&) override {}
+  std::multiset<std::string> groups() const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return {m_groups.begin(), m_groups.end()};
+  }
+
+ private:
+  mutable std::mutex m_mutex;
+  strings m_groups;
+};
+
+void do_nothing(const task_ptr_t&) {}
+
+// Runs are recycled round after round: a finished task is let go, and so is
+// a signal stage (the scheduler may keep function stages, which hold nothing).
+TEST(SchedulerRuns, LetGoOfTheirTaskWhenRecycledAndReportTheGroup) {
+  const auto status = boost::make_shared<group_status_t>();
+  const auto scheduler = create_default_scheduler(status, nullptr, true);
+  const auto main = boost::dynamic_pointer_cast<queue_unit_t>(scheduler->find_unit(main_unit_name));
+  const auto function_stage = boost::make_shared<stage_t>(main_unit_name, &do_nothing);
+  std::vector<boost::weak_ptr<void>> gone;
+  for (int round = 1; round <= 3; ++round) {
+    for (const char* group : {"a", "b"}) {
+      auto task = boost::make_shared<default_task_t>();
+      auto signal_stage = boost::make_shared<stage_t>(service_unit_name, stage_t::work_signal_t());
+      task->push_stage(function_stage);
+      task->push_finalization_stage(signal_stage);
+      ASSERT_EQ(scheduler->schedule(task, group), schedule_accepted);
+      gone.insert(gone.end(), {task, signal_stage});
+    }
+    const std::size_t expected = 2u * static_cast<std::size_t>(round);
+    ASSERT_TRUE(drive_until(*main, [&] { return status->groups().size() == expected; }));
+  }
+  EXPECT_EQ(status->groups(), (std::multiset<std::string>{"a", "a", "a", "b", "b", "b"}));
+  // A worker lets go of its job just after the completion is reported.
+  EXPECT_TRUE(drive_until(*main, [&] {
+    return std::all_of(gone.begin(), gone.end(), [](const boost::weak_ptr<void>& w) { return w.expired(); });
+  }));
 }
 
 TEST(OperationStatus, FinishesWhenEveryPartIsDoneAndAssertsOnAnExtraCountDown) {

@@ -23,10 +23,10 @@ class ORVIX1_API GUIUnit : public wxEvtHandler, public talvar2::subscriber_base_
 
   boost::shared_ptr<talvar2::threading::queue_unit_t> GetQueuePtr() const { return m_queue; }
 
-  /// A job was queued (any thread): posts one wake-up event to this handler.
+  /// A job was queued (any thread): posts one wake-up (a CallAfter) to this handler.
   void OnNewJobReceived(const talvar2::threading::task_ptr_t& task,
                         const talvar2::threading::stage_ptr_t& stage);
-  /// GUI thread: runs one queued job.
+  /// GUI thread: runs one queued job, as each wake-up does.
   void HandleUpdate(wxCommandEvent& event);
 
  private:

@@ -131,8 +131,9 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   explicit Scheduler(const ISchedulerStatusCallbackPtr& callback);
 
   /// Extension points for group bookkeeping, empty here. All but
-  /// getTaskGroup are called with the task maps locked; getTaskGroup asks the
-  /// threading layer and is called before the lock is taken.
+  /// getTaskGroup are called with the task maps locked. getTaskGroup asks the
+  /// threading layer; a finished task's group comes with its completion
+  /// report instead, so completing a task does not ask it.
   virtual void addToGroup(const ITaskPtr& task, const std::string& group);
   virtual void removeFromGroup(const ITaskPtr& task, const std::string& group);
   virtual void notifyGroupStart(const std::string& group);
@@ -154,7 +155,7 @@ class ORVIX1_API Scheduler : public talvar2::intrusive_pointer_impl_t,
   static bool PostProgress(const ITaskPtr& task);
   int HandleNewTask(const talvar2::threading::task_ptr_t& companion, const ITaskPtr& task,
                     const std::string& group);
-  void HandleTaskComplete(const talvar2::threading::task_ptr_t& companion);
+  void HandleTaskComplete(const talvar2::threading::task_ptr_t& companion, const std::string& group);
   void HandleTaskException(const talvar2::threading::task_ptr_t& companion, const std::string& what);
   ITaskPtr FindTask(const talvar2::threading::task_ptr_t& companion);
 

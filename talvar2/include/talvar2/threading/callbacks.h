@@ -27,6 +27,11 @@ class TALVAR2_API scheduler_status_callback_t {
   /// cancel-and-wait returns, the completions of the tasks it waited for
   /// have all been reported.
   virtual void task_complete(const task_ptr_t& task) = 0;
+  /// How the scheduler reports a completion: with the group the task was
+  /// scheduled in, which the task still has at that moment. Calls
+  /// task_complete(task); a callback that files its tasks by group overrides
+  /// this one and needs no lookup of the group.
+  virtual void task_complete_in(const task_ptr_t& task, const std::string& group);
   /// A stage of the task threw; `what` is the exception's text, or
   /// "unknown exception". The task's remaining ordinary stages are skipped,
   /// its finalization stages still run, and it completes as usual.

@@ -39,6 +39,13 @@ class TALVAR2_API queue_unit_t : public unit_t {
 
   std::size_t queued_jobs() const;
 
+ protected:
+  /// Tells whoever drains the queue that `job` is in it: called by post on
+  /// the queueing thread, after the job is queued, without the queue's lock.
+  /// Emits new_job. A subclass that wakes its drainer more directly still
+  /// calls this one for the signal's other listeners.
+  virtual void job_queued(const job_t& job);
+
  private:
   mutable std::mutex m_mutex;
   std::deque<job_t> m_jobs;

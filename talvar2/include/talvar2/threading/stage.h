@@ -41,6 +41,9 @@ class TALVAR2_API stage_t {
 
   const std::string& unit_name() const { return m_unit_name; }
   bool is_wait() const { return m_is_wait; }
+  /// Whether the work is a plain function: the stage then holds nothing
+  /// that could keep other objects alive.
+  bool has_work_function() const { return m_function != nullptr; }
   /// The length of a wait; zero for a work stage.
   std::chrono::milliseconds delay() const { return m_delay; }
 

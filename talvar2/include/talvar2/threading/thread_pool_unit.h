@@ -37,6 +37,7 @@ class TALVAR2_API thread_pool_unit_t : public timed_unit_t {
 
  private:
   struct pool_t;
+  struct job_handler_t;
   std::size_t m_thread_count;
   std::unique_ptr<pool_t> m_pool;
 };

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 
+#include <boost/intrusive_ptr.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include "talvar2/export.h"
@@ -18,9 +19,13 @@
 namespace talvar2 {
 namespace threading {
 
+class thread_pool_unit_t;
+
 namespace _internal {
 class scheduler_core_t;
 class task_run_t;
+TALVAR2_API void intrusive_ptr_add_ref(task_run_t* run);
+TALVAR2_API void intrusive_ptr_release(task_run_t* run);
 }  // namespace _internal
 
 /// One stage of one scheduled task, on its way through a unit. Copies refer
@@ -47,9 +52,10 @@ class TALVAR2_API job_t {
 
  private:
   friend class _internal::scheduler_core_t;
-  job_t(const boost::shared_ptr<_internal::task_run_t>& run, std::size_t index);
+  friend class thread_pool_unit_t;  // keeps its operations in the run
+  job_t(const boost::intrusive_ptr<_internal::task_run_t>& run, std::size_t index);
 
-  boost::shared_ptr<_internal::task_run_t> m_run;  ///< holds the task and its stages
+  boost::intrusive_ptr<_internal::task_run_t> m_run;  ///< holds the task and its stages
   std::size_t m_index;
 };
 
