@@ -162,6 +162,7 @@ class tour_t {
     else if (name == "tooltips") tooltips();
     else if (name == "images") images();
     screenshot();
+    accessible_tree();
     if (after) after();
   }
 
@@ -195,6 +196,27 @@ class tour_t {
       if (!pump_until([this] { return m_view.has_painted(); }, 10s)) return "the page did not paint";
       return orvix1::testing::save_presented_png(&orvix1::testing::save_screen_area_png,
                                                  m_host.gdk_window(), path, 10s);
+    });
+  }
+
+  // What a screen reader reads as the picture shows it: the gallery's tabs,
+  // the page, and any popup over it (popups are top levels of their own for
+  // the toolkit, not children of the page).
+  void accessible_tree() {
+    const std::string path = m_out_dir + "/" + m_page_name + ".a11y.txt";
+    step("accessible tree", [&]() -> outcome_t {
+      std::string text = orvix1::testing::describe_accessible_tree(m_view.strip()) +
+                         orvix1::testing::describe_accessible_tree(m_page);
+      GList* windows = gtk_window_list_toplevels();
+      for (GList* item = windows; item != nullptr; item = item->next)
+        if (gtk_window_get_window_type(GTK_WINDOW(item->data)) == GTK_WINDOW_POPUP &&
+            gtk_widget_get_mapped(GTK_WIDGET(item->data)))
+          text += orvix1::testing::describe_accessible_tree(gtk_widget_get_accessible(GTK_WIDGET(item->data)));
+      g_list_free(windows);
+      wxFFile file(path, "w");
+      if (!file.IsOpened() || file.Write(text.data(), text.size()) != text.size())
+        return "cannot write " + path;
+      return std::string();
     });
   }
 

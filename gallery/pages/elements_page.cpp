@@ -1,5 +1,7 @@
 #include "pages/elements_page.h"
 
+#include <string>
+
 #include <wx/window.h>
 
 #include "orvix1/elements/DropArrowElement.h"
@@ -133,9 +135,12 @@ class elements_page_t : public wxWindow {
     element_ptr_t column(new UIElement(m_root, UIElement::pfLeft | UIElement::pfVExpand));
     auto* stack = new StackLayout();
     column->SetLayoutLogic(stack);
+    int number = 0;
     for (const char* label : {"First (Tab)", "Second", "Third (Shift+Tab)", "Fourth"}) {
       auto* button = new focus_box_t(column, label);
       button->GetTooltip()->SetText(std::string("Focus element: ") + label);
+      // Scripts find the boxes by these, screen-reader checks too.
+      button->SetTestID("focus-" + std::to_string(++number));
       new SpacerElement(column, k_fill, dip(wxSize(0, 8)));
     }
   }

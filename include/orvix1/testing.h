@@ -19,6 +19,7 @@
 class wxDialog;
 class wxWindow;
 typedef struct _GdkWindow GdkWindow;
+typedef struct _AtkObject AtkObject;
 
 namespace orvix1 {
 namespace testing {
@@ -111,6 +112,23 @@ void move_pointer(wxWindow* window, const wxPoint& at);
 /// A left click: motion to `at`, press, motion to `release` (by default
 /// `at`), release; handled at once, nothing pumped.
 void click(wxWindow* window, const wxPoint& at, const wxPoint& release = wxDefaultPosition);
+
+// --- accessibility --------------------------------------------------------
+
+/// What a screen reader learns about `window` and everything inside it, read
+/// in-process from the toolkit's accessibility objects (ATK; no bus needed).
+/// One line per accessible object, indented two spaces per level: role,
+/// quoted name, then what applies of: [noted states] (focusable, focused,
+/// selectable, selected, expandable, expanded, collapsed, checked, and "not
+/// showing" where a hidden part begins), actions=(...), value=V (MIN..MAX),
+/// description="...", id="..." (the accessible id). Quotes, backslashes and
+/// line breaks in texts are escaped.
+std::string describe_accessible_tree(wxWindow* window);
+
+/// The same from any accessible object, such as a popup's: popups are top
+/// levels of their own for the toolkit, not children of the window they
+/// show over.
+std::string describe_accessible_tree(AtkObject* object);
 
 }  // namespace testing
 }  // namespace orvix1

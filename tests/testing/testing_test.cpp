@@ -2,8 +2,12 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <wx/button.h>
 #include <wx/image.h>
 #include <wx/panel.h>
+#include <wx/slider.h>
+#include <wx/stattext.h>
 
 #include "orvix1/dialog.h"
 #include "orvix1/testing.h"
@@ -91,6 +95,30 @@ TEST_F(TestingHelpers, PointerInputArrivesAsTheToolkitWouldSendItOnTheScreen) {
   // The real pointer's own events may still be on their way: the recorder
   // must not outlive this test.
   target->Destroy();
+}
+
+TEST_F(TestingHelpers, AccessibleTreeTellsRolesNamesStatesActionsValuesAndWhatIsHidden) {
+  auto* panel = new wxPanel(m_host, wxID_ANY, wxPoint(0, 0), wxSize(300, 200));
+  new wxButton(panel, wxID_ANY, "Save", wxPoint(0, 0));
+  new wxSlider(panel, wxID_ANY, 30, 0, 100, wxPoint(0, 40), wxSize(200, -1));
+  auto* hidden = new wxPanel(panel, wxID_ANY, wxPoint(0, 80));
+  new wxStaticText(hidden, wxID_ANY, "Two \"lines\"\nhere");
+  hidden->Hide();
+  AtkObject* accessible = gtk_widget_get_accessible(panel->GetHandle());
+  atk_object_set_description(accessible, "the panel");
+  atk_object_set_accessible_id(accessible, "panel-1");
+  ASSERT_TRUE(testing_helpers::pump_until([accessible] {
+    AtkStateSet* states = atk_object_ref_state_set(accessible);
+    const bool showing = atk_state_set_contains_state(states, ATK_STATE_SHOWING);
+    g_object_unref(states);
+    return showing;
+  }, 5s));
+  EXPECT_EQ(testing_helpers::describe_accessible_tree(panel),
+            "panel \"\" description=\"the panel\" id=\"panel-1\"\n"
+            "  push button \"Save\" [focusable] actions=(click)\n"
+            "  slider \"\" [focusable] value=30 (0..100)\n"
+            "  panel \"\" [focusable, not showing]\n"
+            "    label \"Two \\\"lines\\\"\\nhere\"\n");
 }
 
 }  // namespace
