@@ -1,7 +1,7 @@
 """Reads the gallery through the AT-SPI bus, as a screen reader does, and
 checks what the library's owner-drawn widgets tell it: the tabs of every
-page, the selection Ctrl+Tab moves, the overflow menu, a splitter's sash and
-the elements. Pages are switched by the gallery's own tabs' "activate"
+page, the selection Ctrl+Tab moves, the overflow menu, a tab's tooltip, a
+splitter's sash and the elements. Pages are switched by the gallery's own tabs' "activate"
 action. Run inside a session bus of its own (see run_gallery_check):
 
     check_gallery.py AT_SPI_BUS_LAUNCHER GALLERY
