@@ -236,9 +236,10 @@ class Checker:
             body()
             print(f'a11y: {what}: ok', flush=True)
             return True
-        except Failed as failure:
+        except Exception as failure:  # a D-Bus error too: an object gone, the gallery hung
             self.failures += 1
-            print(f'a11y: {what}: FAILED: {failure}', flush=True)
+            text = failure if isinstance(failure, Failed) else f'{type(failure).__name__}: {failure}'
+            print(f'a11y: {what}: FAILED: {text}', flush=True)
             return False
 
     def expect_lines(self, what, expected, found_now):
@@ -246,7 +247,7 @@ class Checker:
         def lines():
             try:
                 return found_now()
-            except (Failed, IndexError) as error:
+            except Exception as error:  # what was looked for is not there (yet)
                 return [f'({error})']
         if not self.wait(lambda: lines() == expected):
             raise Failed(f'{what}\n  expected:\n    ' + '\n    '.join(expected) +
