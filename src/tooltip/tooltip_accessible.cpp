@@ -4,6 +4,7 @@
 #include <wx/window.h>
 
 #include "accessibility/accessible.h"
+#include "elements/element_accessible.h"
 
 namespace orvix1 {
 namespace detail {
@@ -39,8 +40,12 @@ void tooltip_accessible_t::text_changed(const std::string& text) {
   describe_target(text);
 }
 
+// An element holder shows its elements' tooltips, which describe those
+// elements already: the holder itself stays undescribed.
 void tooltip_accessible_t::attached(wxWindow& target, const std::string& text) {
   detached(true);
+  if (dynamic_cast<const elements::detail::tree_accessible_t*>(accessibility::attached_part(&target)))
+    return;
   m_target = accessibility::accessible_of(&target);
   if (m_target == nullptr) return;
   g_object_ref(m_target);

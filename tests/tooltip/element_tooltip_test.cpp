@@ -1,7 +1,9 @@
 // Element tooltips end to end, through a real holder and adapter.
 
 #include "orvix1/wxCustomTooltip.h"
+#include "accessibility/accessible.h"
 #include "elements/adapter_fixture.h"
+#include "support/atk_probe.h"
 
 namespace {
 
@@ -28,6 +30,8 @@ TEST_F(ElementTooltip, ShownOnTheHolderWhileThePointerIsOverItsElementAndForgott
   send_mouse(wxEVT_MOTION, 10, 10);
   EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), tooltip);
   EXPECT_TRUE(tooltip->IsShown());
+  // The text describes the element, not the holder of every element.
+  EXPECT_EQ(description_of(orvix1::accessibility::accessible_of(holder)), "");
 
   send_mouse(wxEVT_MOTION, 70, 10);  // onto the sibling, which has none
   EXPECT_FALSE(tooltip->IsShown());
