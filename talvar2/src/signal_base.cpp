@@ -14,37 +14,47 @@ constexpr const char* k_signal_header = "functor/signal.h";
 constexpr int k_duplicate_connection_line = 277;
 constexpr int k_unknown_connection_line = 292;
 
+// What a signal without storage walks: an entry that ends the walk.
+const connection_t k_no_entries;
+
 }  // namespace
 
 // The array may only change under `lock`. While an emission runs, cut
-// connections are only emptied and the array keeps its positions; outside
+// connections are only emptied and entries keep their positions; outside
 // one, emptied entries are removed at once from a short array and, from a
 // long one, once they are half of it, so that a cut costs no more than a
-// connect.
+// connect. Every entry from `stored` to `capacity` is empty, and `stored`
+// stays below `capacity`: the walk ends on an empty entry.
 //
 // A signal that many subscribers connect to (the palette's change signal,
 // one connection per style) would make every connect and every subscriber's
 // death walk the whole array; past a few connections the live entries are
 // also indexed by subscriber (by position, rebuilt when emptied entries go).
 //
-// Callables of cut connections wait in `retired` until no emission runs:
-// the one running may be among them, and a callable's destructor may touch
-// this very signal, which must then find its array whole.
+// Callables of cut connections wait in `retired`, and arrays replaced during
+// an emission in `replaced`, until no emission runs: the callable running
+// may be among them, and a callable's destructor may touch this very signal,
+// which must then find its array whole.
 struct signal_base_t::core_t : emission_core_t {
-  std::vector<connection_t> connections;
+  std::size_t capacity = 0;
   std::size_t live = 0;
   std::size_t emptied = 0;
   bool indexed = false;
   std::unordered_multimap<const subscriber_base_t*, std::size_t> by_subscriber;
   std::vector<slot_box_t*> retired;
+  std::vector<connection_t*> replaced;
 
+  core_t() { entries = const_cast<connection_t*>(&k_no_entries); }  // never written: capacity 0
   // A core outliving its signal goes when its emission unwinds: nothing runs.
   ~core_t() {
     emission_state = nullptr;
     release_retired();
+    release_storage();
   }
 
   bool emitting() const { return emission_state != nullptr; }
+  connection_t* begin() const { return entries; }
+  connection_t* end() const { return entries + stored; }
   void append(const connection_t& connection);
   // The position of the live entry equal to `connection`, or npos.
   std::size_t find(const connection_t& connection) const;
@@ -53,7 +63,7 @@ struct signal_base_t::core_t : emission_core_t {
   // Empties the entry at `position`; positions stay valid until tidy().
   void cut(std::size_t position);
   // Outside an emission: removes emptied entries when due and lets go of
-  // the callables of cut connections.
+  // the callables of cut connections and of replaced arrays.
   void tidy();
   void remove_emptied();
   void clear();
@@ -63,11 +73,9 @@ struct signal_base_t::core_t : emission_core_t {
 
  private:
   static constexpr std::size_t k_index_from = 16;
-  // Emission reads the array through the fields it sees.
-  void publish() {
-    entries = connections.data();
-    stored = connections.size();
-  }
+  static constexpr std::size_t k_first_capacity = 4;
+  void grow();
+  void release_storage();
   void rebuild_index();
   void unindex(std::size_t position);
 };
@@ -92,8 +100,8 @@ signal_base_t::signal_base_t(const signal_base_t& other) : subscriber_base_t() {
   source->lock.acquire();
   // By position: a subscriber's callback cannot run here, but the source's
   // array is only ours to read while its lock is held.
-  for (std::size_t position = 0; position < source->connections.size(); ++position)
-    if (!source->connections[position].empty()) _insert(source->connections[position]);
+  for (std::size_t position = 0; position < source->stored; ++position)
+    if (!source->entries[position].empty()) _insert(source->entries[position]);
   source->lock.release();
 }
 
@@ -137,7 +145,7 @@ void signal_base_t::_erase(const connection_t& connection) {
     list.lock.release();
     return;
   }
-  subscriber_base_t* subscriber = list.connections[position].subscriber;
+  subscriber_base_t* subscriber = list.entries[position].subscriber;
   list.cut(position);
   // Every back-reference to this signal goes, even if the subscriber holds
   // further connections to it.
@@ -150,11 +158,11 @@ void signal_base_t::_erase_all() {
   core_t* list = full_core();
   if (list == nullptr) return;
   list->lock.acquire();
-  for (const connection_t& connection : list->connections)
-    if (!connection.empty()) connection.subscriber->remove_signal(this);
+  for (const connection_t* entry = list->begin(); entry != list->end(); ++entry)
+    if (!entry->empty()) entry->subscriber->remove_signal(this);
   if (list->emitting()) {
-    for (std::size_t position = 0; position < list->connections.size(); ++position)
-      if (!list->connections[position].empty()) list->cut(position);
+    for (std::size_t position = 0; position < list->stored; ++position)
+      if (!list->entries[position].empty()) list->cut(position);
   } else {
     list->clear();
     list->release_retired();
@@ -206,27 +214,54 @@ void signal_base_t::end_after_destruction(onstack_signal_state_t& state) {
 }
 
 void signal_base_t::core_t::append(const connection_t& connection) {
-  connections.push_back(connection);
-  publish();
+  if (stored + 1 >= capacity) grow();
+  entries[stored++] = connection;
   if (connection.owned != nullptr) connection.owned->add_ref();
   ++live;
   if (indexed) {
-    by_subscriber.emplace(connection.subscriber, connections.size() - 1);
+    by_subscriber.emplace(connection.subscriber, stored - 1);
   } else if (live > k_index_from) {
     indexed = true;
     rebuild_index();
   }
 }
 
+void signal_base_t::core_t::grow() {
+  const std::size_t grown = capacity == 0 ? k_first_capacity : capacity * 2;
+  auto* moved = new connection_t[grown]();
+  std::copy(begin(), end(), moved);
+  if (capacity != 0) {
+    if (emitting()) {
+      // The running walk finds the old array empty and goes on in this one.
+      std::fill(begin(), end(), connection_t());
+      replaced.push_back(entries);
+      tidy_due = true;
+    } else {
+      delete[] entries;
+    }
+  }
+  entries = moved;
+  capacity = grown;
+}
+
+void signal_base_t::core_t::release_storage() {
+  if (capacity != 0) delete[] entries;
+  entries = const_cast<connection_t*>(&k_no_entries);
+  stored = 0;
+  capacity = 0;
+  for (connection_t* array : replaced) delete[] array;
+  replaced.clear();
+}
+
 std::size_t signal_base_t::core_t::find(const connection_t& connection) const {
   if (indexed) {
     const auto range = by_subscriber.equal_range(connection.subscriber);
     for (auto entry = range.first; entry != range.second; ++entry)
-      if (connections[entry->second] == connection) return entry->second;
+      if (entries[entry->second] == connection) return entry->second;
     return npos;
   }
-  for (std::size_t position = 0; position < connections.size(); ++position)
-    if (!connections[position].empty() && connections[position] == connection) return position;
+  for (std::size_t position = 0; position < stored; ++position)
+    if (!entries[position].empty() && entries[position] == connection) return position;
   return npos;
 }
 
@@ -238,14 +273,14 @@ std::vector<std::size_t> signal_base_t::core_t::positions_of(
     for (auto entry = range.first; entry != range.second; ++entry) positions.push_back(entry->second);
     return positions;
   }
-  for (std::size_t position = 0; position < connections.size(); ++position)
-    if (connections[position].subscriber == subscriber) positions.push_back(position);
+  for (std::size_t position = 0; position < stored; ++position)
+    if (entries[position].subscriber == subscriber) positions.push_back(position);
   return positions;
 }
 
 void signal_base_t::core_t::cut(std::size_t position) {
   if (indexed) unindex(position);
-  connection_t& connection = connections[position];
+  connection_t& connection = entries[position];
   if (connection.owned != nullptr) retired.push_back(connection.owned);
   connection = connection_t();  // a running emission skips it
   --live;
@@ -256,28 +291,36 @@ void signal_base_t::core_t::cut(std::size_t position) {
 void signal_base_t::core_t::tidy() {
   if (emitting()) return;
   tidy_due = false;
-  if (emptied != 0 && (!indexed || emptied * 2 >= connections.size())) remove_emptied();
+  if (emptied != 0 && (!indexed || emptied * 2 >= stored)) remove_emptied();
+  for (connection_t* array : replaced) delete[] array;
+  replaced.clear();
   release_retired();
 }
 
 void signal_base_t::core_t::remove_emptied() {
-  connections.erase(std::remove_if(connections.begin(), connections.end(),
-                                   [](const connection_t& connection) { return connection.empty(); }),
-                    connections.end());
+  connection_t* kept_end = std::remove_if(begin(), end(), [](const connection_t& connection) {
+    return connection.empty();
+  });
+  std::fill(kept_end, end(), connection_t());
+  stored = static_cast<std::size_t>(kept_end - entries);
   emptied = 0;
-  publish();
   if (indexed) rebuild_index();
 }
 
 void signal_base_t::core_t::clear() {
-  for (connection_t& connection : connections)
-    if (connection.owned != nullptr) retired.push_back(connection.owned);
-  connections.clear();
-  publish();
+  for (connection_t* entry = begin(); entry != end(); ++entry)
+    if (entry->owned != nullptr) retired.push_back(entry->owned);
   live = 0;
   emptied = 0;
   indexed = false;
   by_subscriber.clear();
+  if (emitting()) {
+    // The running walk reads on: it must find empty entries.
+    std::fill(begin(), end(), connection_t());
+    stored = 0;
+  } else {
+    release_storage();
+  }
 }
 
 void signal_base_t::core_t::release_retired() {
@@ -291,13 +334,12 @@ void signal_base_t::core_t::release_retired() {
 
 void signal_base_t::core_t::rebuild_index() {
   by_subscriber.clear();
-  for (std::size_t position = 0; position < connections.size(); ++position)
-    if (!connections[position].empty())
-      by_subscriber.emplace(connections[position].subscriber, position);
+  for (std::size_t position = 0; position < stored; ++position)
+    if (!entries[position].empty()) by_subscriber.emplace(entries[position].subscriber, position);
 }
 
 void signal_base_t::core_t::unindex(std::size_t position) {
-  const auto range = by_subscriber.equal_range(connections[position].subscriber);
+  const auto range = by_subscriber.equal_range(entries[position].subscriber);
   for (auto entry = range.first; entry != range.second; ++entry) {
     if (entry->second == position) {
       by_subscriber.erase(entry);

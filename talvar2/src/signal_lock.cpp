@@ -1,21 +1,37 @@
 #include "talvar2/functor/signal_lock.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <thread>
+
+#if defined(__linux__)
+#include <linux/membarrier.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 
 namespace talvar2 {
 namespace _internal {
 namespace {
 
 // Short waits (a connect, an emission with a few quick slots) end while
-// spinning; the sleep costs a system call on both sides.
+// spinning; a sleep costs a system call on both sides.
 constexpr int k_spins_before_sleeping = 100;
+constexpr int k_yields_before_sleeping = 64;
+constexpr auto k_revocation_nap = std::chrono::microseconds(50);
+
+inline void cpu_relax() {
+#if defined(__x86_64__) || defined(__i386__)
+  __builtin_ia32_pause();
+#endif
+}
 
 // Sleepers wait in a few shared places picked by the lock's address, so that
-// a lock stays two words: contention is rare, and every sleeper of a place
-// is woken and looks whether its own lock is free.
+// a lock stays small: contention is rare, and every sleeper of a place is
+// woken and looks whether its own lock is free.
 struct sleeping_place_t {
   std::mutex mutex;
   std::condition_variable wake;
@@ -28,24 +44,87 @@ sleeping_place_t& sleeping_place_for(const void* lock) {
   return places[std::hash<const void*>()(lock) / alignof(std::max_align_t) % k_sleeping_places];
 }
 
-inline void cpu_relax() {
-#if defined(__x86_64__) || defined(__i386__)
-  __builtin_ia32_pause();
-#endif
+#if defined(__linux__) && defined(__NR_membarrier)
+bool biasing_available() {
+  static const bool registered =
+      syscall(__NR_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0;
+  return registered;
 }
 
+// Every other running thread of the process executes a full memory barrier
+// before this returns.
+void barrier_on_every_thread() { syscall(__NR_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0); }
+#else
+bool biasing_available() { return false; }
+void barrier_on_every_thread() {}
+#endif
+
 }  // namespace
+
+void signal_lock_t::acquire_slow(std::uintptr_t self) {
+  for (;;) {
+    std::uintptr_t bias = m_bias.load(std::memory_order_acquire);
+    if (bias == k_unbiased) {
+      // The first thread to take the lock owns it.
+      const std::uintptr_t owner = biasing_available() ? self : k_revoked;
+      if (m_bias.compare_exchange_strong(bias, owner, std::memory_order_acq_rel) && owner == self &&
+          acquire_biased())
+        return;
+    } else if (bias == self) {
+      if (acquire_biased()) return;
+    } else if (bias != k_revoked) {
+      revoke_bias(true);
+    } else {
+      if (!acquire_plain(self)) acquire_contended(self);
+      return;
+    }
+  }
+}
+
+bool signal_lock_t::try_acquire_slow(std::uintptr_t self) {
+  for (;;) {
+    std::uintptr_t bias = m_bias.load(std::memory_order_acquire);
+    if (bias == k_unbiased) {
+      const std::uintptr_t owner = biasing_available() ? self : k_revoked;
+      if (m_bias.compare_exchange_strong(bias, owner, std::memory_order_acq_rel) && owner == self &&
+          acquire_biased())
+        return true;
+    } else if (bias == self) {
+      if (acquire_biased()) return true;
+    } else if (bias != k_revoked) {
+      if (!revoke_bias(false)) return false;
+    } else {
+      return acquire_plain(self);
+    }
+  }
+}
+
+bool signal_lock_t::revoke_bias(bool wait) {
+  const std::uintptr_t owner = m_bias.load(std::memory_order_acquire);
+  if (owner == k_unbiased || owner == k_revoked) return true;
+  m_revoking.store(true, std::memory_order_seq_cst);
+  // Now either the owner's next way in sees the flag, or its store of the
+  // depth that says it is inside is seen here.
+  barrier_on_every_thread();
+  for (int attempt = 0; m_biased_depth.load(std::memory_order_acquire) != 0; ++attempt) {
+    if (!wait) return false;
+    // The owner lets go with a plain store and wakes no one: look again.
+    if (attempt < k_spins_before_sleeping)
+      cpu_relax();
+    else if (attempt < k_spins_before_sleeping + k_yields_before_sleeping)
+      std::this_thread::yield();
+    else
+      std::this_thread::sleep_for(k_revocation_nap);
+  }
+  std::uintptr_t expected = owner;
+  m_bias.compare_exchange_strong(expected, k_revoked, std::memory_order_acq_rel);
+  return true;
+}
 
 void signal_lock_t::acquire_contended(std::uintptr_t self) {
   for (int spin = 0; spin < k_spins_before_sleeping; ++spin) {
     cpu_relax();
-    std::uintptr_t holder = 0;
-    if (m_holder.load(std::memory_order_relaxed) == 0 &&
-        m_holder.compare_exchange_strong(holder, self, std::memory_order_acquire,
-                                         std::memory_order_relaxed)) {
-      m_depth = 1;
-      return;
-    }
+    if (m_holder.load(std::memory_order_relaxed) == 0 && acquire_plain(self)) return;
   }
   sleeping_place_t& place = sleeping_place_for(this);
   m_sleepers.fetch_add(1, std::memory_order_seq_cst);

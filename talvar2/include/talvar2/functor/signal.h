@@ -97,18 +97,20 @@ struct connection_t {
 };
 
 /// What an emission reads, inline in the emitting code. The rest of a
-/// signal's bookkeeping (the array's storage, an index by subscriber,
+/// signal's bookkeeping (the array's capacity, an index by subscriber,
 /// callables waiting to be let go) lives in signal_base.cpp.
 struct emission_core_t {
   signal_lock_t lock;
-  /// The connections in connection order, emptied ones included, and their
-  /// number; both change when a connect makes the array grow.
-  const connection_t* entries = nullptr;
+  /// The connections in connection order, emptied ones included, followed
+  /// by at least one empty entry that ends the walk. The array moves only
+  /// when a connect makes it grow; during an emission the old one is then
+  /// emptied and kept until the emission ends.
+  connection_t* entries = nullptr;
   std::size_t stored = 0;
   /// Null while no emission runs; else the outermost emission's alive flag.
   bool* emission_state = nullptr;
-  /// Set when a connection is cut during an emission: the outermost one then
-  /// tidies up as it ends.
+  /// Set when a connection is cut or the array moves during an emission:
+  /// the outermost one then tidies up as it ends.
   bool tidy_due = false;
 };
 
@@ -309,14 +311,28 @@ void signal_templ<A...>::operator()(A... args) const {
   if (!begin_emission(state)) return;
   emission_core_t* const core = state.core;
   try {
-    // The core outlives a signal that a slot destroys: its destructor empties
-    // the array, which ends the walk. Both fields are read afresh after each
-    // call, so connections appended by a slot are called in this emission,
-    // and an emptied entry has a null caster.
-    for (std::size_t position = 0; position < core->stored; ++position) {
-      const connection_t& connection = core->entries[position];
-      if (connection.caster != nullptr)
-        reinterpret_cast<invoker_t>(connection.caster)(connection.target, connection.member, args...);
+    // The walk stops at an entry without caster and looks at the core only
+    // there: such an entry is emptied, or ends the array, or belongs to an
+    // array that a slot's connect replaced (then the walk goes on in the new
+    // one), or the signal was destroyed and its array emptied (the core
+    // outlives it). Connections appended by a slot are called in this emission.
+    const connection_t* walked = core->entries;
+    const connection_t* entry = walked;
+    for (;;) {
+      if (__builtin_expect(entry->caster != nullptr, 1)) {
+        reinterpret_cast<invoker_t>(entry->caster)(entry->target, entry->member, args...);
+        ++entry;
+        continue;
+      }
+      const std::size_t position = static_cast<std::size_t>(entry - walked);
+      if (core->entries != walked) {
+        walked = core->entries;
+        entry = walked + position;
+      } else if (position < core->stored) {
+        ++entry;
+      } else {
+        break;
+      }
     }
   } catch (...) {
     if (check_valid_state_after_call(state)) post_call(state);

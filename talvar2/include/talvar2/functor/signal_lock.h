@@ -17,12 +17,18 @@ namespace _internal {
 
 /// A re-entrant lock held by a signal's emission while its slots run.
 ///
-/// Every emission takes it, so the free case is a single compare-exchange
-/// inline in the caller and a release is one exchange, where a library
-/// recursive mutex costs two calls and about seventy instructions. A thread
-/// that finds it held spins a little, then sleeps until the holder lets go:
-/// slots may run long, and connects and dying subscribers on other threads
-/// must wait for them.
+/// Every emission takes it, and nearly every signal is only ever used by
+/// one thread, so the lock belongs to the first thread that takes it (it is
+/// biased): that thread takes and lets go with plain loads and stores, no
+/// atomic read-modify-write and no fence. The first time another thread
+/// wants it, that thread revokes the bias: it raises a flag, makes every
+/// thread of the process pass a memory barrier (the one system call that
+/// does so, membarrier), and waits until the owner is outside. From then on
+/// the lock is an ordinary one: a compare-exchange to take it, a sequentially
+/// consistent store to let go, and a short spin and then sleep when it is
+/// held, since slots may run long and connects and dying subscribers on
+/// other threads must wait for them. Where membarrier is missing, locks are
+/// never biased.
 class TALVAR2_API signal_lock_t {
  public:
   signal_lock_t() = default;
@@ -31,20 +37,64 @@ class TALVAR2_API signal_lock_t {
 
   void acquire() {
     const std::uintptr_t self = current_thread();
-    std::uintptr_t holder = 0;
-    if (m_holder.compare_exchange_strong(holder, self, std::memory_order_acquire,
-                                         std::memory_order_relaxed)) {
-      m_depth = 1;
-    } else if (holder == self) {
-      ++m_depth;
-    } else {
-      acquire_contended(self);
-    }
+    if (m_bias.load(std::memory_order_relaxed) == self && acquire_biased()) return;
+    if (m_bias.load(std::memory_order_relaxed) != k_revoked || !acquire_plain(self))
+      acquire_slow(self);
   }
 
   /// Takes the lock only if it is free or already this thread's.
   bool try_acquire() {
     const std::uintptr_t self = current_thread();
+    if (m_bias.load(std::memory_order_relaxed) == self && acquire_biased()) return true;
+    return try_acquire_slow(self);
+  }
+
+  void release() {
+    if (m_bias.load(std::memory_order_relaxed) == current_thread()) {
+      // Seen by a revoking thread that waits for the owner to be outside.
+      m_biased_depth.store(m_biased_depth.load(std::memory_order_relaxed) - 1,
+                           std::memory_order_release);
+      return;
+    }
+    if (--m_depth != 0) return;
+    // Sequentially consistent with the sleepers' count, so that either this
+    // thread sees a sleeper or the sleeper sees the lock free.
+    m_holder.store(0, std::memory_order_seq_cst);
+    if (m_sleepers.load(std::memory_order_seq_cst) != 0) wake_sleepers();
+  }
+
+ private:
+  /// m_bias before any thread took the lock, and after a revocation.
+  static constexpr std::uintptr_t k_unbiased = 0;
+  static constexpr std::uintptr_t k_revoked = 1;
+
+  /// Any value that differs between threads alive at the same time and is
+  /// neither 0 nor 1: the thread's control block, one instruction to read
+  /// with GCC.
+  static std::uintptr_t current_thread() {
+#if defined(__GNUC__) && !defined(__clang__)
+    return reinterpret_cast<std::uintptr_t>(__builtin_thread_pointer());
+#else
+    return reinterpret_cast<std::uintptr_t>(pthread_self());
+#endif
+  }
+
+  /// The owner's way in; false when a revocation is under way (the owner
+  /// then finishes it and takes the lock the ordinary way).
+  bool acquire_biased() {
+    const unsigned depth = m_biased_depth.load(std::memory_order_relaxed);
+    m_biased_depth.store(depth + 1, std::memory_order_relaxed);
+    if (depth != 0) return true;  // held already: no one else can be inside
+    // Only the compiler must keep the store before the load; the processor
+    // is made to by the revoking thread's membarrier.
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+    if (!m_revoking.load(std::memory_order_acquire)) return true;
+    m_biased_depth.store(0, std::memory_order_release);
+    m_bias.store(k_revoked, std::memory_order_release);
+    return false;
+  }
+
+  bool acquire_plain(std::uintptr_t self) {
     std::uintptr_t holder = 0;
     if (m_holder.compare_exchange_strong(holder, self, std::memory_order_acquire,
                                          std::memory_order_relaxed)) {
@@ -56,28 +106,18 @@ class TALVAR2_API signal_lock_t {
     return true;
   }
 
-  void release() {
-    if (--m_depth != 0) return;
-    // Sequentially consistent with the sleepers' count, so that either this
-    // thread sees a sleeper or the sleeper sees the lock free.
-    m_holder.store(0, std::memory_order_seq_cst);
-    if (m_sleepers.load(std::memory_order_seq_cst) != 0) wake_sleepers();
-  }
-
- private:
-  /// Any value that differs between threads alive at the same time and is
-  /// never 0: the thread's control block, one instruction to read with GCC.
-  static std::uintptr_t current_thread() {
-#if defined(__GNUC__) && !defined(__clang__)
-    return reinterpret_cast<std::uintptr_t>(__builtin_thread_pointer());
-#else
-    return reinterpret_cast<std::uintptr_t>(pthread_self());
-#endif
-  }
-
+  void acquire_slow(std::uintptr_t self);
+  bool try_acquire_slow(std::uintptr_t self);
+  /// Makes the lock an ordinary one: false if `wait` is false and the owner
+  /// is inside.
+  bool revoke_bias(bool wait);
   void acquire_contended(std::uintptr_t self);
   void wake_sleepers();
 
+  std::atomic<std::uintptr_t> m_bias{k_unbiased};
+  /// Written only by the owner of the bias.
+  std::atomic<unsigned> m_biased_depth{0};
+  std::atomic<bool> m_revoking{false};
   std::atomic<std::uintptr_t> m_holder{0};
   /// Written only by the holder.
   unsigned m_depth = 0;
