@@ -17,10 +17,12 @@
 /// A signal may be connected to, disconnected from, emitted and even destroyed
 /// from inside one of its own slots, and subscribers may die while a signal
 /// that points at them is emitting. An emission walks the live connection
-/// array by position and never copies it: a slot's connect appends (the
-/// array may move, so each step reads it afresh), cutting a connection during
-/// an emission only empties its entry, and the outermost emission removes
-/// empty entries when it ends.
+/// array and never copies it: a slot's connect appends (and when the array
+/// must grow, the walk follows it into the new one), cutting a connection
+/// during an emission only empties its entry, and the outermost emission
+/// removes empty entries when it ends. Emissions of one signal from several
+/// threads take turns, and run with no atomic operation at all while only
+/// one thread uses the signal (see signal_lock_t).
 
 #include <cstddef>
 #include <cstdint>

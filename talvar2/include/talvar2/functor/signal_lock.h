@@ -82,7 +82,9 @@ class TALVAR2_API signal_lock_t {
   /// The owner's way in; false when a revocation is under way (the owner
   /// then finishes it and takes the lock the ordinary way).
   bool acquire_biased() {
-    const unsigned depth = m_biased_depth.load(std::memory_order_relaxed);
+    // Acquire: a thread that ended may have owned the lock before this one
+    // (thread control blocks are reused).
+    const unsigned depth = m_biased_depth.load(std::memory_order_acquire);
     m_biased_depth.store(depth + 1, std::memory_order_relaxed);
     if (depth != 0) return true;  // held already: no one else can be inside
     // Only the compiler must keep the store before the load; the processor
