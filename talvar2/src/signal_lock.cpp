@@ -61,42 +61,25 @@ void barrier_on_every_thread() {}
 
 }  // namespace
 
-void signal_lock_t::acquire_slow(std::uintptr_t self) {
-  for (;;) {
-    std::uintptr_t bias = m_bias.load(std::memory_order_acquire);
-    if (bias == k_unbiased) {
-      // The first thread to take the lock owns it.
-      const std::uintptr_t owner = biasing_available() ? self : k_revoked;
-      if (m_bias.compare_exchange_strong(bias, owner, std::memory_order_acq_rel) && owner == self &&
-          acquire_biased())
-        return;
-    } else if (bias == self) {
-      if (acquire_biased()) return;
-    } else if (bias != k_revoked) {
-      revoke_bias(true);
-    } else {
-      if (!acquire_plain(self)) acquire_contended(self);
-      return;
+bool signal_lock_t::try_acquire_plain(std::uintptr_t self) {
+  std::uintptr_t holder = 0;
+  if (m_holder.compare_exchange_strong(holder, self, std::memory_order_acquire,
+                                       std::memory_order_relaxed)) {
+    m_depth = 1;
+    if (m_bias.load(std::memory_order_acquire) > k_revoked && !revoke_bias(false)) {
+      release();  // the owner is inside
+      return false;
     }
+    count_streak(self);
+    return true;
   }
+  if (holder != self) return false;
+  ++m_depth;
+  return true;
 }
 
-bool signal_lock_t::try_acquire_slow(std::uintptr_t self) {
-  for (;;) {
-    std::uintptr_t bias = m_bias.load(std::memory_order_acquire);
-    if (bias == k_unbiased) {
-      const std::uintptr_t owner = biasing_available() ? self : k_revoked;
-      if (m_bias.compare_exchange_strong(bias, owner, std::memory_order_acq_rel) && owner == self &&
-          acquire_biased())
-        return true;
-    } else if (bias == self) {
-      if (acquire_biased()) return true;
-    } else if (bias != k_revoked) {
-      if (!revoke_bias(false)) return false;
-    } else {
-      return acquire_plain(self);
-    }
-  }
+void signal_lock_t::take_ownership(std::uintptr_t self) {
+  if (biasing_available()) m_bias.store(self, std::memory_order_release);
 }
 
 bool signal_lock_t::revoke_bias(bool wait) {
@@ -137,6 +120,8 @@ void signal_lock_t::acquire_contended(std::uintptr_t self) {
   }
   m_sleepers.fetch_sub(1, std::memory_order_relaxed);
   m_depth = 1;
+  if (m_bias.load(std::memory_order_acquire) > k_revoked) revoke_bias(true);
+  count_streak(self);
 }
 
 void signal_lock_t::wake_sleepers() {

@@ -17,18 +17,20 @@ namespace _internal {
 
 /// A re-entrant lock held by a signal's emission while its slots run.
 ///
-/// Every emission takes it, and nearly every signal is only ever used by
-/// one thread, so the lock belongs to the first thread that takes it (it is
-/// biased): that thread takes and lets go with plain loads and stores, no
-/// atomic read-modify-write and no fence. The first time another thread
-/// wants it, that thread revokes the bias: it raises a flag, makes every
-/// thread of the process pass a memory barrier (the one system call that
-/// does so, membarrier), and waits until the owner is outside. From then on
-/// the lock is an ordinary one: a compare-exchange to take it, a sequentially
-/// consistent store to let go, and a short spin and then sleep when it is
-/// held, since slots may run long and connects and dying subscribers on
-/// other threads must wait for them. Where membarrier is missing, locks are
-/// never biased.
+/// Every emission takes it, and nearly every signal that is used often is
+/// only ever used by one thread. So a lock that one thread has taken many
+/// times in a row comes to belong to that thread (it is biased): the owner
+/// then takes and lets go with plain loads and stores, no atomic
+/// read-modify-write and no fence. The first time another thread wants it,
+/// that thread revokes the bias: it raises a flag, makes every thread of the
+/// process pass a memory barrier (the one system call that does so,
+/// membarrier), and waits until the owner is outside; from then on the lock
+/// stays an ordinary one. An ordinary lock costs a compare-exchange to take
+/// and a sequentially consistent store to let go, and a thread that finds it
+/// held sleeps until the holder lets go, since slots may run long. Signals
+/// that live briefly or change threads (a task's work, handed from thread to
+/// thread) are never biased and never pay for a revocation. Where
+/// membarrier is missing, locks are never biased.
 class TALVAR2_API signal_lock_t {
  public:
   signal_lock_t() = default;
@@ -38,25 +40,27 @@ class TALVAR2_API signal_lock_t {
   void acquire() {
     const std::uintptr_t self = current_thread();
     if (m_bias.load(std::memory_order_relaxed) == self && acquire_biased()) return;
-    if (m_bias.load(std::memory_order_relaxed) != k_revoked || !acquire_plain(self))
-      acquire_slow(self);
+    if (!acquire_plain(self)) acquire_contended(self);
   }
 
   /// Takes the lock only if it is free or already this thread's.
   bool try_acquire() {
     const std::uintptr_t self = current_thread();
     if (m_bias.load(std::memory_order_relaxed) == self && acquire_biased()) return true;
-    return try_acquire_slow(self);
+    return try_acquire_plain(self);
   }
 
   void release() {
-    if (m_bias.load(std::memory_order_relaxed) == current_thread()) {
+    const std::uintptr_t self = current_thread();
+    if (m_bias.load(std::memory_order_relaxed) == self) {
       // Seen by a revoking thread that waits for the owner to be outside.
       m_biased_depth.store(m_biased_depth.load(std::memory_order_relaxed) - 1,
                            std::memory_order_release);
       return;
     }
     if (--m_depth != 0) return;
+    if (m_streak >= k_streak_to_own && m_bias.load(std::memory_order_relaxed) == k_unbiased)
+      take_ownership(self);
     // Sequentially consistent with the sleepers' count, so that either this
     // thread sees a sleeper or the sleeper sees the lock free.
     m_holder.store(0, std::memory_order_seq_cst);
@@ -64,9 +68,12 @@ class TALVAR2_API signal_lock_t {
   }
 
  private:
-  /// m_bias before any thread took the lock, and after a revocation.
+  /// m_bias while the lock may still come to belong to a thread, and after
+  /// a revocation (for good).
   static constexpr std::uintptr_t k_unbiased = 0;
   static constexpr std::uintptr_t k_revoked = 1;
+  /// Ordinary takings in a row by one thread that make the lock its own.
+  static constexpr unsigned k_streak_to_own = 64;
 
   /// Any value that differs between threads alive at the same time and is
   /// neither 0 nor 1: the thread's control block, one instruction to read
@@ -96,11 +103,16 @@ class TALVAR2_API signal_lock_t {
     return false;
   }
 
+  /// The ordinary way in, without waiting; false when another thread holds
+  /// it. The lock may have come to belong to another thread since this one
+  /// looked: that is revoked first.
   bool acquire_plain(std::uintptr_t self) {
     std::uintptr_t holder = 0;
     if (m_holder.compare_exchange_strong(holder, self, std::memory_order_acquire,
                                          std::memory_order_relaxed)) {
       m_depth = 1;
+      if (m_bias.load(std::memory_order_acquire) > k_revoked) revoke_bias(true);
+      count_streak(self);
       return true;
     }
     if (holder != self) return false;
@@ -108,12 +120,22 @@ class TALVAR2_API signal_lock_t {
     return true;
   }
 
-  void acquire_slow(std::uintptr_t self);
-  bool try_acquire_slow(std::uintptr_t self);
-  /// Makes the lock an ordinary one: false if `wait` is false and the owner
-  /// is inside.
-  bool revoke_bias(bool wait);
+  void count_streak(std::uintptr_t self) {
+    if (m_streak_holder == self) {
+      ++m_streak;
+    } else {
+      m_streak_holder = self;
+      m_streak = 1;
+    }
+  }
+
+  bool try_acquire_plain(std::uintptr_t self);
   void acquire_contended(std::uintptr_t self);
+  /// Makes the lock this thread's, if membarrier is there to revoke that.
+  void take_ownership(std::uintptr_t self);
+  /// Makes the lock an ordinary one for good: false if `wait` is false and
+  /// the owner is inside.
+  bool revoke_bias(bool wait);
   void wake_sleepers();
 
   std::atomic<std::uintptr_t> m_bias{k_unbiased};
@@ -124,6 +146,10 @@ class TALVAR2_API signal_lock_t {
   /// Written only by the holder.
   unsigned m_depth = 0;
   std::atomic<unsigned> m_sleepers{0};
+  /// The thread that took it the ordinary way last, and how often in a row;
+  /// written only by the holder.
+  std::uintptr_t m_streak_holder = 0;
+  unsigned m_streak = 0;
 };
 
 }  // namespace _internal
