@@ -2,6 +2,7 @@
 #include "talvar2/functor/signal.h"
 
 #include <algorithm>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -39,8 +40,9 @@ struct signal_base_t::core_t : emission_core_t {
   std::size_t capacity = 0;
   std::size_t live = 0;
   std::size_t emptied = 0;
-  bool indexed = false;
-  std::unordered_multimap<const subscriber_base_t*, std::size_t> by_subscriber;
+  using index_t = std::unordered_multimap<const subscriber_base_t*, std::size_t>;
+  // Made when the array gets long; most signals have a few connections.
+  std::unique_ptr<index_t> by_subscriber;
   std::vector<slot_box_t*> retired;
   std::vector<connection_t*> replaced;
 
@@ -73,7 +75,7 @@ struct signal_base_t::core_t : emission_core_t {
 
  private:
   static constexpr std::size_t k_index_from = 16;
-  static constexpr std::size_t k_first_capacity = 4;
+  static constexpr std::size_t k_first_capacity = 2;  // one connection and the end
   void grow();
   void release_storage();
   void rebuild_index();
@@ -218,10 +220,10 @@ void signal_base_t::core_t::append(const connection_t& connection) {
   entries[stored++] = connection;
   if (connection.owned != nullptr) connection.owned->add_ref();
   ++live;
-  if (indexed) {
-    by_subscriber.emplace(connection.subscriber, stored - 1);
+  if (by_subscriber) {
+    by_subscriber->emplace(connection.subscriber, stored - 1);
   } else if (live > k_index_from) {
-    indexed = true;
+    by_subscriber = std::make_unique<index_t>();
     rebuild_index();
   }
 }
@@ -254,8 +256,8 @@ void signal_base_t::core_t::release_storage() {
 }
 
 std::size_t signal_base_t::core_t::find(const connection_t& connection) const {
-  if (indexed) {
-    const auto range = by_subscriber.equal_range(connection.subscriber);
+  if (by_subscriber) {
+    const auto range = by_subscriber->equal_range(connection.subscriber);
     for (auto entry = range.first; entry != range.second; ++entry)
       if (entries[entry->second] == connection) return entry->second;
     return npos;
@@ -268,8 +270,8 @@ std::size_t signal_base_t::core_t::find(const connection_t& connection) const {
 std::vector<std::size_t> signal_base_t::core_t::positions_of(
     const subscriber_base_t* subscriber) const {
   std::vector<std::size_t> positions;
-  if (indexed) {
-    const auto range = by_subscriber.equal_range(subscriber);
+  if (by_subscriber) {
+    const auto range = by_subscriber->equal_range(subscriber);
     for (auto entry = range.first; entry != range.second; ++entry) positions.push_back(entry->second);
     return positions;
   }
@@ -279,7 +281,7 @@ std::vector<std::size_t> signal_base_t::core_t::positions_of(
 }
 
 void signal_base_t::core_t::cut(std::size_t position) {
-  if (indexed) unindex(position);
+  if (by_subscriber) unindex(position);
   connection_t& connection = entries[position];
   if (connection.owned != nullptr) retired.push_back(connection.owned);
   connection = connection_t();  // a running emission skips it
@@ -291,7 +293,7 @@ void signal_base_t::core_t::cut(std::size_t position) {
 void signal_base_t::core_t::tidy() {
   if (emitting()) return;
   tidy_due = false;
-  if (emptied != 0 && (!indexed || emptied * 2 >= stored)) remove_emptied();
+  if (emptied != 0 && (!by_subscriber || emptied * 2 >= stored)) remove_emptied();
   for (connection_t* array : replaced) delete[] array;
   replaced.clear();
   release_retired();
@@ -304,7 +306,7 @@ void signal_base_t::core_t::remove_emptied() {
   std::fill(kept_end, end(), connection_t());
   stored = static_cast<std::size_t>(kept_end - entries);
   emptied = 0;
-  if (indexed) rebuild_index();
+  if (by_subscriber) rebuild_index();
 }
 
 void signal_base_t::core_t::clear() {
@@ -312,8 +314,7 @@ void signal_base_t::core_t::clear() {
     if (entry->owned != nullptr) retired.push_back(entry->owned);
   live = 0;
   emptied = 0;
-  indexed = false;
-  by_subscriber.clear();
+  by_subscriber.reset();
   if (emitting()) {
     // The running walk reads on: it must find empty entries.
     std::fill(begin(), end(), connection_t());
@@ -333,16 +334,16 @@ void signal_base_t::core_t::release_retired() {
 }
 
 void signal_base_t::core_t::rebuild_index() {
-  by_subscriber.clear();
+  by_subscriber->clear();
   for (std::size_t position = 0; position < stored; ++position)
-    if (!entries[position].empty()) by_subscriber.emplace(entries[position].subscriber, position);
+    if (!entries[position].empty()) by_subscriber->emplace(entries[position].subscriber, position);
 }
 
 void signal_base_t::core_t::unindex(std::size_t position) {
-  const auto range = by_subscriber.equal_range(entries[position].subscriber);
+  const auto range = by_subscriber->equal_range(entries[position].subscriber);
   for (auto entry = range.first; entry != range.second; ++entry) {
     if (entry->second == position) {
-      by_subscriber.erase(entry);
+      by_subscriber->erase(entry);
       return;
     }
   }
