@@ -54,7 +54,7 @@ void emit_orvix(benchmark::State& state) {
   for (auto _ : state) fixture.signal(1);
   benchmark::DoNotOptimize(fixture.sinks.front().total.load());
 }
-BENCHMARK(emit_orvix)->Name("emit/orvix")->Arg(1)->Arg(8);
+BENCHMARK(emit_orvix)->Name("emit/orvix")->Arg(1)->Arg(8)->Arg(64);
 
 struct orvix_lambda_fixture_t {
   explicit orvix_lambda_fixture_t(long slots) : sinks(static_cast<std::size_t>(slots)) {
@@ -115,7 +115,7 @@ void emit_signals2(benchmark::State& state) {
   for (auto _ : state) fixture.signal(1);
   benchmark::DoNotOptimize(fixture.sinks.front().total.load());
 }
-BENCHMARK(emit_signals2)->Name("emit/signals2")->Arg(1)->Arg(8);
+BENCHMARK(emit_signals2)->Name("emit/signals2")->Arg(1)->Arg(8)->Arg(64);
 // Its slots are lambdas already: the same run, next to the other lambda families.
 BENCHMARK(emit_signals2)->Name("emit_lambda/signals2")->Arg(1)->Arg(8)->Arg(64);
 
@@ -169,7 +169,7 @@ void emit_sigc(benchmark::State& state) {
   for (auto _ : state) fixture.signal.emit(1);
   benchmark::DoNotOptimize(fixture.sinks.front().total.load());
 }
-BENCHMARK(emit_sigc)->Name("emit/sigc")->Arg(1)->Arg(8);
+BENCHMARK(emit_sigc)->Name("emit/sigc")->Arg(1)->Arg(8)->Arg(64);
 
 struct sigc_lambda_fixture_t {
   explicit sigc_lambda_fixture_t(long slots) : sinks(static_cast<std::size_t>(slots)) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "talvar2/functor/signal.h"
+#include "talvar2/threading/mutex.h"
 
 namespace talvar2 {
 namespace _internal {

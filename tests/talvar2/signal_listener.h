@@ -36,16 +36,13 @@ class listener_t : public talvar2::subscriber_base_t {
   action_t m_action;
 };
 
-// A signal that can count the nodes of its list, emptied ones included.
+// A signal that can count the entries of its array, emptied ones included.
 template <class... A>
 class inspectable_signal_t : public talvar2::signal_t<A...> {
  public:
   std::size_t node_count() const {
-    std::size_t count = 0;
-    const typename talvar2::signal_t<A...>::onstack_signal_state_t state(this->current_core());
-    if (state.core == nullptr) return 0;
-    for (auto node = this->first_node(state); node != nullptr; node = node->next) ++count;
-    return count;
+    const auto* core = this->current_core();
+    return core == nullptr ? 0 : core->stored;
   }
 };
 

@@ -3,8 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <atomic>
+#include <chrono>
+#include <fstream>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -14,6 +19,7 @@
 namespace talvar2_test {
 namespace {
 
+using talvar2::scoped_connection_t;
 using talvar2::signal_t;
 
 enum life_t { k_alive = 1, k_dead };
@@ -61,6 +67,51 @@ class serial_probe_t : public talvar2::subscriber_base_t {
  private:
   std::atomic<int> m_in_flight{0};
 };
+
+// Whether one of this process's threads sleeps where a waiting lock puts
+// it: on a futex, or in a nap between looks (the kernel function it sleeps in).
+bool sleeps_in_lock(pid_t thread) {
+  std::ifstream wchan("/proc/self/task/" + std::to_string(thread) + "/wchan");
+  std::string where;
+  std::getline(wchan, where);
+  return where.find("futex") != std::string::npos || where.find("nanosleep") != std::string::npos;
+}
+
+// A connect from another thread while a slot runs waits for it, asleep
+// once the slot takes long, and goes on when the emission ends: first while
+// the lock belongs to the emitting thread (which used it often), then as an
+// ordinary lock. The slot runs until it sees the other thread asleep.
+TEST(SignalThreads, ConnectFromAnotherThreadSleepsUntilTheRunningSlotReturns) {
+  signal_t<int> hub;
+  std::atomic<bool> in_slot{false}, slot_returned{false}, connector_slept{false};
+  std::atomic<pid_t> connector{0};
+  scoped_connection_t slot = hub.connect([&](int value) {
+    if (value == 0) return;
+    in_slot = true;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!connector_slept && std::chrono::steady_clock::now() < deadline) {
+      connector_slept = connector.load() != 0 && sleeps_in_lock(connector.load());
+      std::this_thread::yield();
+    }
+    slot_returned = true;
+  });
+  for (int use = 0; use < 1000; ++use) hub(0);
+  serial_probe_t probes[2];
+  for (serial_probe_t& probe : probes) {
+    in_slot = slot_returned = connector_slept = false;
+    connector = 0;
+    std::thread connecting([&] {
+      while (!in_slot) std::this_thread::yield();
+      connector = gettid();
+      hub.connect(&probe, &serial_probe_t::on_value);
+      EXPECT_TRUE(slot_returned.load());
+    });
+    hub(1);
+    connecting.join();
+    EXPECT_TRUE(connector_slept.load());
+  }
+  EXPECT_EQ(hub.connection_count(), 3u);
+}
 
 // 2 threads emit the hub while 2 churn counted subscribers on the hub and the
 // roster (never emitted); every other one is handed to the other churner.

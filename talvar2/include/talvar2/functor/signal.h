@@ -16,9 +16,13 @@
 ///
 /// A signal may be connected to, disconnected from, emitted and even destroyed
 /// from inside one of its own slots, and subscribers may die while a signal
-/// that points at them is emitting. An emission walks the live connection list
-/// and never copies it: cutting a connection during an emission only empties
-/// its node, and the outermost emission removes empty nodes when it ends.
+/// that points at them is emitting. An emission walks the live connection
+/// array and never copies it: a slot's connect appends (and when the array
+/// must grow, the walk follows it into the new one), cutting a connection
+/// during an emission only empties its entry, and the outermost emission
+/// removes empty entries when it ends. Emissions of one signal from several
+/// threads take turns, and run with no atomic operation at all while only
+/// one thread uses the signal (see signal_lock_t).
 
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +34,7 @@
 
 #include "talvar2/export.h"
 #include "talvar2/functor/scoped_connection.h"
-#include "talvar2/threading/mutex.h"
+#include "talvar2/functor/signal_lock.h"
 
 namespace talvar2 {
 namespace _internal {
@@ -94,7 +98,25 @@ struct connection_t {
   }
 };
 
-/// The untyped part of every signal: connection list, emission state, locks.
+/// What an emission reads, inline in the emitting code. The rest of a
+/// signal's bookkeeping (the array's capacity, an index by subscriber,
+/// callables waiting to be let go) lives in signal_base.cpp.
+struct emission_core_t {
+  signal_lock_t lock;
+  /// The connections in connection order, emptied ones included, followed
+  /// by at least one empty entry that ends the walk. The array moves only
+  /// when a connect makes it grow; during an emission the old one is then
+  /// emptied and kept until the emission ends.
+  connection_t* entries = nullptr;
+  std::size_t stored = 0;
+  /// Null while no emission runs; else the outermost emission's alive flag.
+  bool* emission_state = nullptr;
+  /// Set when a connection is cut or the array moves during an emission:
+  /// the outermost one then tidies up as it ends.
+  bool tidy_due = false;
+};
+
+/// The untyped part of every signal: connection array, emission state, locks.
 class TALVAR2_API signal_base_t : public subscriber_base_t {
  public:
   struct core_t;
@@ -102,8 +124,8 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   /// The state of one emission, kept on the emitting thread's stack so that it
   /// survives the destruction of the signal by one of its slots.
   struct onstack_signal_state_t {
-    explicit onstack_signal_state_t(core_t* signal_core) : core(signal_core) {}
-    core_t* core;
+    explicit onstack_signal_state_t(emission_core_t* signal_core) : core(signal_core) {}
+    emission_core_t* core;
     bool alive = true;
     bool nested = false;
     bool* alive_in_force = nullptr;  ///< the outermost emission's flag
@@ -127,43 +149,60 @@ class TALVAR2_API signal_base_t : public subscriber_base_t {
   bool try_lock_for_subscriber();
   void unlock_for_subscriber();
 
-  /// Number of live connections, read under the signal's mutex.
+  /// Number of live connections, read under the signal's lock.
   std::size_t connection_count() const;
   bool has_connections() const { return connection_count() != 0; }
   bool empty() const { return !has_connections(); }
 
  protected:
-  struct node_t {
-    connection_t connection;
-    /// Kept when the connection is emptied, let go when the node goes.
-    slot_box_t* owned = nullptr;
-    node_t* next = nullptr;
-    node_t* previous = nullptr;
-  };
-
-  /// Takes the mutex and registers the emission. False when there is nothing
+  /// Takes the lock and registers the emission. False when there is nothing
   /// to call: the signal was never connected to, or it is already dead (the
-  /// mutex is then released).
-  bool begin_emission(onstack_signal_state_t& state) const;
+  /// lock is then released).
+  static bool begin_emission(onstack_signal_state_t& state) {
+    emission_core_t* core = state.core;
+    if (core == nullptr) return false;  // never connected to: no one to call
+    core->lock.acquire();
+    if (core->emission_state == nullptr) {
+      core->emission_state = &state.alive;
+      state.alive_in_force = &state.alive;
+      return true;
+    }
+    state.nested = true;
+    state.alive_in_force = core->emission_state;
+    if (*state.alive_in_force) return true;
+    core->lock.release();
+    return false;
+  }
   /// After a slot has thrown: true when the signal is still alive and
-  /// post_call must follow; false when it died and the mutex has been let go.
+  /// post_call must follow; false when it died and the lock has been let go.
   /// Touches only `state`: the slot may have destroyed the signal.
   static bool check_valid_state_after_call(onstack_signal_state_t& state);
   /// Ends an emission: the outermost one removes emptied connections.
-  static void post_call(onstack_signal_state_t& state);
+  static void post_call(onstack_signal_state_t& state) {
+    emission_core_t* core = state.core;
+    if (!state.nested) {
+      core->emission_state = nullptr;
+      if (core->tidy_due) tidy_after_emission(core);
+    }
+    core->lock.release();
+  }
   /// Ends an emission whose signal was destroyed by a slot. Touches only `state`.
   static void end_after_destruction(onstack_signal_state_t& state);
 
-  static node_t* first_node(const onstack_signal_state_t& state);
-  core_t* current_core() const { return m_core.load(std::memory_order_acquire); }
+  emission_core_t* current_core() const { return m_core.load(std::memory_order_acquire); }
 
  private:
-  /// The list, its mutex and the emission state, made on the first
+  /// Removes the entries emptied during the emission that just ended and
+  /// lets go of the callables cut meanwhile.
+  static void tidy_after_emission(emission_core_t* core);
+
+  /// The array, its lock and the emission state, made on the first
   /// connection: a signal no one connects to costs two pointers. The core may
   /// outlive the signal when a slot destroys it during an emission.
   core_t& core();
+  core_t* full_core() const;
 
-  std::atomic<core_t*> m_core{nullptr};
+  std::atomic<emission_core_t*> m_core{nullptr};
 };
 
 /// The typed part: connect, disconnect and emit for one argument list.
@@ -272,22 +311,38 @@ template <class... A>
 void signal_templ<A...>::operator()(A... args) const {
   onstack_signal_state_t state(current_core());
   if (!begin_emission(state)) return;
+  emission_core_t* const core = state.core;
   try {
-    // The next node is read after each call, so connections appended by a
-    // slot are called in this emission and emptied ones are skipped.
-    for (const node_t* node = first_node(state); node != nullptr;) {
-      const connection_t& connection = node->connection;
-      if (!connection.empty())
-        reinterpret_cast<invoker_t>(connection.caster)(connection.target, connection.member, args...);
-      if (!*state.alive_in_force) {  // a slot destroyed the signal: touch nothing of it
-        end_after_destruction(state);
-        return;
+    // The walk stops at an entry without caster and looks at the core only
+    // there: such an entry is emptied, or ends the array, or belongs to an
+    // array that a slot's connect replaced (then the walk goes on in the new
+    // one), or the signal was destroyed and its array emptied (the core
+    // outlives it). Connections appended by a slot are called in this emission.
+    const connection_t* walked = core->entries;
+    const connection_t* entry = walked;
+    for (;;) {
+      if (__builtin_expect(entry->caster != nullptr, 1)) {
+        reinterpret_cast<invoker_t>(entry->caster)(entry->target, entry->member, args...);
+        ++entry;
+        continue;
       }
-      node = node->next;
+      const std::size_t position = static_cast<std::size_t>(entry - walked);
+      if (core->entries != walked) {
+        walked = core->entries;
+        entry = walked + position;
+      } else if (position < core->stored) {
+        ++entry;
+      } else {
+        break;
+      }
     }
   } catch (...) {
     if (check_valid_state_after_call(state)) post_call(state);
     throw;
+  }
+  if (!*state.alive_in_force) {  // a slot destroyed the signal: touch nothing of it
+    end_after_destruction(state);
+    return;
   }
   post_call(state);
 }
