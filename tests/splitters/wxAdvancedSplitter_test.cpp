@@ -59,25 +59,16 @@ TEST_F(AdvancedSplitterTest, AClosedPaneReopensFromAnywhereOnTheSashAnOpenOneOnl
 // Sash, hit tolerance and collapse button grow with the scale; the button
 // is hit as far out as the tolerance reaches, and no farther.
 TEST_F(AdvancedSplitterTest, SashToleranceAndButtonGrowWithTheScale) {
-  const struct {
-    double scale;
-    int sash, tolerance, button;
-  } cases[] = {{1.0, 6, 3, 36}, {1.5, 9, 4, 54}, {2.0, 12, 6, 72}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.scale);
-    const scoped_DPI_scale_t scale(c.scale);
-    wxAdvancedSplitter* splitter = make_splitter(wxPoint(0, 220));
-    const auto element = splitter->GetSplitterElement();
-    EXPECT_EQ(element->GetSashSize(), c.sash);
-    EXPECT_EQ(element->GetHitTolerance(), c.tolerance);
-    const wxRect button = element->GetButtonRect();
-    EXPECT_EQ(button.GetSize(), wxSize(c.sash, c.button));
-    const int y = button.y + button.height / 2;
-    EXPECT_TRUE(element->ButtonHitTest(button.x - c.tolerance, y));
-    EXPECT_FALSE(element->ButtonHitTest(button.x - c.tolerance - 1, y));
-    EXPECT_TRUE(element->ButtonHitTest(button.x + 1, button.GetBottom() + c.tolerance));
-    splitter->Destroy();
-  }
+  const scoped_DPI_scale_t scale(1.5);  // sash 6, tolerance 3, button 36 at 96 dpi
+  const auto element = make_splitter(wxPoint(0, 220))->GetSplitterElement();
+  EXPECT_EQ(element->GetSashSize(), 9);
+  EXPECT_EQ(element->GetHitTolerance(), 4);
+  const wxRect button = element->GetButtonRect();
+  EXPECT_EQ(button.GetSize(), wxSize(9, 54));
+  const int y = button.y + button.height / 2;
+  EXPECT_TRUE(element->ButtonHitTest(button.x - 4, y));
+  EXPECT_FALSE(element->ButtonHitTest(button.x - 5, y));
+  EXPECT_TRUE(element->ButtonHitTest(button.x + 1, button.GetBottom() + 4));
 }
 
 TEST_F(AdvancedSplitterTest, DraggingMovesTheSashByThePointersMovement) {

@@ -39,9 +39,7 @@ class TabButton : public tab_frame_test_t {
 TEST_F(TabButton, AnEmptyButtonIsEightWideAndSixTallerThanEmptyText) {
   wxTabButton* button = make("");
   const int text_height = orvix1::GetTextSize(button, "", button->GetFont()).y;
-  EXPECT_EQ(button->GetSize(), wxSize(8, text_height + 6));
-  button->SetCrossed(true);
-  EXPECT_EQ(button->GetSize(), wxSize(8 + 9 + 4, text_height + 6));
+  EXPECT_EQ(button->GetSize(), wxSize(8, text_height + 6));  // crossed: the scale table
   EXPECT_EQ(button->DoCalculateSize(wxBitmap(20, 30), "").y, 36);
 }
 
@@ -88,17 +86,6 @@ TEST_F(TabButton, AHandlerMayDestroyTheButtonItClosesWith) {
   click(destroyer.button, cross_inside(destroyer.button));
   EXPECT_EQ(destroyer.button, nullptr);
   EXPECT_TRUE(m_host->GetChildren().empty());
-}
-
-TEST_F(TabButton, TheCaptionIsShortenedToItsWidthAndRestoredAsItGrows) {
-  wxTabButton* button = make("A rather long caption for one tab");
-  const wxSize natural = button->GetSize();
-  button->SetSize(wxSize(natural.x / 2, natural.y));
-  painted(button);
-  EXPECT_TRUE(button->GetShownText().EndsWith("...")) << button->GetShownText();
-  button->SetSize(natural);
-  painted(button);
-  EXPECT_EQ(button->GetShownText(), button->GetLabel());
 }
 
 TEST_F(TabButton, ColoursFollowTheStyleUnlessSetAndEachStatePaintsItsOwn) {

@@ -283,6 +283,7 @@ TEST_F(TabWorkspace, LongCaptionsAreCutBetweenCharactersAndShownWholeInTheToolti
   m_pane->SetMaxTabWidth(0);
   pump_events();
   EXPECT_EQ(tab->GetSize().x, natural);
+  EXPECT_EQ(tab->GetShownText(), caption);
   EXPECT_EQ(tab->GetTooltipText(), "the host's text");
 }
 
