@@ -175,7 +175,7 @@ TEST_F(TabAccessible, TheOverflowButtonCountsTheTabsItsMenuListsWhoseRowsPickThe
   run_action(rows[1], "click");
   pump_events();
   EXPECT_FALSE(menu->IsPoppedUp());
-  EXPECT_TRUE(picked->IsSelected() && has_state(accessible_of(picked), ATK_STATE_SELECTED));
+  EXPECT_TRUE(picked->IsShown() && picked->IsSelected() && has_state(accessible_of(picked), ATK_STATE_SELECTED));
   EXPECT_EQ(strip->GetCurrentSelection(), picked->GetId());
 }
 
