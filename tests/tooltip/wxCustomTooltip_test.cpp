@@ -1,6 +1,11 @@
 #include "orvix1/wxCustomTooltip.h"
 
+#include <gtk/gtk.h>
+
+#include "accessibility/accessible.h"
 #include "orvix1/ui_settings.h"
+#include "support/atk_event_log.h"
+#include "support/atk_probe.h"
 #include "support/dpi_scale.h"
 #include "support/tab_fixture.h"
 
@@ -167,6 +172,31 @@ TEST_F(CustomTooltip, OneTooltipPerTargetForgottenWithItsTargetAndReportedWhenDe
   EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(m_target), nullptr);
   EXPECT_EQ(m_tooltip->GetTarget(), nullptr);
   EXPECT_TRUE(wxCustomTooltip::IsTooltipsMapEmpty());
+}
+
+// A tool tip named by its text describes its target while attached, unless
+// the host gave the target a description of its own.
+TEST_F(CustomTooltip, IsAToolTipNamedByItsTextThatDescribesItsTargetWhileAttached) {
+  m_tooltip->Detach(m_target);
+  AtkObject* tip = gtk_widget_get_accessible(m_tooltip->GetHandle());
+  AtkObject* target = orvix1::accessibility::accessible_of(m_target);
+  EXPECT_EQ(atk_object_get_role(tip), ATK_ROLE_TOOL_TIP);
+  EXPECT_EQ(name_of(tip), "Save the document");
+  EXPECT_EQ(description_of(target), "");
+  atk_event_log_t log;
+  log.watch(tip, "tip");
+  log.watch(target, "target");
+  m_tooltip->Attach(m_target);
+  m_tooltip->SetText("Save all documents");
+  m_tooltip->Detach(m_target);
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"target description=Save the document", "tip name=Save all documents",
+                                                  "target description=Save all documents", "target description="}));
+  atk_object_set_description(target, "Stores the file");
+  m_tooltip->Attach(m_target);
+  m_tooltip->SetText("Save the file");
+  EXPECT_EQ(description_of(target), "Stores the file");
+  m_tooltip->Detach(m_target);
+  EXPECT_EQ(description_of(target), "Stores the file");
 }
 
 }  // namespace
