@@ -1,22 +1,13 @@
 #include "orvix1/wxAdvancedSplitter.h"
 
-#include <functional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <wx/button.h>
 
 #include "accessibility/accessible.h"
-#include "orvix1/ui_settings.h"
 #include "orvix1/wxQuadSplitter.h"
-#include "orvix1/wxSplitterElement.h"
-#include "splitters/collapse_motion.h"
 #include "support/atk_event_log.h"
 #include "support/atk_probe.h"
 #include "support/dpi_scale.h"
-#include "support/paint_canvas.h"
 #include "support/tab_fixture.h"
 
 namespace {
@@ -364,186 +355,6 @@ TEST_F(SplitterAccessible, AQuadSplitterShowsAndReachesItsThreeSashes) {
     wxWindow::FindFocus()->Navigate();
     EXPECT_TRUE(focus_reaches(stop));
   }
-}
-
-class QuadSplitterTest : public orvix1_test::tab_frame_test_t {
- protected:
-  wxAdvancedSplitter* named(const char* name) const {
-    return dynamic_cast<wxAdvancedSplitter*>(wxWindow::FindWindowByName(name, m_quad));
-  }
-  void SetUp() override {
-    tab_frame_test_t::SetUp();
-    m_quad = new orvix1::wxQuadSplitter(m_host, wxID_ANY, wxPoint(0, 0), wxSize(400, 300));
-    for (wxWindow*& window : m_windows) window = new wxPanel(m_quad);
-  }
-  orvix1::wxQuadSplitter* m_quad = nullptr;
-  wxWindow* m_windows[4] = {};
-};
-
-TEST_F(QuadSplitterTest, BothOrientationsNestTheNamedSplitters) {
-  EXPECT_FALSE(m_quad->SplitVertically(m_windows[0], nullptr, m_windows[2], m_windows[3]));
-  ASSERT_TRUE(m_quad->SplitVertically(m_windows[0], m_windows[1], m_windows[2], m_windows[3]));
-  wxAdvancedSplitter* major = named("major_splitter");
-  wxAdvancedSplitter* minor1 = named("minor_splitter1");
-  wxAdvancedSplitter* minor2 = named("minor_splitter2");
-  ASSERT_TRUE(major && minor1 && minor2);
-  EXPECT_EQ(major->GetSize(), m_quad->GetClientSize());
-  EXPECT_TRUE(!major->IsHorizontalMode() && minor1->IsHorizontalMode());
-  EXPECT_EQ(major->GetPanel1(), minor1);
-  EXPECT_EQ(minor1->GetPanel2(), m_windows[1]);
-  EXPECT_EQ(minor2->GetPanel1(), m_windows[2]);
-  EXPECT_EQ(m_windows[3]->GetParent(), minor2);
-  minor1->SetRelativeSashPosition(0.3f);  // the minor sashes move together
-  EXPECT_EQ(minor2->GetSplitterElement()->GetSashPosition(),
-            minor1->GetSplitterElement()->GetSashPosition());
-  ASSERT_TRUE(m_quad->SplitHorizontally(m_windows[0], m_windows[1], m_windows[2], m_windows[3]));
-  EXPECT_TRUE(major->IsHorizontalMode() && !minor2->IsHorizontalMode());
-}
-
-using orvix1::detail::collapse_motion_t;
-
-// The positions of the ticks until the motion arrives (at most 100).
-std::vector<int> ticks(collapse_motion_t& motion) {
-  std::vector<int> positions;
-  while (!motion.arrived() && positions.size() < 100) positions.push_back(motion.next());
-  return positions;
-}
-
-TEST(CollapseMotion, ClosingAcceleratesOpeningSettlesAndBothLandOnTheTarget) {
-  struct row_t {
-    bool close;
-    int from, to;
-    float acceleration;
-    std::vector<int> positions;
-  };
-  const row_t rows[] = {
-      {true, 198, 397, 2, {199, 201, 205, 213, 229, 261, 325, 397}},
-      {true, 198, 1, 2, {197, 195, 191, 183, 167, 135, 71, 1}},
-      {true, 0, 100, 3, {1, 4, 13, 40, 100}},
-      {true, 0, 7, 2, {1, 3, 7}},  // a tick that lands on the target is the last
-      // 297.5, 247.75, ..., 199.55, 198.55: the last steps are a pixel each
-      {false, 397, 198, 2, {297, 247, 222, 210, 204, 201, 199, 198, 198}},
-      {false, 10, 13, 2, {11, 12, 13}},  // 1.5 per tick slows to no less than 1
-      {false, 0, 100, 1.5f, {66, 100}},  // 66.7, then 44.4 more passes the target
-  };
-  for (const row_t& row : rows) {
-    collapse_motion_t motion(row.acceleration);
-    if (!row.close) motion.settle(true);
-    ASSERT_TRUE(motion.start(row.close, row.from, row.to));
-    EXPECT_EQ(motion.state(), row.close ? collapse_motion_t::closing : collapse_motion_t::opening);
-    EXPECT_EQ(motion.pane_closed(), !row.close) << "not before it gets there";
-    EXPECT_EQ(ticks(motion), row.positions) << row.from << " -> " << row.to;
-    EXPECT_EQ(motion.pane_closed(), !row.close) << "not before it comes to rest";
-    motion.finish();
-    EXPECT_EQ(motion.state(), row.close ? collapse_motion_t::closed : collapse_motion_t::idle);
-    EXPECT_EQ(motion.pane_closed(), row.close);
-  }
-}
-
-TEST(CollapseMotion, EachWayOfStoppingOrTurningLeavesTheStateItNames) {
-  using m_t = collapse_motion_t;
-  struct row_t {
-    const char* what;
-    std::function<void(m_t&)> act;
-    m_t::state_t state;
-    bool pane_closed;
-  };
-  const row_t rows[] = {
-      {"already there", [](m_t& m) { EXPECT_FALSE(m.start(true, 50, 50)); }, m_t::closed, true},
-      {"closing finished", [](m_t& m) { m.start(true, 0, 10), m.finish(); }, m_t::closed, true},
-      {"opening halted", [](m_t& m) { m.settle(true), m.start(false, 50, 20), m.halt(); },
-       m_t::closed, true},
-      {"opening turned", [](m_t& m) { m.settle(true), m.start(false, 50, 20), m.turn(true); },
-       m_t::closing, true},
-      {"turned at rest", [](m_t& m) { m.turn(true); }, m_t::idle, false},
-      {"finished at rest", [](m_t& m) { m.settle(true), m.finish(); }, m_t::closed, true},
-  };
-  for (const row_t& row : rows) {
-    collapse_motion_t motion(2);
-    row.act(motion);
-    EXPECT_EQ(motion.state(), row.state) << row.what;
-    EXPECT_EQ(motion.pane_closed(), row.pane_closed) << row.what;
-  }
-}
-
-TEST(CollapseMotion, ATargetMovedBehindTheSashEndsTheNextTickOnIt) {
-  collapse_motion_t motion(2);
-  ASSERT_TRUE(motion.start(true, 100, 300));
-  EXPECT_EQ(motion.next(), 101);
-  motion.retarget(90);
-  EXPECT_EQ(motion.next(), 90);
-  EXPECT_TRUE(motion.arrived());
-}
-
-// A vertical sash 6 wide with a tolerance of 3 in a 200x100 holder.
-class SplitterElementTest : public tab_frame_test_t {
- protected:
-  void SetUp() override {
-    tab_frame_test_t::SetUp();
-    auto* holder = new wxWindow(m_host, wxID_ANY, wxPoint(0, 0), wxSize(200, 100));
-    m_element.reset(new wxSplitterElement(holder, true, 6, 3));
-    m_element->SashPositionChanged().connect(&m_positions, &int_recorder_t::on);
-  }
-  void TearDown() override {
-    m_element.reset();
-    tab_frame_test_t::TearDown();
-  }
-  std::unique_ptr<wxSplitterElement> m_element;
-  int_recorder_t m_positions;
-};
-
-// Clamped to the holder and reported on change; hit tests widen by the
-// tolerance; a sash of size 0 is never hit.
-TEST_F(SplitterElementTest, PositionIsClampedAndASashOfSizeZeroIsNeverHit) {
-  m_element->SetSashPosition(-5);
-  EXPECT_EQ(m_element->GetSashPosition(), 3);
-  m_element->SetSashPosition(500);
-  EXPECT_EQ(m_element->GetSashPosition(), 197);
-  m_element->SetSashPosition(197);  // no change: no signal
-  EXPECT_EQ(m_positions.values, (std::vector<int>{3, 197}));
-  EXPECT_EQ(m_element->GetSashRect(), wxRect(194, 0, 6, 100));
-  m_element->SetSashPosition(100);  // the sash covers 97..102
-  for (int x : {94, 105}) EXPECT_TRUE(m_element->SashHitTest(x, 5)) << x;
-  for (int x : {93, 106}) EXPECT_FALSE(m_element->SashHitTest(x, 5)) << x;
-  EXPECT_TRUE(m_element->ButtonHitTest(100, 50));
-  EXPECT_FALSE(m_element->ButtonHitTest(100, 5));
-
-  m_element->SetSashSize(0);
-  for (int x = 90; x <= 110; ++x) EXPECT_FALSE(m_element->SashHitTest(x, 50)) << x;
-  // Pinned at 0 (a sash of size 0 at the left edge), it reports every time.
-  m_element->SetSashPosition(-1);
-  m_element->SetSashPosition(0);
-  EXPECT_EQ(m_positions.values, (std::vector<int>{3, 197, 100, 0, 0}));
-}
-
-TEST_F(SplitterElementTest, ANullHolderIsReported) {
-  wxSplitterElement orphan(nullptr, false, 4, 2);
-  const auto asserts = take_asserts();
-  ASSERT_EQ(asserts.size(), 1u);
-  EXPECT_EQ(asserts[0].condition, "m_holder_wnd != __null");
-  orphan.SetSashPosition(10);  // no holder: an extent of 0, and no crash
-  EXPECT_EQ(orphan.GetSashRect(), wxRect());
-}
-
-// The sash follows a theme switch until a colour is set for it.
-TEST(SplitterElementLook, SashFollowsThePaletteUntilColoursAreSet) {
-  talvar2::intrusive_pointer_t<orvix1::ui_settings_configure_t> palette(new orvix1::ui_settings_configure_t);
-  auto* frame = new wxFrame(nullptr, wxID_ANY, "sash", wxDefaultPosition, wxSize(200, 100));
-  {
-    wxSplitterElement sash(frame, true);
-    sash.SetSashPosition(50);
-    for (const char* theme : {"dark", "light"}) {
-      ASSERT_TRUE(palette->apply_theme(std::string(ORVIX1_THEMES_DIR "/") + theme + ".xml"));
-      EXPECT_EQ(sash.GetSashNormalColor(), palette->get_color(orvix1::color_face)) << theme;
-      paint_canvas_t canvas(200, 100);
-      canvas.paint([&](wxDC& dc) { sash.Draw(dc); });
-      EXPECT_EQ(canvas.at(50, 5), palette->get_color(orvix1::color_face)) << theme;
-    }
-    sash.SetSashColor(*wxRED, *wxGREEN);
-    ASSERT_TRUE(palette->apply_theme(ORVIX1_THEMES_DIR "/dark.xml"));
-    EXPECT_EQ(sash.GetSashNormalColor(), *wxRED);
-  }
-  frame->Destroy();
 }
 
 }  // namespace

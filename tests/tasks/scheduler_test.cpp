@@ -1,28 +1,22 @@
 #include <algorithm>
 #include <atomic>
 #include <list>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/frame.h>
 #include <wx/timer.h>
 
-#include "orvix1/tasks/GUIUnit.h"
 #include "support/log_capture.h"
-#include "support/wx_test_environment.h"
-#include "talvar2/functor/signal.h"
-#include "talvar2/threading/default_task.h"
+#include "tasks/pump_until.h"
 #include "talvar2/threading/scheduler.h"
 #include "talvar2/threading/stage.h"
 #include "talvar2/threading/thread_pool_unit.h"
-#include "tasks/pump_until.h"
 
 namespace {
 
@@ -450,96 +444,6 @@ TEST_F(SchedulerTest, StressEveryTaskFinishesOnceOnGuiThreadAndNoneIsKept) {
   EXPECT_LT(started, accepted);
   EXPECT_EQ(m_recorder->completed.load(), accepted);
   EXPECT_TRUE(no_tasks_left());
-}
-
-using talvar2::threading::task_ptr_t;
-
-class job_counter_t : public talvar2::threading::scheduler_status_callback_t, public talvar2::subscriber_base_t {
- public:
-  std::atomic<int> runs{0}, completed{0};
-  std::atomic<bool> off_gui{false};
-  void Run(const task_ptr_t&) {
-    ++runs;
-    if (!wxThread::IsMain()) off_gui = true;
-  }
-  void task_complete(const task_ptr_t&) override { ++completed; }
-  void task_exception(const task_ptr_t&, const std::string&) override {}
-  void task_scheduling_error(const task_ptr_t&, const std::string&) override {}
-};
-
-// The GUI thread's unit: one wake-up event per queued job, one job per event.
-TEST(GUIUnitTest, EachQueuedJobNeedsItsOwnDispatch) {
-  const auto counter = boost::make_shared<job_counter_t>();
-  orvix1::tasks::GUIUnit unit;
-  const auto scheduler = talvar2::threading::create_default_scheduler(counter, nullptr, false);
-  ASSERT_TRUE(scheduler);
-  scheduler->register_unit("main", unit.GetQueuePtr());
-  constexpr int jobs = 5;
-  std::thread([&] {
-    for (int i = 0; i < jobs; ++i) {
-      talvar2::threading::stage_t::work_signal_t work;
-      work.connect(counter.get(), &job_counter_t::Run);
-      auto task = boost::make_shared<talvar2::threading::default_task_t>("gui job");
-      task->push_stage(boost::make_shared<talvar2::threading::stage_t>("main", work));
-      EXPECT_EQ(scheduler->schedule(task, "g"), 0);
-    }
-  }).join();
-  for (int i = 0; i < jobs; ++i) {
-    unit.ProcessPendingEvents();  // handles one pending event
-    EXPECT_EQ(counter->runs, i + 1);
-    EXPECT_EQ(unit.GetQueuePtr()->queued_jobs(), static_cast<std::size_t>(jobs - i - 1));
-  }
-  EXPECT_EQ(counter->completed, jobs);
-  EXPECT_FALSE(counter->off_gui);
-}
-
-using orvix1::tasks::Scheduler;
-
-class receiver_t : public talvar2::subscriber_base_t {
- public:
-  std::atomic<int> calls{0}, last{0};
-  std::atomic<bool> off_gui{false};
-  void On(int value) {
-    last = value;
-    ++calls;
-    if (!wxThread::IsMain()) off_gui = true;
-  }
-};
-
-TEST(PostSignal, WithoutSchedulerAssertsAndDoesNotEmit) {
-  Scheduler::Release();
-  orvix1_test::take_asserts();
-  receiver_t receiver;
-  talvar2::signal_t<int> signal;
-  signal.connect(&receiver, &receiver_t::On);
-  orvix1::tasks::PostSignal(signal, 5);
-  const auto asserts = orvix1_test::take_asserts();
-  ASSERT_EQ(asserts.size(), 1u);
-  EXPECT_EQ(asserts[0].condition, "Scheduler::IsInitialized()");
-  EXPECT_EQ(asserts[0].message,
-            "Attempt to schedule a task in uninitialized Scheduler. Task will not complete.");
-  EXPECT_EQ(asserts[0].function, "PostSignal");
-  orvix1_test::pump_events();
-  EXPECT_EQ(receiver.calls, 0);
-}
-
-using PostSignalScheduled = orvix1_test::scheduler_fixture_t;
-
-// A receiver that is gone by the time the GUI loop delivers is skipped.
-TEST_F(PostSignalScheduled, FromWorkerFiresOnceOnGuiThreadForReceiversStillThere) {
-  receiver_t receiver;
-  auto leaving = std::make_unique<receiver_t>();
-  talvar2::signal_t<int> signal;
-  signal.connect(&receiver, &receiver_t::On);
-  signal.connect(leaving.get(), &receiver_t::On);
-  std::thread([&] { orvix1::tasks::PostSignal(signal, 7); }).join();
-  EXPECT_EQ(receiver.calls, 0);  // only the GUI loop delivers it
-  leaving.reset();
-  ASSERT_TRUE(pump_until([&] { return receiver.calls == 1; }));
-  orvix1_test::pump_events();
-  EXPECT_EQ(receiver.calls, 1);
-  EXPECT_EQ(receiver.last, 7);
-  EXPECT_FALSE(receiver.off_gui);
 }
 
 }  // namespace
