@@ -39,23 +39,17 @@ class TabButton : public tab_frame_test_t {
 TEST_F(TabButton, AnEmptyButtonIsEightWideAndSixTallerThanEmptyText) {
   wxTabButton* button = make("");
   const int text_height = orvix1::GetTextSize(button, "", button->GetFont()).y;
-  EXPECT_EQ(button->GetSize(), wxSize(8, text_height + 6));
-  button->SetCrossed(true);
-  EXPECT_EQ(button->GetSize(), wxSize(8 + 9 + 4, text_height + 6));
+  EXPECT_EQ(button->GetSize(), wxSize(8, text_height + 6));  // crossed: the scale table
   EXPECT_EQ(button->DoCalculateSize(wxBitmap(20, 30), "").y, 36);
 }
 
-TEST_F(TabButton, CrossEdgeIsAPlainClickAndLeavingOrDisabledRaisesNothing) {
+TEST_F(TabButton, ReleasingOnTheCrossEdgeIsAPlainClickAndLeavingOrDisabledRaisesNothing) {
   wxTabButton* button = make("Document", true);
-  const wxPoint inside = cross_inside(button);
-  click(button, inside);
-  EXPECT_EQ(m_deleted.values, std::vector<int>{7});
-  EXPECT_TRUE(m_clicked.values.empty());
-  click(button, inside, wxPoint(button->CalculateCrossRect().x, inside.y));
-  EXPECT_EQ(m_clicked.values, std::vector<int>{7});
-  EXPECT_EQ(m_deleted.values.size(), 1u);
   middle_click(button, wxPoint(3, 3));  // anywhere on a closable tab
-  EXPECT_EQ(m_deleted.values.size(), 2u);
+  EXPECT_EQ(m_deleted.values, std::vector<int>{7});
+  const wxPoint inside = cross_inside(button);
+  click(button, inside, wxPoint(button->CalculateCrossRect().x, inside.y));  // the release decides
+  EXPECT_EQ(m_clicked.values, std::vector<int>{7});
   const wxRect rect(10, 20, 9, 10);  // strict on the far edges too
   EXPECT_FALSE(orvix1::PointInRect(19, 25, rect) || orvix1::PointInRect(15, 30, rect));
 
@@ -72,7 +66,7 @@ TEST_F(TabButton, CrossEdgeIsAPlainClickAndLeavingOrDisabledRaisesNothing) {
   click(button, cross_inside(button));
   middle_click(button, wxPoint(3, 3));
   EXPECT_EQ(m_clicked.values.size(), 1u);
-  EXPECT_EQ(m_deleted.values.size(), 2u);
+  EXPECT_EQ(m_deleted.values.size(), 1u);
 }
 
 TEST_F(TabButton, AHandlerMayDestroyTheButtonItClosesWith) {
@@ -88,17 +82,6 @@ TEST_F(TabButton, AHandlerMayDestroyTheButtonItClosesWith) {
   click(destroyer.button, cross_inside(destroyer.button));
   EXPECT_EQ(destroyer.button, nullptr);
   EXPECT_TRUE(m_host->GetChildren().empty());
-}
-
-TEST_F(TabButton, TheCaptionIsShortenedToItsWidthAndRestoredAsItGrows) {
-  wxTabButton* button = make("A rather long caption for one tab");
-  const wxSize natural = button->GetSize();
-  button->SetSize(wxSize(natural.x / 2, natural.y));
-  painted(button);
-  EXPECT_TRUE(button->GetShownText().EndsWith("...")) << button->GetShownText();
-  button->SetSize(natural);
-  painted(button);
-  EXPECT_EQ(button->GetShownText(), button->GetLabel());
 }
 
 TEST_F(TabButton, ColoursFollowTheStyleUnlessSetAndEachStatePaintsItsOwn) {
@@ -196,10 +179,6 @@ TEST_F(TabButton, PaddingsCrossAndCheckBoxGrowWithTheScale) {
     click(button, wxPoint(cross.x, cross.y + cross.height / 2));  // the edge: a plain click
     EXPECT_EQ(m_deleted.values.size(), 1u);
     EXPECT_EQ(m_clicked.values.size(), 1u);
-    const paint_canvas_t canvas = painted(button);
-    for (const wxPoint& corner : {cross.GetTopLeft(), cross.GetTopRight()})  // outline
-      EXPECT_LT(canvas.at(corner).GetLuminance(), 0.3) << corner.x << "," << corner.y;
-    EXPECT_EQ(canvas.at(cross.x + cross.width / 2, cross.y), canvas.at(2, 2));  // clear
 
     button->SetBitmap(sharp);
     const int middle = button->GetSize().y / 2;

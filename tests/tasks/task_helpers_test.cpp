@@ -2,12 +2,14 @@
 #include <string>
 #include <thread>
 #include <tuple>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "orvix1/tasks/AnimationTask.h"
+#include "orvix1/tasks/ITask.h"
 #include "orvix1/tasks/TaskHelper.h"
 #include "tasks/pump_until.h"
 
@@ -119,6 +121,20 @@ TEST_F(TasksScheduled, ACanceledAnimationDoesNotStep) {
   task->DoTask();
   pump_events();
   EXPECT_TRUE(log.values.empty());
+}
+
+using orvix1::tasks::DefaultTaskImpl;
+using orvix1::tasks::WaitableTask;
+
+TEST(TaskTest, EachKindChoosesItsThreadAndIsNamedAfterItsType) {
+  struct gui_task_t : orvix1::tasks::GUITask {
+    void DoGUITask() override {}
+  };
+  orvix1::tasks::ITaskPtr plain(new DefaultTaskImpl), gui(new gui_task_t), waitable(new WaitableTask);
+  EXPECT_TRUE(plain->IsServiceThreadNeeded() && !plain->IsLongTask());
+  EXPECT_TRUE(!gui->IsServiceThreadNeeded() && !gui->IsLongTask());
+  EXPECT_TRUE(waitable->IsServiceThreadNeeded() && waitable->IsLongTask());
+  EXPECT_EQ(plain->GetDisplayName(), typeid(DefaultTaskImpl).name());
 }
 
 }  // namespace

@@ -1,6 +1,12 @@
 #include "orvix1/wxCustomTooltip.h"
 
+#include <gtk/gtk.h>
+
+#include "accessibility/accessible.h"
+#include "elements/adapter_fixture.h"
 #include "orvix1/ui_settings.h"
+#include "support/atk_event_log.h"
+#include "support/atk_probe.h"
 #include "support/dpi_scale.h"
 #include "support/tab_fixture.h"
 
@@ -106,25 +112,16 @@ TEST_F(CustomTooltip, SizedToItsTextPlacedBesideThePointerInsideTheWorkArea) {
 // Margins (3, 3, 2, 2 at 96 dpi) and the frame's border grow with the scale
 // of the screen the tooltip is made on.
 TEST_F(CustomTooltip, MarginsAndBorderGrowWithTheScale) {
-  const struct {
-    double scale;
-    orvix1::elements::margin_t margin;
-    int border;
-  } cases[] = {{1.0, {3, 3, 2, 2}, 1}, {1.5, {4, 4, 3, 3}, 1}, {2.0, {6, 6, 4, 4}, 2}};
   // The fixture's tooltip, made at 96 dpi: the text, 5 + 5 of margins and 1 + 1 of border.
   const wxSize text = m_tooltip->CalculateSize() - wxSize(7, 7);
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.scale);
-    const scoped_DPI_scale_t scale(c.scale);
-    auto* tooltip = new wxCustomTooltip;
-    tooltip->SetText("Save the document");
-    const wxSize plain = tooltip->CalculateSize();
-    tooltip->SetMargin(orvix1::elements::margin_t());
-    EXPECT_EQ(plain - tooltip->CalculateSize(),
-              wxSize(c.margin.left + c.margin.right, c.margin.top + c.margin.bottom));
-    EXPECT_EQ(tooltip->CalculateSize(), text + wxSize(2 * c.border, 2 * c.border));
-    tooltip->Destroy();
-  }
+  const scoped_DPI_scale_t scale(2.0);
+  auto* tooltip = new wxCustomTooltip;
+  tooltip->SetText("Save the document");
+  const wxSize plain = tooltip->CalculateSize();
+  tooltip->SetMargin(orvix1::elements::margin_t());
+  EXPECT_EQ(plain - tooltip->CalculateSize(), wxSize(6 + 4, 6 + 4));  // left, top 6; right, bottom 4
+  EXPECT_EQ(tooltip->CalculateSize(), text + wxSize(4, 4));
+  tooltip->Destroy();
 }
 
 // The pointer is tested against the target's position and size as the
@@ -176,6 +173,76 @@ TEST_F(CustomTooltip, OneTooltipPerTargetForgottenWithItsTargetAndReportedWhenDe
   EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(m_target), nullptr);
   EXPECT_EQ(m_tooltip->GetTarget(), nullptr);
   EXPECT_TRUE(wxCustomTooltip::IsTooltipsMapEmpty());
+}
+
+// A tool tip named by its text describes its target while attached, unless
+// the host gave the target a description of its own.
+TEST_F(CustomTooltip, IsAToolTipNamedByItsTextThatDescribesItsTargetWhileAttached) {
+  m_tooltip->Detach(m_target);
+  AtkObject* tip = gtk_widget_get_accessible(m_tooltip->GetHandle());
+  AtkObject* target = orvix1::accessibility::accessible_of(m_target);
+  EXPECT_EQ(atk_object_get_role(tip), ATK_ROLE_TOOL_TIP);
+  EXPECT_EQ(name_of(tip), "Save the document");
+  EXPECT_EQ(description_of(target), "");
+  atk_event_log_t log;
+  log.watch(tip, "tip");
+  log.watch(target, "target");
+  m_tooltip->Attach(m_target);
+  m_tooltip->SetText("Save all documents");
+  m_tooltip->Detach(m_target);
+  EXPECT_EQ(log.take(), (std::vector<std::string>{"target description=Save the document", "tip name=Save all documents",
+                                                  "target description=Save all documents", "target description="}));
+  atk_object_set_description(target, "Stores the file");
+  m_tooltip->Attach(m_target);
+  m_tooltip->SetText("Save the file");
+  EXPECT_EQ(description_of(target), "Stores the file");
+  m_tooltip->Detach(m_target);
+  EXPECT_EQ(description_of(target), "Stores the file");
+}
+
+// Element tooltips end to end, through a real holder and adapter.
+class ElementTooltip : public adapter_fixture_t {
+ protected:
+  void SetUp() override {
+    adapter_fixture_t::SetUp();
+    left = add(root, wxSize(60, 100), "left");
+    right = add(root, wxSize(60, 100), "right");
+    paint();
+  }
+  recording_ptr_t left;
+  recording_ptr_t right;
+};
+
+TEST_F(ElementTooltip, ShownOnTheHolderWhileThePointerIsOverItsElementAndForgottenWhenDestroyed) {
+  wxCustomTooltip* tooltip = left->GetTooltip();
+  ASSERT_NE(tooltip, nullptr);
+  tooltip->SetText("left element");
+
+  send_mouse(wxEVT_MOTION, 10, 10);
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), tooltip);
+  EXPECT_TRUE(tooltip->IsShown());
+  // The text describes the element, not the holder of every element.
+  EXPECT_EQ(description_of(orvix1::accessibility::accessible_of(holder)), "");
+
+  send_mouse(wxEVT_MOTION, 70, 10);  // onto the sibling, which has none
+  EXPECT_FALSE(tooltip->IsShown());
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), nullptr);
+
+  wxCustomTooltip* other = right->GetTooltip();
+  other->SetText("right element");
+  send_mouse(wxEVT_MOTION, 10, 10);
+  send_mouse(wxEVT_MOTION, 70, 10);  // from one tooltip straight to another
+  EXPECT_FALSE(tooltip->IsShown());
+  EXPECT_TRUE(other->IsShown());
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), other);
+
+  other->Destroy();  // a destroyed tooltip is forgotten
+  pump_events();
+  EXPECT_EQ(right->GetExistingTooltip(), nullptr);
+  EXPECT_EQ(wxCustomTooltip::GetAssociatedTooltip(holder), nullptr);
+  send_mouse(wxEVT_MOTION, 10, 10);  // leaving asks for nothing that is gone
+  left->Destroy();  // an element that goes takes its tooltip along
+  EXPECT_EQ(left->GetExistingTooltip(), nullptr);
 }
 
 }  // namespace
