@@ -6,7 +6,6 @@
 #include <clocale>
 #include <cstdio>
 #include <string>
-#include <vector>
 
 #include <wx/app.h>
 #include <wx/init.h>
@@ -33,16 +32,8 @@ bool has_flag(int argc, char** argv, const std::string& flag) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Repeated rows run interleaved at random with the others unless told
-  // otherwise: a slow spell of the machine then spreads over every row.
-  std::vector<char*> arguments(argv, argv + argc);
-  std::string interleave = "--benchmark_enable_random_interleaving=true";
-  if (!has_flag(argc, argv, "--benchmark_enable_random_interleaving")) arguments.push_back(&interleave[0]);
   const bool command_line_rules =
       has_flag(argc, argv, "--benchmark_repetitions") || has_flag(argc, argv, "--benchmark_min_time");
-  argc = static_cast<int>(arguments.size());
-  arguments.push_back(nullptr);
-  argv = arguments.data();
   orvix1_bench::register_scheduler_throughput(command_line_rules);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
