@@ -132,8 +132,10 @@ talvar2::threading::worker_counts_t g_worker_counts;
 // the companion does, so callers borrow it without taking a reference.
 const ITaskPtr* task_of_adapter(const task_ptr_t& companion) {
   // The adapter is final: comparing types is all a dynamic_cast would do, cheaper.
-  if (!companion || typeid(*companion) != typeid(TaskAdapter)) return nullptr;
-  return &static_cast<const TaskAdapter&>(*companion).GetTask();
+  if (!companion) return nullptr;
+  const talvar2::threading::task_t& task = *companion;
+  if (typeid(task) != typeid(TaskAdapter)) return nullptr;
+  return &static_cast<const TaskAdapter&>(task).GetTask();
 }
 
 // Turns the threading layer's reports into the Scheduler's bookkeeping and
