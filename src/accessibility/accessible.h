@@ -84,6 +84,19 @@ ORVIX1_API part_t* attached_part(const wxWindow* window);
 // the one `attach` ties parts to; or null.
 ORVIX1_API AtkObject* accessible_of(const wxWindow* window);
 
+// A part that describes one window for its whole life: tied to it when made,
+// untied when it goes (after the members of the part that derives from it).
+class window_part_t : public part_t {
+ public:
+  explicit window_part_t(wxWindow& window) : m_described(window) { attach(&window, this); }
+  ~window_part_t() override { detach(&m_described); }
+  window_part_t(const window_part_t&) = delete;
+  window_part_t& operator=(const window_part_t&) = delete;
+
+ private:
+  wxWindow& m_described;
+};
+
 // The accessible object of a part drawn inside `window`.
 class ORVIX1_API node_t {
  public:

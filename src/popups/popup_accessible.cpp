@@ -15,11 +15,8 @@ const char k_close[] = "close";
 
 // --- the button ---------------------------------------------------------------
 
-popup_button_accessible_t::popup_button_accessible_t(wxPopupButton& button) : m_button(button) {
-  accessibility::attach(&m_button, this);
-}
-
-popup_button_accessible_t::~popup_button_accessible_t() { accessibility::detach(&m_button); }
+popup_button_accessible_t::popup_button_accessible_t(wxPopupButton& button)
+    : window_part_t(button), m_button(button) {}
 
 std::string popup_button_accessible_t::name() const {
   return m_button.GetAccessibleName().utf8_string();
@@ -87,14 +84,11 @@ class popup_menu_accessible_t::row_t : public accessibility::part_t {
 
 // --- the menu -----------------------------------------------------------------
 
-popup_menu_accessible_t::popup_menu_accessible_t(wxPopupMenu& menu) : m_menu(menu) {
-  accessibility::attach(&m_menu, this);
-}
+popup_menu_accessible_t::popup_menu_accessible_t(wxPopupMenu& menu)
+    : window_part_t(menu), m_menu(menu) {}
 
-popup_menu_accessible_t::~popup_menu_accessible_t() {
-  m_rows.clear();
-  accessibility::detach(&m_menu);
-}
+// Out of line: a row is complete only here.
+popup_menu_accessible_t::~popup_menu_accessible_t() = default;
 
 AtkObject* popup_menu_accessible_t::drawn_child(int index) const { return row_object(index); }
 

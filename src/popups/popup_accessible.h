@@ -16,10 +16,9 @@ class wxPopupMenu;
 
 namespace detail {
 
-class popup_button_accessible_t : public accessibility::part_t {
+class popup_button_accessible_t : public accessibility::window_part_t {
  public:
   explicit popup_button_accessible_t(wxPopupButton& button);
-  ~popup_button_accessible_t() override;
 
   AtkRole role() const override { return ATK_ROLE_PUSH_BUTTON; }
   std::string name() const override;
@@ -31,7 +30,7 @@ class popup_button_accessible_t : public accessibility::part_t {
   wxPopupButton& m_button;
 };
 
-class popup_menu_accessible_t : public accessibility::part_t {
+class popup_menu_accessible_t : public accessibility::window_part_t {
  public:
   explicit popup_menu_accessible_t(wxPopupMenu& menu);
   ~popup_menu_accessible_t() override;

@@ -78,14 +78,10 @@ class splitter_accessible_t::sash_part_t : public accessibility::part_t {
 };
 
 splitter_accessible_t::splitter_accessible_t(wxAdvancedSplitter& splitter)
-    : m_splitter(splitter), m_reported_closed(splitter.IsSecondPaneClosed()) {
-  accessibility::attach(&m_splitter, this);
-}
+    : window_part_t(splitter), m_splitter(splitter), m_reported_closed(splitter.IsSecondPaneClosed()) {}
 
-splitter_accessible_t::~splitter_accessible_t() {
-  m_sash.reset();
-  accessibility::detach(&m_splitter);
-}
+// Out of line: the sash's part is complete only here.
+splitter_accessible_t::~splitter_accessible_t() = default;
 
 AtkObject* splitter_accessible_t::drawn_child(int index) const {
   if (index != 0) return nullptr;

@@ -16,12 +16,10 @@ class wxAdvancedSplitter;
 
 namespace detail {
 
-class splitter_accessible_t : public accessibility::part_t {
+class splitter_accessible_t : public accessibility::window_part_t {
  public:
   explicit splitter_accessible_t(wxAdvancedSplitter& splitter);
   ~splitter_accessible_t() override;
-  splitter_accessible_t(const splitter_accessible_t&) = delete;
-  splitter_accessible_t& operator=(const splitter_accessible_t&) = delete;
 
   AtkRole role() const override { return ATK_ROLE_SPLIT_PANE; }
   /// The window's keyboard focus is the sash's.

@@ -12,11 +12,8 @@ const char k_close[] = "close";
 
 }  // namespace
 
-tab_accessible_t::tab_accessible_t(wxTabButton& button) : m_button(button) {
-  accessibility::attach(&m_button, this);
-}
-
-tab_accessible_t::~tab_accessible_t() { accessibility::detach(&m_button); }
+tab_accessible_t::tab_accessible_t(wxTabButton& button)
+    : window_part_t(button), m_button(button) {}
 
 std::string tab_accessible_t::name() const { return m_button.GetLabel().utf8_string(); }
 
@@ -63,11 +60,7 @@ void tab_accessible_t::disabled_changed() const {
   accessibility::notify_state(object, ATK_STATE_SENSITIVE, !m_button.GetDisabled());
 }
 
-tab_strip_accessible_t::tab_strip_accessible_t(wxTabPanel& strip) : m_strip(strip) {
-  accessibility::attach(&m_strip, this);
-}
-
-tab_strip_accessible_t::~tab_strip_accessible_t() { accessibility::detach(&m_strip); }
+tab_strip_accessible_t::tab_strip_accessible_t(wxTabPanel& strip) : window_part_t(strip) {}
 
 }  // namespace detail
 }  // namespace orvix1

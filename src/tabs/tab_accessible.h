@@ -13,10 +13,9 @@ class wxTabPanel;
 
 namespace detail {
 
-class tab_accessible_t : public accessibility::part_t {
+class tab_accessible_t : public accessibility::window_part_t {
  public:
   explicit tab_accessible_t(wxTabButton& button);
-  ~tab_accessible_t() override;
 
   AtkRole role() const override { return ATK_ROLE_PAGE_TAB; }
   std::string name() const override;
@@ -35,15 +34,11 @@ class tab_accessible_t : public accessibility::part_t {
   wxTabButton& m_button;
 };
 
-class tab_strip_accessible_t : public accessibility::part_t {
+class tab_strip_accessible_t : public accessibility::window_part_t {
  public:
   explicit tab_strip_accessible_t(wxTabPanel& strip);
-  ~tab_strip_accessible_t() override;
 
   AtkRole role() const override { return ATK_ROLE_PAGE_TAB_LIST; }
-
- private:
-  wxTabPanel& m_strip;
 };
 
 }  // namespace detail
